@@ -1,0 +1,2 @@
+#include <cstdio>
+int main() { std::puts("2.26.4"); return 0; }

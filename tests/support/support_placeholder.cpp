@@ -1,0 +1,2 @@
+// placeholder until the shared helpers land
+namespace brenlow::testing_support {}
