@@ -1,0 +1,55 @@
+#pragma once
+// The shared error logger: every handler names itself (module, tab, procedure) in
+// the error context and hands a failure here; the failure is appended to
+// TarrowLog.log in the program folder and nothing is shown. The handler then goes
+// on with its next step.
+
+#include <exception>
+#include <string>
+#include <string_view>
+
+namespace brenlow::frame {
+
+class ErrorLog {
+public:
+    explicit ErrorLog(std::string exe_path = {}) : exe_path_(std::move(exe_path)) {}
+
+    void set_exe_path(std::string exe_path) { exe_path_ = std::move(exe_path); }
+    // "<ExePath>/TarrowLog.log"
+    std::string path() const;
+
+    // The error-context text: module + tab + procedure.
+    void set_context(std::string_view module, std::string_view procedure);
+    const std::string& context() const { return context_; }
+
+    // Appends: number, description, source, detail (the failed statement, if any),
+    // context — tab-separated, one line. A failure to write the log is swallowed.
+    void log(long number, std::string_view description, std::string_view source, std::string_view detail = {});
+    // The pending error is the exception being handled.
+    void log(const std::exception& error);
+
+    int logged() const { return logged_; }
+
+private:
+    std::string exe_path_;
+    std::string context_;
+    int logged_ = 0;
+};
+
+// Runs one step of a handler: the context is set, a failure is logged and the
+// caller goes on. Returns false when the step failed.
+template <class Step>
+bool guarded(ErrorLog& log, std::string_view module, std::string_view procedure, Step&& step) {
+    log.set_context(module, procedure);
+    try {
+        step();
+        return true;
+    } catch (const std::exception& e) {
+        log.log(e);
+    } catch (...) {
+        log.log(-1, "Unknown error", "Brenlow");
+    }
+    return false;
+}
+
+}  // namespace brenlow::frame

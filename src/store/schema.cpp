@@ -1,0 +1,170 @@
+#include "store/schema.h"
+
+#include <string>
+
+namespace brenlow::store {
+namespace {
+
+// Column types: amounts Double, ids and serials Int(11), names VarChar, long
+// packed texts Text. Text columns compare case-blind on every backend.
+constexpr const char* kCode = "VarChar(50)";
+constexpr const char* kName = "VarChar(255)";
+
+std::string create(std::string_view name, std::string_view columns) {
+    std::string sql = "Create Table If Not Exists ";
+    sql += name;
+    sql += " (";
+    sql += columns;
+    sql += ")";
+    return sql;
+}
+
+void index(Database& db, std::string_view table, std::string_view columns) {
+    // One index a table, named after it; MariaDB and SQLite both know IF NOT EXISTS.
+    std::string sql = "Create Index If Not Exists ix_";
+    sql += table;
+    sql += " ON ";
+    sql += table;
+    sql += " (";
+    sql += columns;
+    sql += ")";
+    db.execute(sql);
+}
+
+std::string chart_columns() {
+    std::string cols = std::string("Code_No ") + kCode + ", FYr Int(11), Grp Int(11), Rate Double";
+    for (const char* c : {"Wdv", "WdvOpHR", "Add1", "Cons1", "FullAmt", "Add2", "Cons2", "HalfAmt", "DeprF",
+                          "DeprH", "ADeprF", "ADeprH", "ADeprOpH", "TotDep", "Dep38", "PropDep", "Exp", "CG",
+                          "WdvCl"}) {
+        cols += ", ";
+        cols += c;
+        cols += " Double";
+    }
+    return cols;
+}
+
+}  // namespace
+
+const std::vector<std::string>& year_table_stems() {
+    static const std::vector<std::string> stems = {"SHARE_", "RESV_", "SECUR_",  "INVEST_", "LOAN_ADV_",
+                                                   "MiscExpAsst_", "SUNDEB_", "BANK_", "FIXED_", "FDA_",
+                                                   "TAB_", "SCHED_", "CAPITAL_"};
+    return stems;
+}
+
+std::string register_opening_table(int year) { return "NewFATRo" + std::to_string(year); }
+std::string register_addition_table(int year) { return "NewFATRa" + std::to_string(year); }
+
+void create_shared_tables(Database& db) {
+    const std::string code = kCode, name = kName;
+    // The suite's client-year master; client_name and status are the suite's own
+    // columns for the client list.
+    db.execute(create("master", "code_no " + code + ", f_yr Char(8), s_yr Char(8), Count Int(11), tbl_nm " +
+                                    code + ", others Text, client_name " + name + ", status Int(11)"));
+    index(db, "master", "code_no");
+    db.execute(create("Mast_MiscOthInf", "code_no " + code + ", s_yr Char(10), InfKey " + name +
+                                             ", InfVal Text, InfDesc " + name));
+    db.execute(create("Mast_Setting", "Section " + name + ", SetKey " + name + ", SetVal Text"));
+    db.execute(create("MAST_GUNDER", "GID Int(11), GUNDER " + name));
+    db.execute(create("Mast_AllGrp", "AllId Int(11), GID Int(11), allgrp " + name));
+    db.execute(create("MAST_RESV", "resv_id Int(11), resv_nm " + name));
+    db.execute(create("MAST_MISCEXP", "Exp_ID Int(11), EXP_NM " + name));
+    db.execute(create("Mast_Invest", "INVEST_ID Int(11), invest_nm " + name));
+    db.execute(create("Mast_Oth_Loan", "oth_loan_id Int(11), oth_loan_nm " + name));
+    db.execute(create("Mast_Head", "head_id Int(11), head_nm " + name + ", Loan_Id Int(11)"));
+    db.execute(create("mast_company", "comp_id Int(11), comp_nm " + name));
+    db.execute(create("mast_fix_part", "REF_ID Int(11), PART_NM " + name));
+    db.execute(create("mast_depmethod", "METHOD_ID Int(11), METHOD_NM " + name));
+    db.execute(create("Mast_Capital", "Particular_Id Int(11), Particular " + name));
+    db.execute(create("Mast_Part", "PartId Int(11), PartNm " + name));
+    db.execute(create("owner1", "code_no " + code + ", code Int(11), f_nm " + name + ", m_nm " + name +
+                                    ", l_nm " + name));
+    db.execute(create("prfa", "code_no " + code + ", code Int(11), rcount Int(11), rat Double"));
+    db.execute(create("PRFA_Oth", "code_no " + code + ", rcount Int(11), SrNo Int(11), nme " + name +
+                                      ", rat Double"));
+
+    // Register masters.
+    db.execute(create("NewFAGM", "SrNoFAGM Int(11), Yr Int(11), Part " + name + ", BlockIdIT " + code +
+                                     ", RateIT Double, AddlRateIT Double, BlockFA Int(11), RateFA Double, "
+                                     "BlockIdCL " + code + ", LifeYrs Double, RateSLM Double, RateWDV Double"));
+    index(db, "NewFAGM", "Yr, SrNoFAGM");
+    db.execute(create("NewFAMI", "Code_No " + code + ", Yr Int(11), MiscInf Text"));
+    db.execute(create("NewFAMD", "Code_No " + code + ", Yr Int(11), IdFAGM Int(11), DepAmt Double"));
+    db.execute(create("NewITBM", "YR Int(11), Sr Int(11), ID " + code + ", Part " + name + ", rate Double"));
+    index(db, "NewITBM", "YR, ID");
+    db.execute(create("NewCLBM", "YR Int(11), Sr Int(11), ID " + code + ", Part " + name +
+                                     ", NESD Char(1), Yrs Double, RateS Double, RateW Double"));
+    index(db, "NewCLBM", "YR, ID");
+    db.execute(create("BlockGroup", "GrpId Int(11), GrpDesc " + name + ", GrpType Int(11), BlockNo Int(11)"));
+    db.execute(create("FAPart_Master", "Yr Int(11), PartId Int(11), PartDesc " + name +
+                                           ", PartMeth " + code + ", RtCl Double, RtIT Double, ClBlock Int(11), "
+                                           "ITBlock Int(11)"));
+    db.execute(create("DeprChart", chart_columns()));
+    index(db, "DeprChart", "Code_No, FYr");
+    db.execute(create("TmpDepChart", chart_columns()));
+    index(db, "TmpDepChart", "Code_No, FYr");
+}
+
+void create_year_tables(Database& db, std::string_view suffix) {
+    const std::string s(suffix), code = kCode, name = kName;
+    auto t = [&](const char* stem) { return std::string(stem) + s; };
+    db.execute(create(t("SHARE_"), "srno Int(11), code_no " + code +
+                                       ", no_share Double, RS_SHARE1 Double, RS_SHARE Double, ref_ep Char(1), "
+                                       "sam Double, four_id Int(11)"));
+    db.execute(create(t("RESV_"), "srno Int(11), code_no " + code +
+                                      ", resv_id Int(11), OP_BL Double, ADD_AMT Double, Ded_amt Double"));
+    db.execute(create(t("SECUR_"), "srno Int(11), code_no " + code +
+                                       ", loan_id Int(11), DEB_OTH_ID Int(11), PARTICUL " + name +
+                                       ", rate Double, EACH_AMT Double, head_id Int(11), Amount Double"));
+    db.execute(create(t("INVEST_"), "srno Int(11), code_no " + code +
+                                        ", INVEST_ID Int(11), SHARE_ID Int(11), no_shares Double, "
+                                        "per_share_amt Double, paidup Double, mktval Double, Amount Double, "
+                                        "comp_id Int(11), qu_ID Int(11), TNT_ID Int(11), particular " + name));
+    db.execute(create(t("LOAN_ADV_"), "srno Int(11), code_no " + code +
+                                          ", comp_id Int(11), Amount Double, LDAD_ID Int(11), OTH_LOAN_ID Int(11)"));
+    db.execute(create(t("MiscExpAsst_"), "srno Int(11), code_no " + code + ", ExpID Int(11), Descript " + name +
+                                             ", OpBal Double, Amount Double"));
+    db.execute(create(t("SUNDEB_"), "srno Int(11), code_no " + code +
+                                        ", more_amt Double, OTH_AMT Double, PROV_AMT Double, dis_prov_amt Double, "
+                                        "good_amt Double, doubt_amt Double, bad_amt Double"));
+    db.execute(create(t("BANK_"), "srno Int(11), code_no " + code +
+                                      ", CASH Double, DD Double, REMITTANCE Double, FD Double, SCH_CURR Double, "
+                                      "SCH_DEP Double, FOR_CURR Double, FOR_DEP Double, OTH_CURR Double, "
+                                      "OTH_DEP Double"));
+    db.execute(create(t("FIXED_"), "compit_id Int(11), srno Int(11), code_no " + code +
+                                       ", ref_id Int(11), OP_BAL Double, op_bal_dep Double, RATE_DEP Double, "
+                                       "method_id Int(11), OTH_DEP Double, deptick Int(11), depamt Double, "
+                                       "CGrpId Int(11), wdv Double, compit_rate Double, IGrpId Int(11), "
+                                       "trblock Int(11), AddDepRt Double"));
+    db.execute(create(t("FDA_"), "srno Int(11), code_no " + code +
+                                     ", ad_ded_id Int(11), ref_id Int(11), particular " + name +
+                                     ", cost Double, excr Double, curdiff Double, grsub Double, AMT Double, "
+                                     "ad_date Char(10), dtpur Char(10), dep Double, fulldep Int(11), src Int(11), "
+                                     "adddepapp Char(1)"));
+    db.execute(create(t("TAB_"), "srno Int(11), code_no " + code +
+                                     ", allid Int(11), PartId Int(11), nid Int(11), Amt Double"));
+    db.execute(create(t("SCHED_"), "code_no " + code + ", GID Int(11)"));
+    db.execute(create(t("CAPITAL_"), "code_no " + code + ", code " + name +
+                                         ", srno Int(11), PARTICULAR_ID Int(11), AMT Double, nid Int(11), "
+                                         "actyp Int(11)"));
+}
+
+void create_register_tables(Database& db, int year) {
+    const std::string code = kCode, name = kName;
+    const std::string o = register_opening_table(year), a = register_addition_table(year);
+    db.execute(create(o, "Code_No " + code + ", SrNoFATR Int(11), IdFAGM Int(11), Part " + name +
+                             ", CostWdv Double, OpDepr Double, YrCalcCA Int(11), DepCalcCA Double, "
+                             "ResValue Double, LifeYrs Double, RateFACL Double, WdvIT Double, DetESA Text, "
+                             "RateIT Double, AddlDepRT Double, SaleDate Char(10), SaleAmt Double, "
+                             "SaleExp Double, ShiftDet Text, DepFACL Double, OthOpts Text, PutDate Char(10), "
+                             "AddlDepOn Double"));
+    index(db, o, "Code_No, SrNoFATR");
+    db.execute(create(a, "Code_No " + code + ", SrNoFATR Int(11), IdFAGM Int(11), Part " + name +
+                             ", PutDate Char(10), AccDate Char(10), PurAmt Double, ExciseCr Double, "
+                             "CurrDiff Double, Subsidy Double, ResValue Double, LifeYrs Double, "
+                             "RateFACL Double, RateIT Double, AddlDepRT Double, SaleDate Char(10), "
+                             "SaleAmt Double, SaleExp Double, ShiftDet Text, DepFACL Double, OthOpts Text"));
+    index(db, a, "Code_No, SrNoFATR");
+}
+
+}  // namespace brenlow::store

@@ -1,0 +1,27 @@
+#pragma once
+// The suite's tables as this component knows them: the shared masters, the
+// per-year schedule tables (stem + the year's suffix) and the per-year register
+// tables (NewFATRo<year>, NewFATRa<year>). Creation is idempotent.
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "store/database.h"
+
+namespace brenlow::store {
+
+// Stems of the per-year schedule tables, trailing underscore included.
+const std::vector<std::string>& year_table_stems();
+
+// Shared masters and work tables ("Create Table If Not Exists").
+void create_shared_tables(Database& db);
+// The schedule tables of one year: stem + suffix for every stem.
+void create_year_tables(Database& db, std::string_view suffix);
+// NewFATRo<year> and NewFATRa<year>.
+void create_register_tables(Database& db, int year);
+
+std::string register_opening_table(int year);   // "NewFATRo2015"
+std::string register_addition_table(int year);  // "NewFATRa2015"
+
+}  // namespace brenlow::store

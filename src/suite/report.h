@@ -1,0 +1,54 @@
+#pragma once
+// Ostikreport.ClsMain — the report object: screens hand it a prepared report
+// (titles, banded column headings, formatted rows) and it shows or writes it.
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace brenlow::Ostikreport {
+
+struct ReportColumn {
+    std::string band;     // top heading spanning the columns that share it ("" for none)
+    std::string heading;  // the column's own heading; "\n" separates its lines
+    bool numeric = false; // right-aligned
+    bool bold = false;
+    int width = 10;       // in characters
+};
+
+struct ReportDocument {
+    std::vector<std::string> titles;        // centred lines above the table
+    std::vector<ReportColumn> columns;
+    std::vector<std::vector<std::string>> rows;  // cells already formatted
+    std::vector<bool> bold_rows;            // parallel to rows (may be shorter)
+    std::vector<std::string> notes;         // lines below the table
+    std::string font_name = "Verdana";
+    int font_size = 9;
+    bool landscape = true;
+};
+
+class ClsMain {
+public:
+    virtual ~ClsMain() = default;
+    // Prepares the report that showreport will show.
+    virtual void WriteToReport(const ReportDocument& doc) = 0;
+    // Starts an empty report work table of the given name and column count.
+    virtual void createtable(std::string_view name, int columns) = 0;
+    // Colours one row of the prepared report (colours as 0xRRGGBB).
+    virtual void RowBackForeColorMain(int row, long back_color, long fore_color) = 0;
+    // Adds a free text line below the table.
+    virtual void PrintText(std::string_view text) = 0;
+    // Shows the prepared report through the viewer the host set (a print preview in
+    // the desktop, a file on the command line).
+    virtual void showreport() = 0;
+
+    virtual const ReportDocument& prepared() const = 0;
+    using Viewer = std::function<void(const ReportDocument&)>;
+    virtual void set_viewer(Viewer viewer) = 0;
+};
+
+// Plain-text rendering of a report: fixed-width columns with the banded headings.
+std::string render_text(const ReportDocument& doc);
+
+}  // namespace brenlow::Ostikreport
