@@ -1,2 +1,0 @@
-// placeholder until the shared helpers land
-namespace brenlow::testing_support {}
