@@ -14,9 +14,9 @@ function(brenlow_layer name)
   target_link_libraries(brenlow_${name} PUBLIC ${ARGN})
 endfunction()
 
-# brenlow_test(NAME LIBS...) — one GoogleTest program per test folder.
+# brenlow_test(NAME LIBS...) — one GoogleTest program per test folder tests/NAME.
 function(brenlow_test name)
-  file(GLOB _sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  file(GLOB _sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.cpp)
   if(NOT _sources)
     return()
   endif()
