@@ -1,2 +1,11 @@
-#include <cstdio>
-int main() { std::puts("2.26.4"); return 0; }
+// brenlow — the component's command line.
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include "app/cli/cli.h"
+
+int main(int argc, char** argv) {
+    std::vector<std::string> args(argv + 1, argv + argc);
+    return brenlow::cli::run(args, std::cout, std::cerr);
+}

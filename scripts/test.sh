@@ -1,0 +1,13 @@
+#!/usr/bin/env bash
+# Everything on a fresh machine: install what is needed, build, start a private
+# MariaDB server (unless BRENLOW_TEST_MYSQL names one) and run every test on both
+# database backends.
+set -euo pipefail
+root=$(cd "$(dirname "$0")/.." && pwd)
+"$root/scripts/install-deps.sh"
+"$root/scripts/build.sh"
+build=${BUILD_DIR:-$root/build}
+export QT_QPA_PLATFORM=offscreen
+export BRENLOW_ARTIFACTS="$build/artifacts"
+mkdir -p "$BRENLOW_ARTIFACTS"
+"$root/scripts/with-test-mariadb.sh" ctest --test-dir "$build" --output-on-failure -j"$(nproc)"

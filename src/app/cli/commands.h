@@ -1,0 +1,13 @@
+#pragma once
+// The commands of the command line; each takes the words after its name.
+
+#include <string>
+#include <vector>
+
+#include "app/cli/context.h"
+
+namespace brenlow::cli {
+
+int init_command(Context& ctx, const std::vector<std::string>& args);
+
+}  // namespace brenlow::cli

@@ -1,0 +1,28 @@
+#include "app/cli/context.h"
+
+#include <filesystem>
+
+#include "store/seed.h"
+
+namespace brenlow::cli {
+
+std::string Context::exe_dir() {
+    std::error_code ec;
+    const auto exe = std::filesystem::read_symlink("/proc/self/exe", ec);
+    return ec ? std::string(".") : exe.parent_path().string();
+}
+
+suite::BaseServices& Context::base() {
+    if (!base_) {
+        auto db = store::open_database(db_url.empty() ? store::default_database_url() : db_url);
+        base_ = std::make_shared<suite::BaseServices>(std::move(db), exe_dir(), store::reference_data_dir(exe_dir()));
+    }
+    return *base_;
+}
+
+std::string fy_text(int year) {
+    const int yy = year % 100;
+    return std::to_string(year - 1) + "-" + (yy < 10 ? "0" : "") + std::to_string(yy);
+}
+
+}  // namespace brenlow::cli

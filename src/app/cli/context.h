@@ -1,0 +1,32 @@
+#pragma once
+// What every command of the command line shares: the chosen database, the output
+// streams, and the base services once opened.
+
+#include <memory>
+#include <ostream>
+#include <string>
+
+#include "suite/base_services.h"
+
+namespace brenlow::cli {
+
+struct Context {
+    Context(std::string url, std::ostream& o, std::ostream& e) : db_url(std::move(url)), out(o), err(e) {}
+
+    std::string db_url;  // empty: the embedded default
+    std::ostream& out;
+    std::ostream& err;
+
+    // Opens the database (creating the shared tables and masters) on first use.
+    suite::BaseServices& base();
+    // Folder of this program (the error log goes there) and of the reference data.
+    static std::string exe_dir();
+
+private:
+    std::shared_ptr<suite::BaseServices> base_;
+};
+
+// Financial year text: 2025 -> "2024-25".
+std::string fy_text(int year);
+
+}  // namespace brenlow::cli

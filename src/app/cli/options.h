@@ -1,0 +1,37 @@
+#pragma once
+// Option parsing for the command line: "--name value", "--name=value" and flags.
+
+#include <map>
+#include <optional>
+#include <set>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace brenlow::cli {
+
+class UsageError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+class Options {
+public:
+    // `flags` are options without a value; every other "--x" takes one.
+    Options(const std::vector<std::string>& args, const std::set<std::string>& flags);
+
+    const std::vector<std::string>& positional() const { return positional_; }
+    bool has(const std::string& name) const { return values_.count(name) > 0; }
+    std::optional<std::string> get(const std::string& name) const;
+    std::string require(const std::string& name) const;
+    int require_int(const std::string& name, int lo, int hi) const;
+    std::optional<int> get_int(const std::string& name, int lo, int hi) const;
+    // Options given but never asked for: a typing slip the user should hear about.
+    void reject_unknown(const std::set<std::string>& known) const;
+
+private:
+    std::map<std::string, std::string> values_;
+    std::vector<std::string> positional_;
+};
+
+}  // namespace brenlow::cli
