@@ -6,6 +6,7 @@
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
+#include <ostream>
 #include <random>
 
 namespace brenlow::test {
@@ -89,3 +90,7 @@ std::string backend_name(const ::testing::TestParamInfo<store::Backend>& info) {
 }
 
 }  // namespace brenlow::test
+
+namespace brenlow::store {
+void PrintTo(Backend backend, std::ostream* os) { *os << (backend == Backend::sqlite ? "sqlite" : "mysql"); }
+}  // namespace brenlow::store

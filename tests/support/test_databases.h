@@ -21,6 +21,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <ostream>
 #include <string>
 
 #include "store/database.h"
@@ -76,6 +77,11 @@ private:
 std::string backend_name(const ::testing::TestParamInfo<store::Backend>& info);
 
 }  // namespace brenlow::test
+
+namespace brenlow::store {
+// Lets GoogleTest print "sqlite" / "mysql" in failure messages.
+void PrintTo(Backend backend, std::ostream* os);
+}  // namespace brenlow::store
 
 // Runs every TEST_P of the suite once per backend; test names end in /sqlite or /mysql.
 #define BRENLOW_INSTANTIATE_BACKENDS(SuiteName)                                                         \
