@@ -1,0 +1,61 @@
+#pragma once
+// The grid as the screens show it: a table view over a GridTableModel with
+// two-line banded headings, combo cells edited through their lists, and fixed
+// row heights so that a register of 100,000 rows scrolls without measuring rows.
+
+#include <QHeaderView>
+#include <QStyledItemDelegate>
+#include <QTableView>
+
+#include "controls/grid.h"
+
+namespace brenlow {
+
+class GridTableModel;
+
+// A horizontal header of two lines: the band across the columns it covers on top,
+// each column's heading below; a column without a band has its heading across both.
+class BandedHeaderView : public QHeaderView {
+    Q_OBJECT
+public:
+    explicit BandedHeaderView(QWidget* parent = nullptr);
+    QSize sizeHint() const override;
+    // The rectangle, in header coordinates, of the band over a column (empty when
+    // the column has none).
+    QRect band_rect(int logical_index) const;
+
+protected:
+    void paintSection(QPainter* painter, const QRect& rect, int logical_index) const override;
+
+private:
+    bool has_bands() const;
+    void paint_cell(QPainter* painter, const QRect& rect, const QString& text, int logical_index) const;
+};
+
+// Cells of a combo column are edited with a combo box showing the list's texts;
+// the cell keeps the chosen id.
+class GridItemDelegate : public QStyledItemDelegate {
+    Q_OBJECT
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+    QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option,
+                          const QModelIndex& index) const override;
+    void setEditorData(QWidget* editor, const QModelIndex& index) const override;
+    void setModelData(QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const override;
+};
+
+class GridView : public QTableView {
+    Q_OBJECT
+public:
+    explicit GridView(QWidget* parent = nullptr);
+    // Shows a grid; the view keeps a model over it until another grid is shown.
+    void show_grid(Grid& grid);
+    GridTableModel* grid_model() const { return model_; }
+
+private:
+    void apply_columns();
+
+    GridTableModel* model_ = nullptr;
+};
+
+}  // namespace brenlow
