@@ -1,1 +1,65 @@
-int main() { return 0; }
+// tarrow — the suite's desktop host.
+//
+//   tarrow [--db URL] [--client CODE --year YYYY [--create] [--name NAME] [--status N]]
+//          [--screenshot FILE.png]
+//
+// With --screenshot the window is drawn (offscreen works), saved as a picture and the
+// program ends.
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QSettings>
+#include <QTimer>
+#include <cstdio>
+
+#include "app/tarrow/host.h"
+#include "store/database.h"
+
+int main(int argc, char** argv) {
+    QApplication app(argc, argv);
+    QApplication::setOrganizationName("Tarrow");
+    QApplication::setApplicationName("tarrow");
+
+    QCommandLineParser parser;
+    parser.addHelpOption();
+    parser.addOptions({{"db", "Database address (sqlite:PATH or mysql://...).", "url"},
+                       {"client", "Client code to open.", "code"},
+                       {"year", "Financial year to open (the year it ends in).", "year"},
+                       {"create", "Create the client's year when missing."},
+                       {"name", "Client name when creating.", "name"},
+                       {"status", "Client status 1-4 when creating.", "status"},
+                       {"screenshot", "Save a picture of the window and quit.", "file"}});
+    parser.process(app);
+
+    brenlow::tarrow::HostWindow window;
+    QString url = parser.value("db");
+    if (url.isEmpty()) url = QSettings().value("database/url").toString();
+    if (url.isEmpty()) url = QString::fromStdString(brenlow::store::default_database_url());
+    const bool opened = window.open_database(url);
+
+    if (opened) {
+        QString code = parser.value("client");
+        int year = parser.value("year").toInt();
+        if (code.isEmpty() && !parser.isSet("screenshot")) {
+            code = QSettings().value("client/code").toString();
+            year = QSettings().value("client/year").toInt();
+        }
+        if (!code.isEmpty() && year > 0) {
+            std::optional<int> status;
+            if (parser.isSet("status")) status = parser.value("status").toInt();
+            window.open_client_year(code, year, parser.isSet("create"), parser.value("name"), status);
+        }
+    }
+    window.show();
+
+    if (parser.isSet("screenshot")) {
+        QApplication::processEvents();
+        const QString file = parser.value("screenshot");
+        if (!window.grab().save(file)) {
+            std::fprintf(stderr, "tarrow: could not save %s\n", qPrintable(file));
+            return 1;
+        }
+        std::printf("%s\n", qPrintable(file));
+        return opened ? 0 : 1;
+    }
+    return app.exec();
+}

@@ -1,0 +1,63 @@
+#pragma once
+// The suite's desktop host, as far as this component needs one: it opens the
+// database (the embedded default or a server, remembering the last one), lets the
+// user pick or create a client and financial year, and opens the component's
+// screens through Forms, each in its own window.
+
+#include <QMainWindow>
+#include <QPointer>
+#include <memory>
+#include <optional>
+
+#include "frame/forms.h"
+#include "suite/base_services.h"
+#include "ui/qt_ui.h"
+
+class QLabel;
+class QAction;
+
+namespace brenlow::tarrow {
+
+class HostWindow : public QMainWindow {
+    Q_OBJECT
+public:
+    explicit HostWindow(QWidget* parent = nullptr);
+    ~HostWindow() override;
+
+    // Opens a database; false (and a message) when it cannot be opened.
+    bool open_database(const QString& url);
+    // Chooses the client's year, creating it when asked to.
+    bool open_client_year(const QString& code, int year, bool create, const QString& name = {},
+                          std::optional<int> status = std::nullopt);
+
+    suite::BaseServices* base() const;
+    frame::Forms* forms() const { return forms_.get(); }
+    QString database_url() const { return url_; }
+
+public slots:
+    void choose_client_year();
+    void connect_to_server();
+    void use_embedded_database();
+    void open_register();
+    void open_schedules();
+    void open_capital();
+    void open_block_master(int kind);
+    void open_group_master();
+    void open_particulars_master();
+    void about();
+
+private:
+    void build_menus();
+    void refresh();
+    bool need_client_year();
+    // Shows a screen's window, or says that the screen is not available yet.
+    void show_screen_window(QWidget* window, const QString& what);
+
+    QtUi ui_;
+    QString url_;
+    std::unique_ptr<frame::Forms> forms_;
+    QLabel* summary_ = nullptr;
+    QList<QAction*> needs_year_;
+};
+
+}  // namespace brenlow::tarrow
