@@ -57,7 +57,10 @@ std::vector<ChartRow> chart_rows_from_blocks(std::string_view code, int year, co
         r.Rate = b.rate;
         r.Wdv = b.opening_wdv - b.adj_earlier;  // after the adjustments of earlier years
         r.Add1 = b.addition1;
-        r.Cons1 = b.deduction1;
+        // The chart has no column for the part kept apart: a deduction beyond every part
+        // shows against the full-rate part, so that Wdv + Add1 - Cons1 turns negative for a
+        // block that ends in a capital gain.
+        r.Cons1 = b.deduction1 + std::max(0.0, b.deduction3 - b.addition3);
         r.Add2 = b.addition2;
         r.Cons2 = b.deduction2;
         if (!b.block_nil) {
