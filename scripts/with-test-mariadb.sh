@@ -58,6 +58,11 @@ install_db=$(find_tool mariadb-install-db mysql_install_db)
 admin=$(find_tool mariadb-admin mysqladmin)
 
 work=$(mktemp -d "${TMPDIR:-/tmp}/brenlow-mariadb.XXXXXX")
+if [[ ${#work} -gt 80 ]]; then
+    # A Unix socket path must stay short (about 100 bytes).
+    rmdir "$work"
+    work=$(mktemp -d /tmp/brenlow-mariadb.XXXXXX)
+fi
 chmod 755 "$work"
 data="$work/data"
 sock="$work/mysql.sock"

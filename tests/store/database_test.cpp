@@ -94,6 +94,20 @@ TEST_P(StoreDatabase, TextColumnsCompareCaseBlindAndUcaseFolds) {
     EXPECT_TRUE(db().query("SELECT UCASE(NULL) AS U").first("U").is_null());
 }
 
+TEST_P(StoreDatabase, MergeWorkTablesAreCreatedAsWrittenAndCompareCaseBlind) {
+    db().execute(
+        "Create Table If Not Exists MergDepr2 (SrNo Double, Code_No Char(50), AD_DED_ID Double, REF_ID Double, "
+        "PARTICULAR Char(50), Amt Double, AD_DATE Char(50), DEP Double, FullDep TinyInt(4), Src Int(11), Cost Double, "
+        "ExCr Double, CurDiff Double, GrSub Double, DtPur Char(10), AddDepApp Char(1))");
+    db().execute("Create Table If Not Exists MergDepr2 (SrNo Double)");  // already there: nothing happens
+    db().execute(
+        "INSERT INTO MergDepr2 Values (1, 'C1', 1, 7, 'Lathe', 1000, '01/04/2014', 150, 1, 0, 1000, 0, 0, 0, "
+        "'01/04/2014', 'Y')");
+    EXPECT_EQ(count_rows(db(), "MergDepr2 WHERE AddDepApp='y' AND code_no='c1' AND Particular='LATHE'"), 1);
+    db().execute("Drop Table MergDepr2");
+    EXPECT_FALSE(db().table_exists("MergDepr2"));
+}
+
 TEST_P(StoreDatabase, TableNamesAreCaseBlind) {
     db().execute("Create Table NewFATRo2015 (Code_No Char(50), SrNoFATR Int(11))");
     db().execute("INSERT INTO newfatro2015 Values ('C1', 1)");
