@@ -38,7 +38,8 @@ std::vector<std::string> lines_of(const std::string& text) {
 
 }  // namespace
 
-std::string render_text(const ReportDocument& doc) {
+ReportLayout lay_out(const ReportDocument& doc) {
+    ReportLayout lay;
     const std::size_t n = doc.columns.size();
     std::vector<std::size_t> widths(n);
     std::size_t heading_lines = 1;
@@ -53,10 +54,10 @@ std::string render_text(const ReportDocument& doc) {
     for (auto w : widths) total += w + 1;
     if (total) total -= 1;
 
-    std::ostringstream out;
-    for (const auto& t : doc.titles) out << centre(t, total) << '\n';
+    lay.width = total;
+    for (const auto& t : doc.titles) lay.header.push_back(centre(t, total));
     const std::string rule(total, '-');
-    out << rule << '\n';
+    lay.header.push_back(rule);
 
     // Band line: runs of columns with the same non-empty band share one centred caption.
     bool any_band = std::any_of(doc.columns.begin(), doc.columns.end(), [](auto& c) { return !c.band.empty(); });
@@ -70,7 +71,7 @@ std::string render_text(const ReportDocument& doc) {
             if (e < n) line += ' ';
             c = e;
         }
-        out << line << '\n';
+        lay.header.push_back(line);
     }
     for (std::size_t l = 0; l < heading_lines; ++l) {
         std::string line;
@@ -79,21 +80,31 @@ std::string render_text(const ReportDocument& doc) {
             line += centre(l < parts.size() ? parts[l] : "", widths[c]);
             if (c + 1 < n) line += ' ';
         }
-        out << line << '\n';
+        lay.header.push_back(line);
     }
-    out << rule << '\n';
-    for (const auto& row : doc.rows) {
+    lay.header.push_back(rule);
+    for (std::size_t r = 0; r < doc.rows.size(); ++r) {
+        const auto& row = doc.rows[r];
         std::string line;
         for (std::size_t c = 0; c < n; ++c) {
             line += pad(c < row.size() ? row[c] : "", widths[c], doc.columns[c].numeric);
             if (c + 1 < n) line += ' ';
         }
         while (!line.empty() && line.back() == ' ') line.pop_back();
-        out << line << '\n';
+        lay.body.push_back({line, r < doc.bold_rows.size() && doc.bold_rows[r]});
     }
-    out << rule << '\n';
-    for (const auto& note : doc.notes) out << note << '\n';
-    return out.str();
+    lay.footer.push_back(rule);
+    for (const auto& note : doc.notes) lay.footer.push_back(note);
+    return lay;
+}
+
+std::string render_text(const ReportDocument& doc) {
+    const auto lay = lay_out(doc);
+    std::string out;
+    for (const auto& l : lay.header) out += l + '\n';
+    for (const auto& l : lay.body) out += l.text + '\n';
+    for (const auto& l : lay.footer) out += l + '\n';
+    return out;
 }
 
 }  // namespace brenlow::Ostikreport

@@ -48,7 +48,27 @@ public:
     virtual void set_viewer(Viewer viewer) = 0;
 };
 
+// A report laid out on a grid of characters: the heading block (titles, rule,
+// bands, column headings, rule) that every page repeats, the body lines, and the
+// closing rule with the notes.
+struct ReportLine {
+    std::string text;
+    bool bold = false;
+};
+struct ReportLayout {
+    std::vector<std::string> header;
+    std::vector<ReportLine> body;
+    std::vector<std::string> footer;
+    std::size_t width = 0;  // characters
+};
+ReportLayout lay_out(const ReportDocument& doc);
+
 // Plain-text rendering of a report: fixed-width columns with the banded headings.
 std::string render_text(const ReportDocument& doc);
+
+// The report as a PDF file in a fixed-pitch face, landscape or portrait A4, the
+// heading block repeated on every page and the pages numbered. Throws
+// std::runtime_error when the file cannot be written.
+void write_pdf(const ReportDocument& doc, const std::string& path);
 
 }  // namespace brenlow::Ostikreport
