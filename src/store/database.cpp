@@ -91,10 +91,12 @@ std::unique_ptr<Database> open_database(const std::string& url) {
     constexpr std::string_view sqlite_scheme = "sqlite:";
     constexpr std::string_view mysql_scheme = "mysql://";
     const std::string_view u(url);
-    if (u.size() > sqlite_scheme.size() && equals_case_blind(u.substr(0, sqlite_scheme.size()), sqlite_scheme)) {
+    if (u.size() > sqlite_scheme.size() &&
+        equals_case_blind(u.substr(0, sqlite_scheme.size()), sqlite_scheme)) {
         return std::make_unique<SqliteDatabase>(url.substr(sqlite_scheme.size()));
     }
-    if (u.size() >= mysql_scheme.size() && equals_case_blind(u.substr(0, mysql_scheme.size()), mysql_scheme)) {
+    if (u.size() >= mysql_scheme.size() &&
+        equals_case_blind(u.substr(0, mysql_scheme.size()), mysql_scheme)) {
         return std::make_unique<MysqlDatabase>(MysqlAddress::parse(url));
     }
     // Only the scheme is repeated: the rest may hold a password.

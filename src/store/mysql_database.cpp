@@ -74,27 +74,27 @@ Value field_value(const MYSQL_FIELD& field, const char* data, unsigned long leng
     if (!data) return Value();
     const std::string text(data, length);
     switch (field.type) {
-    case MYSQL_TYPE_TINY:
-    case MYSQL_TYPE_SHORT:
-    case MYSQL_TYPE_LONG:
-    case MYSQL_TYPE_INT24:
-    case MYSQL_TYPE_LONGLONG:
-    case MYSQL_TYPE_YEAR: {
-        if ((field.flags & UNSIGNED_FLAG) && field.type == MYSQL_TYPE_LONGLONG) {
-            const unsigned long long u = std::strtoull(text.c_str(), nullptr, 10);
-            if (u > static_cast<unsigned long long>(std::numeric_limits<std::int64_t>::max())) {
-                return Value(static_cast<double>(u));
+        case MYSQL_TYPE_TINY:
+        case MYSQL_TYPE_SHORT:
+        case MYSQL_TYPE_LONG:
+        case MYSQL_TYPE_INT24:
+        case MYSQL_TYPE_LONGLONG:
+        case MYSQL_TYPE_YEAR: {
+            if ((field.flags & UNSIGNED_FLAG) && field.type == MYSQL_TYPE_LONGLONG) {
+                const unsigned long long u = std::strtoull(text.c_str(), nullptr, 10);
+                if (u > static_cast<unsigned long long>(std::numeric_limits<std::int64_t>::max())) {
+                    return Value(static_cast<double>(u));
+                }
             }
+            return Value(static_cast<std::int64_t>(std::strtoll(text.c_str(), nullptr, 10)));
         }
-        return Value(static_cast<std::int64_t>(std::strtoll(text.c_str(), nullptr, 10)));
-    }
-    case MYSQL_TYPE_FLOAT:
-    case MYSQL_TYPE_DOUBLE:
-    case MYSQL_TYPE_DECIMAL:
-    case MYSQL_TYPE_NEWDECIMAL:
-        return Value(std::strtod(text.c_str(), nullptr));
-    default:
-        return Value(text);
+        case MYSQL_TYPE_FLOAT:
+        case MYSQL_TYPE_DOUBLE:
+        case MYSQL_TYPE_DECIMAL:
+        case MYSQL_TYPE_NEWDECIMAL:
+            return Value(std::strtod(text.c_str(), nullptr));
+        default:
+            return Value(text);
     }
 }
 
@@ -137,11 +137,13 @@ MysqlAddress MysqlAddress::parse(const std::string& url) {
         rest = rest.substr(at + 1);
         const auto colon = userinfo.find(':');
         a.user = percent_decoded(userinfo.substr(0, colon), "user name");
-        if (colon != std::string_view::npos) a.password = percent_decoded(userinfo.substr(colon + 1), "password");
+        if (colon != std::string_view::npos)
+            a.password = percent_decoded(userinfo.substr(colon + 1), "password");
     }
     const auto slash = rest.find('/');
     std::string_view hostport = rest.substr(0, slash);
-    if (slash != std::string_view::npos) a.database = percent_decoded(rest.substr(slash + 1), "database name");
+    if (slash != std::string_view::npos)
+        a.database = percent_decoded(rest.substr(slash + 1), "database name");
     if (a.database.find('/') != std::string::npos) throw bad_address("a database name with '/'");
 
     std::string_view port;
@@ -207,8 +209,9 @@ MysqlDatabase::MysqlDatabase(MysqlAddress address) : address_(std::move(address)
     if (!mysql_real_connect(conn_, address_.host.c_str(), text_or_null(address_.user),
                             text_or_null(address_.password), text_or_null(address_.database), address_.port,
                             text_or_null(address_.socket), 0)) {
-        const DbError e(static_cast<int>(mysql_errno(conn_)),
-                        one_line("Cannot connect to the MySQL server " + describe() + ": " + mysql_error(conn_)));
+        const DbError e(
+            static_cast<int>(mysql_errno(conn_)),
+            one_line("Cannot connect to the MySQL server " + describe() + ": " + mysql_error(conn_)));
         mysql_close(conn_);
         conn_ = nullptr;
         throw e;
@@ -217,8 +220,9 @@ MysqlDatabase::MysqlDatabase(MysqlAddress address) : address_(std::move(address)
         // Mixed-case table names only work on a server that folds them.
         const auto folding = query("SELECT @@lower_case_table_names AS lctn").first("lctn");
         if (folding.as_int() == 0) {
-            throw DbError(0, "The MySQL server must run with lower_case_table_names=1: the suite's tables are "
-                             "named in mixed case.");
+            throw DbError(0,
+                          "The MySQL server must run with lower_case_table_names=1: the suite's tables are "
+                          "named in mixed case.");
         }
         run("SET SESSION sql_mode='STRICT_TRANS_TABLES,NO_BACKSLASH_ESCAPES,NO_ENGINE_SUBSTITUTION'");
         run("SET SESSION default_storage_engine=InnoDB");
@@ -257,24 +261,24 @@ void MysqlDatabase::run(std::string_view sql) {
 void MysqlDatabase::execute(std::string_view sql) {
     const auto shape = classify_statement(sql);
     switch (shape.kind) {
-    case StatementKind::lock:
-        lock_tables(shape.tables, sql);
-        break;
-    case StatementKind::unlock:
-        unlock_tables();
-        break;
-    case StatementKind::flush:
-        // FLUSH commits implicitly: inside a group it waits for the group's COMMIT.
-        if (depth_ > 0) {
-            flush_pending_ = true;
-        } else {
-            flush_tables(sql);
-        }
-        break;
-    case StatementKind::create_table:
-    case StatementKind::other:
-        run(sql);
-        break;
+        case StatementKind::lock:
+            lock_tables(shape.tables, sql);
+            break;
+        case StatementKind::unlock:
+            unlock_tables();
+            break;
+        case StatementKind::flush:
+            // FLUSH commits implicitly: inside a group it waits for the group's COMMIT.
+            if (depth_ > 0) {
+                flush_pending_ = true;
+            } else {
+                flush_tables(sql);
+            }
+            break;
+        case StatementKind::create_table:
+        case StatementKind::other:
+            run(sql);
+            break;
     }
 }
 

@@ -131,8 +131,12 @@ std::vector<std::string> locked_tables(const Tokens& t, std::size_t i) {
     return tables;
 }
 
-char to_lower(char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c; }
-char to_upper(char c) { return (c >= 'a' && c <= 'z') ? static_cast<char>(c - 'a' + 'A') : c; }
+char to_lower(char c) {
+    return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c;
+}
+char to_upper(char c) {
+    return (c >= 'a' && c <= 'z') ? static_cast<char>(c - 'a' + 'A') : c;
+}
 
 }  // namespace
 
@@ -167,7 +171,8 @@ StatementShape classify_statement(std::string_view sql) {
         shape.kind = StatementKind::unlock;
     } else if (t.is_word(0, "FLUSH") && tables_word) {
         shape.kind = StatementKind::flush;
-    } else if (t.is_word(0, "CREATE") && (t.is_word(1, "TABLE") || (t.is_word(1, "TEMPORARY") && t.is_word(2, "TABLE")))) {
+    } else if (t.is_word(0, "CREATE") &&
+               (t.is_word(1, "TABLE") || (t.is_word(1, "TEMPORARY") && t.is_word(2, "TABLE")))) {
         shape.kind = StatementKind::create_table;
     }
     return shape;
@@ -181,7 +186,7 @@ std::string with_case_blind_text_columns(std::string_view sql) {
     while (open < t.size() && !t.is_punct(open, '(')) ++open;
     if (open == t.size()) return std::string(sql);  // "Create Table a As Select ..."
 
-    std::vector<std::size_t> inserts;  // offsets in sql that get " COLLATE NOCASE"
+    std::vector<std::size_t> inserts;          // offsets in sql that get " COLLATE NOCASE"
     std::size_t cut = std::string_view::npos;  // MySQL table options start here
     std::size_t item = open + 1;
     int depth = 1;
@@ -196,10 +201,9 @@ std::string with_case_blind_text_columns(std::string_view sql) {
 
         // Column definition item .. i-1: name, type, then attributes.
         const std::size_t type = item + 1;
-        const bool is_constraint =
-            t.at(item).type == TokenType::word &&
-            is_one_of(t.text(item), {"PRIMARY", "KEY", "INDEX", "UNIQUE", "CONSTRAINT", "FOREIGN", "CHECK",
-                                     "FULLTEXT", "SPATIAL"});
+        const bool is_constraint = t.at(item).type == TokenType::word &&
+                                   is_one_of(t.text(item), {"PRIMARY", "KEY", "INDEX", "UNIQUE", "CONSTRAINT",
+                                                            "FOREIGN", "CHECK", "FULLTEXT", "SPATIAL"});
         if (!is_constraint && type < i && t.at(type).type == TokenType::word &&
             is_one_of(t.text(type), {"CHAR", "VARCHAR", "NCHAR", "NVARCHAR", "TEXT", "TINYTEXT", "MEDIUMTEXT",
                                      "LONGTEXT"})) {

@@ -29,17 +29,17 @@ bool only_blank(const char* tail) {
 
 Value column_value(sqlite3_stmt* s, int i) {
     switch (sqlite3_column_type(s, i)) {
-    case SQLITE_INTEGER:
-        return Value(static_cast<std::int64_t>(sqlite3_column_int64(s, i)));
-    case SQLITE_FLOAT:
-        return Value(sqlite3_column_double(s, i));
-    case SQLITE_NULL:
-        return Value();
-    default: {
-        const auto* text = static_cast<const char*>(sqlite3_column_blob(s, i));
-        const auto size = static_cast<std::size_t>(sqlite3_column_bytes(s, i));
-        return Value(text ? std::string(text, size) : std::string());
-    }
+        case SQLITE_INTEGER:
+            return Value(static_cast<std::int64_t>(sqlite3_column_int64(s, i)));
+        case SQLITE_FLOAT:
+            return Value(sqlite3_column_double(s, i));
+        case SQLITE_NULL:
+            return Value();
+        default: {
+            const auto* text = static_cast<const char*>(sqlite3_column_blob(s, i));
+            const auto size = static_cast<std::size_t>(sqlite3_column_bytes(s, i));
+            return Value(text ? std::string(text, size) : std::string());
+        }
     }
 }
 
@@ -55,24 +55,28 @@ void fold_case(sqlite3_context* ctx, int, sqlite3_value** argv, bool upper) {
     sqlite3_result_text(ctx, out.data(), static_cast<int>(out.size()), SQLITE_TRANSIENT);
 }
 
-void ucase(sqlite3_context* ctx, int argc, sqlite3_value** argv) { fold_case(ctx, argc, argv, true); }
-void lcase(sqlite3_context* ctx, int argc, sqlite3_value** argv) { fold_case(ctx, argc, argv, false); }
+void ucase(sqlite3_context* ctx, int argc, sqlite3_value** argv) {
+    fold_case(ctx, argc, argv, true);
+}
+void lcase(sqlite3_context* ctx, int argc, sqlite3_value** argv) {
+    fold_case(ctx, argc, argv, false);
+}
 
 // MySQL's CONCAT: NULL when any argument is NULL; numbers as plain decimals.
 void concat(sqlite3_context* ctx, int argc, sqlite3_value** argv) {
     std::string out;
     for (int i = 0; i < argc; ++i) {
         switch (sqlite3_value_type(argv[i])) {
-        case SQLITE_NULL:
-            sqlite3_result_null(ctx);
-            return;
-        case SQLITE_FLOAT:
-            out += plain_number_text(sqlite3_value_double(argv[i]));
-            break;
-        default: {
-            const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(argv[i]));
-            out.append(text ? text : "", static_cast<std::size_t>(sqlite3_value_bytes(argv[i])));
-        }
+            case SQLITE_NULL:
+                sqlite3_result_null(ctx);
+                return;
+            case SQLITE_FLOAT:
+                out += plain_number_text(sqlite3_value_double(argv[i]));
+                break;
+            default: {
+                const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(argv[i]));
+                out.append(text ? text : "", static_cast<std::size_t>(sqlite3_value_bytes(argv[i])));
+            }
         }
     }
     sqlite3_result_text(ctx, out.data(), static_cast<int>(out.size()), SQLITE_TRANSIENT);
@@ -135,20 +139,20 @@ void SqliteDatabase::run(std::string_view sql) {
 void SqliteDatabase::execute(std::string_view sql) {
     const auto shape = classify_statement(sql);
     switch (shape.kind) {
-    case StatementKind::lock:
-        lock_tables();
-        break;
-    case StatementKind::unlock:
-        unlock_tables();
-        break;
-    case StatementKind::flush:
-        break;  // every commit is visible to the other connections already
-    case StatementKind::create_table:
-        run(with_case_blind_text_columns(sql));
-        break;
-    case StatementKind::other:
-        run(sql);
-        break;
+        case StatementKind::lock:
+            lock_tables();
+            break;
+        case StatementKind::unlock:
+            unlock_tables();
+            break;
+        case StatementKind::flush:
+            break;  // every commit is visible to the other connections already
+        case StatementKind::create_table:
+            run(with_case_blind_text_columns(sql));
+            break;
+        case StatementKind::other:
+            run(sql);
+            break;
     }
 }
 
@@ -170,7 +174,8 @@ Recordset SqliteDatabase::query(std::string_view sql) {
         sqlite3_stmt* raw = nullptr;
         if (sqlite3_prepare_v2(db_, sql.data(), static_cast<int>(sql.size()), &raw, nullptr) == SQLITE_OK) {
             Statement s(raw);
-            for (int i = 0; i < sqlite3_column_count(raw); ++i) names.emplace_back(sqlite3_column_name(raw, i));
+            for (int i = 0; i < sqlite3_column_count(raw); ++i)
+                names.emplace_back(sqlite3_column_name(raw, i));
         }
     }
     return Recordset(std::move(names), std::move(rows));
@@ -306,9 +311,10 @@ void SqliteDatabase::rollback() {
 
 std::vector<std::string> SqliteDatabase::table_names() {
     std::vector<std::string> names;
-    for_each_row("SELECT name FROM sqlite_master WHERE type='table' AND name NOT LIKE 'sqlite\\_%' ESCAPE '\\' "
-                 "ORDER BY name",
-                 [&](const Row& row) { names.push_back(row[0].as_text()); });
+    for_each_row(
+        "SELECT name FROM sqlite_master WHERE type='table' AND name NOT LIKE 'sqlite\\_%' ESCAPE '\\' "
+        "ORDER BY name",
+        [&](const Row& row) { names.push_back(row[0].as_text()); });
     return names;
 }
 

@@ -50,11 +50,11 @@ private:
 
     std::string path_;
     sqlite3* db_ = nullptr;
-    int depth_ = 0;             // nested begin() calls
-    bool lock_held_ = false;    // between LOCK and UNLOCK
-    bool txn_open_ = false;     // a real SQLite transaction is open
-    bool savepoint_ = false;    // the group is a savepoint inside the lock's transaction
-    bool group_failed_ = false; // an inner group rolled back; the outer one cannot commit
+    int depth_ = 0;              // nested begin() calls
+    bool lock_held_ = false;     // between LOCK and UNLOCK
+    bool txn_open_ = false;      // a real SQLite transaction is open
+    bool savepoint_ = false;     // the group is a savepoint inside the lock's transaction
+    bool group_failed_ = false;  // an inner group rolled back; the outer one cannot commit
 };
 
 }  // namespace brenlow::store

@@ -1,6 +1,8 @@
 // The database layer, run against every backend: the suite's MySQL-flavoured
 // statements must mean the same thing on SQLite and on MariaDB.
 
+#include "store/database.h"
+
 #include <gtest/gtest.h>
 
 #include <cctype>
@@ -11,7 +13,6 @@
 #include <thread>
 #include <vector>
 
-#include "store/database.h"
 #include "support/test_databases.h"
 
 namespace brenlow::store {
@@ -41,10 +42,24 @@ TEST_P(StoreDatabase, HostileTextRoundTripsExactlyThroughDoubledQuotes) {
     while (long_text.size() < 10000) long_text += "ab'c\\d|e\"f";
     long_text.resize(10000);
     const std::vector<std::string> texts = {
-        "it's",      "''",          "'",        "\\",       "back\\slash\\'", "\\'; --",
-        "¦",         "|",           "a¦b|c",    "ಕನ್ನಡ ₹", "",               "  padded  ",
-        "tab\there", "line\nbreak", long_text,  "x'); DROP TABLE Notes; --",
-        "it''s LOCK TABLE Notes Write",          "UNLOCK TABLES",
+        "it's",
+        "''",
+        "'",
+        "\\",
+        "back\\slash\\'",
+        "\\'; --",
+        "¦",
+        "|",
+        "a¦b|c",
+        "ಕನ್ನಡ ₹",
+        "",
+        "  padded  ",
+        "tab\there",
+        "line\nbreak",
+        long_text,
+        "x'); DROP TABLE Notes; --",
+        "it''s LOCK TABLE Notes Write",
+        "UNLOCK TABLES",
     };
     for (std::size_t i = 0; i < texts.size(); ++i) {
         db().execute("INSERT INTO Notes Values (" + std::to_string(i) + ", " + literal(texts[i]) + ")");
@@ -75,9 +90,11 @@ TEST_P(StoreDatabase, LiteralsInsideCreateTableAreLeftAlone) {
 
 TEST_P(StoreDatabase, TextColumnsCompareCaseBlindAndUcaseFolds) {
     db().execute(
-        "Create Table If Not Exists NewFAGM (SrNoFAGM Int(11), Yr Int(11), Part Char(50), BlockIdIT VarChar(10), "
+        "Create Table If Not Exists NewFAGM (SrNoFAGM Int(11), Yr Int(11), Part Char(50), BlockIdIT "
+        "VarChar(10), "
         "Note Text, Big LongText, Flag TinyInt(4), RateIT Double)");
-    db().execute("INSERT INTO NewFAGM Values (1, 2015, 'Plant ABC', 'iii', 'Some Note', 'Long Words', 1, 15)");
+    db().execute(
+        "INSERT INTO NewFAGM Values (1, 2015, 'Plant ABC', 'iii', 'Some Note', 'Long Words', 1, 15)");
 
     EXPECT_EQ(count_rows(db(), "NewFAGM WHERE Part='plant abc'"), 1);
     EXPECT_EQ(count_rows(db(), "NewFAGM WHERE BlockIdIT='III'"), 1);
@@ -87,7 +104,8 @@ TEST_P(StoreDatabase, TextColumnsCompareCaseBlindAndUcaseFolds) {
     EXPECT_EQ(count_rows(db(), "NewFAGM WHERE UCASE(Part)='PLANT ABC'"), 1);
     EXPECT_EQ(count_rows(db(), "NewFAGM WHERE Part='plant abd'"), 0);
 
-    const auto rs = db().query("SELECT UCASE(Part) AS U, LCASE(Part) AS L, CONCAT(Part, '-', Yr) AS C FROM NewFAGM");
+    const auto rs =
+        db().query("SELECT UCASE(Part) AS U, LCASE(Part) AS L, CONCAT(Part, '-', Yr) AS C FROM NewFAGM");
     EXPECT_EQ(rs.first("U").as_text(), "PLANT ABC");
     EXPECT_EQ(rs.first("L").as_text(), "plant abc");
     EXPECT_EQ(rs.first("C").as_text(), "Plant ABC-2015");
@@ -96,8 +114,10 @@ TEST_P(StoreDatabase, TextColumnsCompareCaseBlindAndUcaseFolds) {
 
 TEST_P(StoreDatabase, MergeWorkTablesAreCreatedAsWrittenAndCompareCaseBlind) {
     db().execute(
-        "Create Table If Not Exists MergDepr2 (SrNo Double, Code_No Char(50), AD_DED_ID Double, REF_ID Double, "
-        "PARTICULAR Char(50), Amt Double, AD_DATE Char(50), DEP Double, FullDep TinyInt(4), Src Int(11), Cost Double, "
+        "Create Table If Not Exists MergDepr2 (SrNo Double, Code_No Char(50), AD_DED_ID Double, REF_ID "
+        "Double, "
+        "PARTICULAR Char(50), Amt Double, AD_DATE Char(50), DEP Double, FullDep TinyInt(4), Src Int(11), "
+        "Cost Double, "
         "ExCr Double, CurDiff Double, GrSub Double, DtPur Char(10), AddDepApp Char(1))");
     db().execute("Create Table If Not Exists MergDepr2 (SrNo Double)");  // already there: nothing happens
     db().execute(
@@ -155,7 +175,8 @@ TEST_P(StoreDatabase, InsertSelectCopiesOneClientsRows) {
 TEST_P(StoreDatabase, LockUnlockAndFlushAreAcceptedInAnyCase) {
     db().execute("Create Table A (Sr Int(11))");
     db().execute("Create Table B (Sr Int(11))");
-    for (const char* lock : {"LOCK TABLE A Write", "lock tables A write, B write", "Lock Tables A WRITE, B WRITE"}) {
+    for (const char* lock :
+         {"LOCK TABLE A Write", "lock tables A write, B write", "Lock Tables A WRITE, B WRITE"}) {
         db().execute(lock);
         db().execute("INSERT INTO A Values (1)");
         db().execute("flush tables");
@@ -241,8 +262,8 @@ public:
     explicit Rewrite(Database& db) : db_(db) {
         db_.execute("Create Table FIXED_1 (srno Int(11), code_no Char(50), amt Double)");
         for (int i = 1; i <= 3; ++i) {
-            db_.execute("INSERT INTO FIXED_1 Values (" + std::to_string(i) + ", 'C1', " + std::to_string(i * 100) +
-                        ")");
+            db_.execute("INSERT INTO FIXED_1 Values (" + std::to_string(i) + ", 'C1', " +
+                        std::to_string(i * 100) + ")");
         }
         db_.execute("INSERT INTO FIXED_1 Values (1, 'C2', 5)");
         db_.execute("Flush Tables");
@@ -288,7 +309,8 @@ TEST_P(StoreDatabase, SerialTakenUnderALockInsideAFailedRewriteIsUndoneToo) {
             Transaction tx(db());
             db().execute("Delete from FIXED_1 where code_no='C1'");
             db().execute("LOCK TABLE FIXED_1 Write");
-            const auto next = db().query("SELECT MAX(srno) AS MaxSrNo FROM FIXED_1").first("MaxSrNo").as_int() + 1;
+            const auto next =
+                db().query("SELECT MAX(srno) AS MaxSrNo FROM FIXED_1").first("MaxSrNo").as_int() + 1;
             db().execute("INSERT INTO FIXED_1 Values (" + std::to_string(next) + ", 'C1', 1)");
             db().execute("Flush Tables");
             db().execute("UNLOCK TABLES");
@@ -380,8 +402,9 @@ TEST_P(StoreDatabase, TwoConnectionsTakingSerialsUnderTheLockNeverCollide) {
         for (int i = 0; i < per_user; ++i) {
             if (grouped) conn.begin();
             conn.execute("LOCK TABLE NewFATRa2015 Write");
-            const auto max = conn.query("SELECT MAX(SrNoFATR) AS MaxSrNo FROM NewFATRa2015 WHERE Code_No='C1'")
-                                 .first("MaxSrNo");
+            const auto max =
+                conn.query("SELECT MAX(SrNoFATR) AS MaxSrNo FROM NewFATRa2015 WHERE Code_No='C1'")
+                    .first("MaxSrNo");
             std::this_thread::yield();  // give the other user every chance to get in between
             conn.execute("INSERT INTO NewFATRa2015 Values ('C1', " + std::to_string(max.as_int() + 1) + ", " +
                          std::to_string(who) + ")");
@@ -416,8 +439,9 @@ TEST_P(StoreDatabase, TwoConnectionsTakingSerialsUnderTheLockNeverCollide) {
     }
 
     std::set<std::int64_t> serials;
-    db().for_each_row("SELECT SrNoFATR FROM NewFATRa2015",
-                      [&](const Row& row) { EXPECT_TRUE(serials.insert(row[0].as_int()).second) << row[0].as_int(); });
+    db().for_each_row("SELECT SrNoFATR FROM NewFATRa2015", [&](const Row& row) {
+        EXPECT_TRUE(serials.insert(row[0].as_int()).second) << row[0].as_int();
+    });
     EXPECT_EQ(serials.size(), 2u * per_user);
     EXPECT_EQ(*serials.rbegin(), 2 * per_user);
     EXPECT_EQ(count_rows(db(), "NewFATRa2015 WHERE Who=1"), per_user);

@@ -41,7 +41,9 @@ std::string with_database(const std::string& server_url, const std::string& name
 
 }  // namespace
 
-bool mysql_configured() { return !mysql_server_url().empty(); }
+bool mysql_configured() {
+    return !mysql_server_url().empty();
+}
 
 TempDatabase::TempDatabase(store::Backend backend) : backend_(backend) {
     if (backend == store::Backend::sqlite) {
@@ -54,7 +56,8 @@ TempDatabase::TempDatabase(store::Backend backend) : backend_(backend) {
         if (server_url.empty()) throw store::DbError(0, std::string(mysql_variable) + " is not set.");
         server_ = store::open_database(with_database(server_url, ""));
         mysql_name_ = "brenlow_test_" + unique_suffix();
-        server_->execute("CREATE DATABASE " + mysql_name_ + " CHARACTER SET utf8mb4 COLLATE utf8mb4_general_ci");
+        server_->execute("CREATE DATABASE " + mysql_name_ +
+                         " CHARACTER SET utf8mb4 COLLATE utf8mb4_general_ci");
         url_ = with_database(server_url, mysql_name_);
     }
     db_ = store::open_database(url_);
@@ -74,16 +77,21 @@ TempDatabase::~TempDatabase() {
     }
 }
 
-std::unique_ptr<store::Database> TempDatabase::open_another() const { return store::open_database(url_); }
+std::unique_ptr<store::Database> TempDatabase::open_another() const {
+    return store::open_database(url_);
+}
 
 void BackendTest::SetUp() {
     if (GetParam() == store::Backend::mysql && !mysql_configured()) {
-        GTEST_SKIP() << "MySQL case skipped: set BRENLOW_TEST_MYSQL (or run under scripts/with-test-mariadb.sh).";
+        GTEST_SKIP()
+            << "MySQL case skipped: set BRENLOW_TEST_MYSQL (or run under scripts/with-test-mariadb.sh).";
     }
     temp_ = std::make_unique<TempDatabase>(GetParam());
 }
 
-void BackendTest::TearDown() { temp_.reset(); }
+void BackendTest::TearDown() {
+    temp_.reset();
+}
 
 std::string backend_name(const ::testing::TestParamInfo<store::Backend>& info) {
     return info.param == store::Backend::sqlite ? "sqlite" : "mysql";
@@ -92,5 +100,7 @@ std::string backend_name(const ::testing::TestParamInfo<store::Backend>& info) {
 }  // namespace brenlow::test
 
 namespace brenlow::store {
-void PrintTo(Backend backend, std::ostream* os) { *os << (backend == Backend::sqlite ? "sqlite" : "mysql"); }
+void PrintTo(Backend backend, std::ostream* os) {
+    *os << (backend == Backend::sqlite ? "sqlite" : "mysql");
+}
 }  // namespace brenlow::store

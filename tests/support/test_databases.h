@@ -54,9 +54,9 @@ public:
 private:
     store::Backend backend_;
     std::string url_;
-    std::string folder_;                         // SQLite: the temporary folder
-    std::string mysql_name_;                     // MySQL: the database to drop
-    std::unique_ptr<store::Database> server_;    // MySQL: server-level connection
+    std::string folder_;                       // SQLite: the temporary folder
+    std::string mysql_name_;                   // MySQL: the database to drop
+    std::unique_ptr<store::Database> server_;  // MySQL: server-level connection
     std::unique_ptr<store::Database> db_;
 };
 
@@ -84,8 +84,8 @@ void PrintTo(Backend backend, std::ostream* os);
 }  // namespace brenlow::store
 
 // Runs every TEST_P of the suite once per backend; test names end in /sqlite or /mysql.
-#define BRENLOW_INSTANTIATE_BACKENDS(SuiteName)                                                         \
-    INSTANTIATE_TEST_SUITE_P(Backends, SuiteName,                                                       \
-                             ::testing::Values(::brenlow::store::Backend::sqlite,                       \
-                                               ::brenlow::store::Backend::mysql),                       \
-                             ::brenlow::test::backend_name)
+#define BRENLOW_INSTANTIATE_BACKENDS(SuiteName)                                                 \
+    INSTANTIATE_TEST_SUITE_P(                                                                   \
+        Backends, SuiteName,                                                                    \
+        ::testing::Values(::brenlow::store::Backend::sqlite, ::brenlow::store::Backend::mysql), \
+        ::brenlow::test::backend_name)
