@@ -10,11 +10,16 @@ namespace {
 
 const char* icon_word(MsgIcon icon) {
     switch (icon) {
-        case MsgIcon::information: return "information";
-        case MsgIcon::exclamation: return "warning";
-        case MsgIcon::critical: return "error";
-        case MsgIcon::question: return "question";
-        case MsgIcon::none: break;
+        case MsgIcon::information:
+            return "information";
+        case MsgIcon::exclamation:
+            return "warning";
+        case MsgIcon::critical:
+            return "error";
+        case MsgIcon::question:
+            return "question";
+        case MsgIcon::none:
+            break;
     }
     return nullptr;
 }
@@ -37,7 +42,8 @@ bool CliUi::ask_yes_no(std::string_view text, MsgIcon, bool, std::string_view) {
     return true;
 }
 
-std::optional<std::string> CliUi::input_box(std::string_view prompt, std::string_view, std::string_view default_text) {
+std::optional<std::string> CliUi::input_box(std::string_view prompt, std::string_view,
+                                            std::string_view default_text) {
     if (!answer_yes_) throw QuestionUnanswered(std::string(prompt));
     err_ << prompt << " " << default_text << '\n';
     return std::string(default_text);
@@ -47,7 +53,8 @@ std::optional<std::string> CliUi::choose_open_file(std::string_view title, std::
     throw QuestionUnanswered(std::string(title));
 }
 
-std::optional<std::string> CliUi::choose_save_file(std::string_view title, std::string_view, std::string_view) {
+std::optional<std::string> CliUi::choose_save_file(std::string_view title, std::string_view,
+                                                   std::string_view) {
     throw QuestionUnanswered(std::string(title));
 }
 

@@ -36,7 +36,8 @@ public:
     std::optional<std::string> input_box(std::string_view prompt, std::string_view title = {},
                                          std::string_view default_text = {}) override;
     // Files are named on the command line, never chosen: asking for one throws.
-    std::optional<std::string> choose_open_file(std::string_view title, std::string_view filter = {}) override;
+    std::optional<std::string> choose_open_file(std::string_view title,
+                                                std::string_view filter = {}) override;
     std::optional<std::string> choose_save_file(std::string_view title, std::string_view default_name = {},
                                                 std::string_view filter = {}) override;
     // One line when the caption changes or the work has gone another tenth of the way.

@@ -71,8 +71,8 @@ Grid::Grid(int cols, int fixed_rows) : columns_(cols), rows_(fixed_rows), fixed_
 
 void Grid::check(int row, int col) const {
     if (row < 0 || row >= rows() || col < 0 || col >= cols()) {
-        throw std::out_of_range("grid cell " + std::to_string(row) + "," + std::to_string(col) +
-                                " outside " + std::to_string(rows()) + "x" + std::to_string(cols()));
+        throw std::out_of_range("grid cell " + std::to_string(row) + "," + std::to_string(col) + " outside " +
+                                std::to_string(rows()) + "x" + std::to_string(cols()));
     }
 }
 
@@ -142,7 +142,9 @@ double Grid::value_matrix(int row, int col) const {
     return read_number(text_matrix(row, col)).value_or(0.0);
 }
 
-void Grid::set_value_matrix(int row, int col, double value) { set_text_matrix(row, col, plain_number(value)); }
+void Grid::set_value_matrix(int row, int col, double value) {
+    set_text_matrix(row, col, plain_number(value));
+}
 
 std::string Grid::display_text(int row, int col) const {
     std::string text = text_matrix(row, col);
@@ -184,7 +186,9 @@ void Grid::remove_item(int row) {
     notify({GridChange::Kind::rows_removed, row, row});
 }
 
-void Grid::clear_rows() { set_rows(fixed_rows_); }
+void Grid::clear_rows() {
+    set_rows(fixed_rows_);
+}
 
 std::int64_t Grid::row_data(int row) const {
     if (row < 0 || row >= rows()) throw std::out_of_range("no row " + std::to_string(row));

@@ -39,7 +39,7 @@ struct GridChange {
         cells,           // text of rows [first,last] x columns [first_col,last_col]
         rows_inserting,  // rows [first,last] are about to appear
         rows_inserted,
-        rows_removing,   // rows [first,last] are about to go
+        rows_removing,  // rows [first,last] are about to go
         rows_removed,
         resetting,  // everything is about to change
         reset,
@@ -119,7 +119,9 @@ public:
     void set_redraw(bool redraw);
     bool redraw() const { return redraw_; }
 
-    void set_on_change(std::function<void(const GridChange&)> on_change) { on_change_ = std::move(on_change); }
+    void set_on_change(std::function<void(const GridChange&)> on_change) {
+        on_change_ = std::move(on_change);
+    }
 
 private:
     struct Row {

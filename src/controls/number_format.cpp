@@ -75,7 +75,9 @@ void round_decimal(Decimal& d, int decimals, Halves halves) {
     if (d.digits.empty()) d.point = 0;
 }
 
-bool is_zero(const Decimal& d) { return d.digits.empty(); }
+bool is_zero(const Decimal& d) {
+    return d.digits.empty();
+}
 
 // The digits before the point ("0" when there are none).
 std::string integer_part(const Decimal& d) {

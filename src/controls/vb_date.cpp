@@ -8,7 +8,9 @@ namespace brenlow {
 
 namespace {
 
-int two_digit_year(int yy) { return yy < 30 ? 2000 + yy : 1900 + yy; }
+int two_digit_year(int yy) {
+    return yy < 30 ? 2000 + yy : 1900 + yy;
+}
 
 bool all_digits(std::string_view s) {
     if (s.empty()) return false;
@@ -24,7 +26,9 @@ int to_int(std::string_view s) {
     return v;
 }
 
-bool is_separator(char c) { return c == '/' || c == '-' || c == '.'; }
+bool is_separator(char c) {
+    return c == '/' || c == '-' || c == '.';
+}
 
 // Days since 01/01/1970 of a proleptic Gregorian date (Howard Hinnant's days_from_civil).
 int serial(const Date& d) {
@@ -76,15 +80,16 @@ std::optional<int> year_of(std::string_view s) {
 
 // "JAN".."DEC" or the full name, any case.
 std::optional<int> month_name(std::string_view s) {
-    static const std::array<const char*, 12> names = {"JANUARY", "FEBRUARY", "MARCH",     "APRIL",
-                                                      "MAY",     "JUNE",     "JULY",      "AUGUST",
-                                                      "SEPTEMBER", "OCTOBER", "NOVEMBER", "DECEMBER"};
+    static const std::array<const char*, 12> names = {"JANUARY",   "FEBRUARY", "MARCH",    "APRIL",
+                                                      "MAY",       "JUNE",     "JULY",     "AUGUST",
+                                                      "SEPTEMBER", "OCTOBER",  "NOVEMBER", "DECEMBER"};
     if (s.size() < 3) return std::nullopt;
     std::string upper;
     for (char c : s) upper.push_back(static_cast<char>(std::toupper(static_cast<unsigned char>(c))));
     for (std::size_t m = 0; m < names.size(); ++m) {
         const std::string_view full = names[m];
-        if (upper == full || (upper.size() == 3 && full.substr(0, 3) == upper)) return static_cast<int>(m) + 1;
+        if (upper == full || (upper.size() == 3 && full.substr(0, 3) == upper))
+            return static_cast<int>(m) + 1;
     }
     return std::nullopt;
 }
@@ -103,7 +108,9 @@ std::vector<std::string_view> split_fields(std::string_view text, bool allow_spa
 
 }  // namespace
 
-bool is_leap_year(int year) { return (year % 4 == 0 && year % 100 != 0) || year % 400 == 0; }
+bool is_leap_year(int year) {
+    return (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
+}
 
 int days_in_month(int year, int month) {
     static const std::array<int, 12> days = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
@@ -131,15 +138,16 @@ std::optional<Date> Date::parse(std::string_view text) {
     return make(*year, to_int(month), to_int(day));
 }
 
-std::string Date::text() const { return format("dd/mm/yyyy"); }
+std::string Date::text() const {
+    return format("dd/mm/yyyy");
+}
 
 std::string Date::format(std::string_view pattern) const {
     std::string out;
     for (std::size_t i = 0; i < pattern.size();) {
         const char c = static_cast<char>(std::tolower(static_cast<unsigned char>(pattern[i])));
         std::size_t run = 1;
-        while (i + run < pattern.size() &&
-               std::tolower(static_cast<unsigned char>(pattern[i + run])) == c)
+        while (i + run < pattern.size() && std::tolower(static_cast<unsigned char>(pattern[i + run])) == c)
             ++run;
         if (c == 'd') {
             out += two_digits(day);
@@ -155,15 +163,25 @@ std::string Date::format(std::string_view pattern) const {
     return out;
 }
 
-Date Date::add_days(int days) const { return from_serial(serial(*this) + days); }
+Date Date::add_days(int days) const {
+    return from_serial(serial(*this) + days);
+}
 
-int days_between(const Date& a, const Date& b) { return serial(b) - serial(a); }
+int days_between(const Date& a, const Date& b) {
+    return serial(b) - serial(a);
+}
 
-Date fy_first(int year_end) { return Date{year_end - 1, 4, 1}; }
+Date fy_first(int year_end) {
+    return Date{year_end - 1, 4, 1};
+}
 
-Date fy_last(int year_end) { return Date{year_end, 3, 31}; }
+Date fy_last(int year_end) {
+    return Date{year_end, 3, 31};
+}
 
-int fy_year_of(const Date& date) { return date.month >= 4 ? date.year + 1 : date.year; }
+int fy_year_of(const Date& date) {
+    return date.month >= 4 ? date.year + 1 : date.year;
+}
 
 bool is_date(std::string_view text) {
     while (!text.empty() && text.front() == ' ') text.remove_prefix(1);

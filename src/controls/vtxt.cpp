@@ -16,8 +16,12 @@ int upper_code(int code) {
     return code;
 }
 
-bool is_digit(int k) { return k >= '0' && k <= '9'; }
-bool is_letter(int k) { return (k >= 'A' && k <= 'Z') || (k >= 'a' && k <= 'z'); }
+bool is_digit(int k) {
+    return k >= '0' && k <= '9';
+}
+bool is_letter(int k) {
+    return (k >= 'A' && k <= 'Z') || (k >= 'a' && k <= 'z');
+}
 
 // Only the first kListLimit characters of a list are looked at.
 bool in_list(const std::string& list, int code) {
@@ -82,11 +86,16 @@ std::vector<std::pair<std::string, std::string>> vTXT::properties() const {
 
 void vTXT::read_properties(const std::vector<std::pair<std::string, std::string>>& saved) {
     for (const auto& [name, value] : saved) {
-        if (name == "ValidateData") set_ValidateData(static_cast<std::int16_t>(std::stoi(value)));
-        else if (name == "MaxLength") set_MaxLength(static_cast<std::int16_t>(std::stoi(value)));
-        else if (name == "MinLength") set_MinLength(static_cast<std::int16_t>(std::stoi(value)));
-        else if (name == "Include") set_Include(value);
-        else if (name == "Exclude") set_Exclude(value);
+        if (name == "ValidateData")
+            set_ValidateData(static_cast<std::int16_t>(std::stoi(value)));
+        else if (name == "MaxLength")
+            set_MaxLength(static_cast<std::int16_t>(std::stoi(value)));
+        else if (name == "MinLength")
+            set_MinLength(static_cast<std::int16_t>(std::stoi(value)));
+        else if (name == "Include")
+            set_Include(value);
+        else if (name == "Exclude")
+            set_Exclude(value);
     }
 }
 

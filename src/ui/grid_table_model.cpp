@@ -7,16 +7,22 @@ namespace brenlow {
 
 namespace {
 
-QString qs(const std::string& s) { return QString::fromUtf8(s.data(), static_cast<qsizetype>(s.size())); }
+QString qs(const std::string& s) {
+    return QString::fromUtf8(s.data(), static_cast<qsizetype>(s.size()));
+}
 
 // Columns without an alignment of their own show numbers to the right, as the
 // flex grid did.
 Qt::Alignment cell_alignment(Align align, const std::string& text) {
     switch (align) {
-        case Align::left: return Qt::AlignLeft | Qt::AlignVCenter;
-        case Align::center: return Qt::AlignCenter;
-        case Align::right: return Qt::AlignRight | Qt::AlignVCenter;
-        case Align::general: break;
+        case Align::left:
+            return Qt::AlignLeft | Qt::AlignVCenter;
+        case Align::center:
+            return Qt::AlignCenter;
+        case Align::right:
+            return Qt::AlignRight | Qt::AlignVCenter;
+        case Align::general:
+            break;
     }
     bool numeric = false;
     QString(qs(text)).remove(QLatin1Char(',')).toDouble(&numeric);
@@ -29,25 +35,34 @@ GridTableModel::GridTableModel(Grid& grid, QObject* parent) : QAbstractTableMode
     grid_.set_on_change([this](const GridChange& change) { on_grid_change(change); });
 }
 
-GridTableModel::~GridTableModel() { grid_.set_on_change(nullptr); }
+GridTableModel::~GridTableModel() {
+    grid_.set_on_change(nullptr);
+}
 
 int GridTableModel::rowCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : grid_.data_rows();
 }
 
-int GridTableModel::columnCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : grid_.cols(); }
+int GridTableModel::columnCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : grid_.cols();
+}
 
 QVariant GridTableModel::data(const QModelIndex& index, int role) const {
     if (!index.isValid()) return {};
     const int row = grid_row(index.row());
     const int col = index.column();
     switch (role) {
-        case Qt::DisplayRole: return qs(grid_.display_text(row, col));
-        case Qt::EditRole: return qs(grid_.text_matrix(row, col));
+        case Qt::DisplayRole:
+            return qs(grid_.display_text(row, col));
+        case Qt::EditRole:
+            return qs(grid_.text_matrix(row, col));
         case Qt::TextAlignmentRole:
-            return QVariant::fromValue(cell_alignment(grid_.column(col).alignment, grid_.display_text(row, col)));
-        case ComboListRole: return qs(grid_.column(col).combo_list);
-        default: return {};
+            return QVariant::fromValue(
+                cell_alignment(grid_.column(col).alignment, grid_.display_text(row, col)));
+        case ComboListRole:
+            return qs(grid_.column(col).combo_list);
+        default:
+            return {};
     }
 }
 
@@ -72,7 +87,8 @@ QVariant GridTableModel::headerData(int section, Qt::Orientation orientation, in
     if (section < 0 || section >= grid_.cols() || grid_.fixed_rows() == 0) return {};
     const int last = grid_.fixed_rows() - 1;
     switch (role) {
-        case Qt::DisplayRole: return qs(grid_.text_matrix(last, section));
+        case Qt::DisplayRole:
+            return qs(grid_.text_matrix(last, section));
         case BandRole: {
             const CellSpan span = grid_.heading_span(0, section);
             return span.row1 == 0 && last > 0 ? qs(grid_.text_matrix(0, section)) : QString();
@@ -81,7 +97,8 @@ QVariant GridTableModel::headerData(int section, Qt::Orientation orientation, in
             const CellSpan span = grid_.heading_span(0, section);
             return QPoint(span.col0, span.col1);
         }
-        default: return {};
+        default:
+            return {};
     }
 }
 
@@ -99,11 +116,21 @@ void GridTableModel::on_grid_change(const GridChange& change) {
                 emit dataChanged(index(first, change.first_col), index(last, change.last_col));
             }
             break;
-        case K::rows_inserting: beginInsertRows({}, first, last); break;
-        case K::rows_inserted: endInsertRows(); break;
-        case K::rows_removing: beginRemoveRows({}, first, last); break;
-        case K::rows_removed: endRemoveRows(); break;
-        case K::resetting: beginResetModel(); break;
+        case K::rows_inserting:
+            beginInsertRows({}, first, last);
+            break;
+        case K::rows_inserted:
+            endInsertRows();
+            break;
+        case K::rows_removing:
+            beginRemoveRows({}, first, last);
+            break;
+        case K::rows_removed:
+            endRemoveRows();
+            break;
+        case K::resetting:
+            beginResetModel();
+            break;
         case K::reset:
             endResetModel();
             emit columnsChanged();

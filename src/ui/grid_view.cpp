@@ -4,7 +4,6 @@
 #include <QPainter>
 #include <QPoint>
 #include <QStyleOptionHeader>
-
 #include <algorithm>
 #include <climits>
 
@@ -31,10 +30,12 @@ QSize BandedHeaderView::sizeHint() const {
 }
 
 QRect BandedHeaderView::band_rect(int logical_index) const {
-    if (!model() || model()->headerData(logical_index, Qt::Horizontal, GridTableModel::BandRole).toString().isEmpty()) {
+    if (!model() ||
+        model()->headerData(logical_index, Qt::Horizontal, GridTableModel::BandRole).toString().isEmpty()) {
         return {};
     }
-    const QPoint span = model()->headerData(logical_index, Qt::Horizontal, GridTableModel::BandSpanRole).toPoint();
+    const QPoint span =
+        model()->headerData(logical_index, Qt::Horizontal, GridTableModel::BandSpanRole).toPoint();
     // Hidden columns have no position; the band covers the shown ones.
     int left = INT_MAX, right = INT_MIN;
     for (int c = span.x(); c <= span.y(); ++c) {
@@ -71,7 +72,8 @@ void BandedHeaderView::paintSection(QPainter* painter, const QRect& rect, int lo
     }
     // Every column under a band paints the whole band, so the band reads as one
     // cell whichever of its columns is scrolled into view.
-    const QString band_text = model()->headerData(logical_index, Qt::Horizontal, GridTableModel::BandRole).toString();
+    const QString band_text =
+        model()->headerData(logical_index, Qt::Horizontal, GridTableModel::BandRole).toString();
     paint_cell(painter, band, band_text, logical_index);
     paint_cell(painter, QRect(rect.left(), band.bottom() + 1, rect.width(), rect.height() - band.height()),
                heading, logical_index);
@@ -97,7 +99,8 @@ void GridItemDelegate::setEditorData(QWidget* editor, const QModelIndex& index) 
     QStyledItemDelegate::setEditorData(editor, index);
 }
 
-void GridItemDelegate::setModelData(QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const {
+void GridItemDelegate::setModelData(QWidget* editor, QAbstractItemModel* model,
+                                    const QModelIndex& index) const {
     if (auto* combo = qobject_cast<QComboBox*>(editor)) {
         if (combo->currentIndex() >= 0) model->setData(index, combo->currentData(), Qt::EditRole);
         return;

@@ -6,22 +6,28 @@
 #include <QMessageBox>
 #include <QProgressDialog>
 #include <QStringList>
-
 #include <algorithm>
 
 namespace brenlow {
 
 namespace {
 
-QString qs(std::string_view text) { return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())); }
+QString qs(std::string_view text) {
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
 
 QMessageBox::Icon box_icon(MsgIcon icon) {
     switch (icon) {
-        case MsgIcon::information: return QMessageBox::Information;
-        case MsgIcon::exclamation: return QMessageBox::Warning;
-        case MsgIcon::critical: return QMessageBox::Critical;
-        case MsgIcon::question: return QMessageBox::Question;
-        case MsgIcon::none: break;
+        case MsgIcon::information:
+            return QMessageBox::Information;
+        case MsgIcon::exclamation:
+            return QMessageBox::Warning;
+        case MsgIcon::critical:
+            return QMessageBox::Critical;
+        case MsgIcon::question:
+            return QMessageBox::Question;
+        case MsgIcon::none:
+            break;
     }
     return QMessageBox::NoIcon;
 }
@@ -44,7 +50,9 @@ QString qt_file_filter(std::string_view filter) {
 
 QtUi::QtUi(QWidget* window) : window_(window) {}
 
-QtUi::~QtUi() { delete progress_; }
+QtUi::~QtUi() {
+    delete progress_;
+}
 
 QString QtUi::caption(std::string_view title) const {
     return title.empty() ? QApplication::applicationDisplayName() : qs(title);

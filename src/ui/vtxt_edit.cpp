@@ -9,12 +9,17 @@ namespace {
 // The named keys the field itself decides on; 0 for the rest.
 int control_code(const QKeyEvent& event) {
     switch (event.key()) {
-        case Qt::Key_Tab: return vTXT::kTab;
+        case Qt::Key_Tab:
+            return vTXT::kTab;
         case Qt::Key_Return:
-        case Qt::Key_Enter: return vTXT::kEnter;
-        case Qt::Key_Backspace: return vTXT::kBackspace;
-        case Qt::Key_Escape: return vTXT::kEscape;
-        default: return 0;
+        case Qt::Key_Enter:
+            return vTXT::kEnter;
+        case Qt::Key_Backspace:
+            return vTXT::kBackspace;
+        case Qt::Key_Escape:
+            return vTXT::kEscape;
+        default:
+            return 0;
     }
 }
 
@@ -46,7 +51,8 @@ void VTxtEdit::load_field() {
 }
 
 void VTxtEdit::show_field() {
-    const QString shown = QString::fromLatin1(field_.text().data(), static_cast<qsizetype>(field_.text().size()));
+    const QString shown =
+        QString::fromLatin1(field_.text().data(), static_cast<qsizetype>(field_.text().size()));
     if (shown != text()) setText(shown);
     setCursorPosition(field_.sel_start());
 }
@@ -55,10 +61,16 @@ KeyAction VTxtEdit::forward(int code) {
     load_field();
     const KeyResult result = field_.key_press(code);
     switch (result.action) {
-        case KeyAction::accept: show_field(); break;
-        case KeyAction::cancel: setFocus(Qt::OtherFocusReason); break;
+        case KeyAction::accept:
+            show_field();
+            break;
+        case KeyAction::cancel:
+            setFocus(Qt::OtherFocusReason);
+            break;
         case KeyAction::tab_move:
-        case KeyAction::enter: focusNextChild(); break;
+        case KeyAction::enter:
+            focusNextChild();
+            break;
     }
     return result.action;
 }

@@ -1,7 +1,8 @@
 #pragma once
 // The desktop face of vTXT: a line edit that hands every typed key to the field's
 // logic and shows the text the logic keeps. Navigation and clipboard keys stay
-// with the line edit.
+// with the line edit; pasted text arrives as a whole, not as keys, so the key rules
+// do not see it (the leave-field check still does).
 
 #include <QLineEdit>
 

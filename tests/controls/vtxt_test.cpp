@@ -233,10 +233,10 @@ INSTANTIATE_TEST_SUITE_P(
                       LeaveCase{vTXT::kDateLong, "29-02-2015", "Not a valid date"},
                       LeaveCase{vTXT::kDateLong, "29.02.2016", nullptr}));
 
-INSTANTIATE_TEST_SUITE_P(
-    Lengths, vTXTLeave,
-    ::testing::Values(LeaveCase{vTXT::kFreeText, "", nullptr}, LeaveCase{vTXT::kFreeText, "AB", nullptr},
-                      LeaveCase{vTXT::kDateShort, "", nullptr}));
+INSTANTIATE_TEST_SUITE_P(Lengths, vTXTLeave,
+                         ::testing::Values(LeaveCase{vTXT::kFreeText, "", nullptr},
+                                           LeaveCase{vTXT::kFreeText, "AB", nullptr},
+                                           LeaveCase{vTXT::kDateShort, "", nullptr}));
 
 TEST(vTXTLeaveLength, RefusesAShortValueButNeverAnEmptyOne) {
     ScriptedUi ui;

@@ -5,7 +5,8 @@
 namespace brenlow::test {
 
 ScriptedUi::~ScriptedUi() {
-    for (bool yes : yes_no_) ADD_FAILURE() << "answer " << (yes ? "Yes" : "No") << " queued but never asked for";
+    for (bool yes : yes_no_)
+        ADD_FAILURE() << "answer " << (yes ? "Yes" : "No") << " queued but never asked for";
     for (const auto& input : inputs_) {
         ADD_FAILURE() << "input " << (input ? '"' + *input + '"' : std::string("(cancel)"))
                       << " queued but never asked for";
@@ -111,8 +112,8 @@ bool ScriptedUi::ask_yes_no(std::string_view text, MsgIcon icon, bool default_ye
 
 std::optional<std::string> ScriptedUi::input_box(std::string_view prompt, std::string_view title,
                                                  std::string_view default_text) {
-    shown_.push_back({ShownBox::Kind::input, std::string(prompt), MsgIcon::none, std::string(title),
-                      "OKCancel", "OK"});
+    shown_.push_back(
+        {ShownBox::Kind::input, std::string(prompt), MsgIcon::none, std::string(title), "OKCancel", "OK"});
     if (inputs_.empty()) {
         ADD_FAILURE() << "input asked with no answer queued: \"" << prompt << "\"";
         return std::string(default_text);
@@ -134,14 +135,14 @@ std::optional<std::string> ScriptedUi::next_file(const ShownBox& box) {
 }
 
 std::optional<std::string> ScriptedUi::choose_open_file(std::string_view title, std::string_view) {
-    return next_file({ShownBox::Kind::open_file, std::string(title), MsgIcon::none, std::string(title),
-                      "OKCancel", "OK"});
+    return next_file(
+        {ShownBox::Kind::open_file, std::string(title), MsgIcon::none, std::string(title), "OKCancel", "OK"});
 }
 
 std::optional<std::string> ScriptedUi::choose_save_file(std::string_view title, std::string_view,
                                                         std::string_view) {
-    return next_file({ShownBox::Kind::save_file, std::string(title), MsgIcon::none, std::string(title),
-                      "OKCancel", "OK"});
+    return next_file(
+        {ShownBox::Kind::save_file, std::string(title), MsgIcon::none, std::string(title), "OKCancel", "OK"});
 }
 
 void ScriptedUi::progress(std::string_view, double) {

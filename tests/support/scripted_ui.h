@@ -64,7 +64,8 @@ public:
                     std::string_view title = {}) override;
     std::optional<std::string> input_box(std::string_view prompt, std::string_view title = {},
                                          std::string_view default_text = {}) override;
-    std::optional<std::string> choose_open_file(std::string_view title, std::string_view filter = {}) override;
+    std::optional<std::string> choose_open_file(std::string_view title,
+                                                std::string_view filter = {}) override;
     std::optional<std::string> choose_save_file(std::string_view title, std::string_view default_name = {},
                                                 std::string_view filter = {}) override;
     void progress(std::string_view text, double fraction) override;

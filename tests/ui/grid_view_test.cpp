@@ -33,8 +33,8 @@ Grid register_grid(int rows) {
     g.set_col_editable(4, true);
     g.set_redraw(false);
     for (int i = 0; i < rows; ++i) {
-        g.add_item(std::to_string(i + 1) + "\tMachine " + std::to_string(i) + "\t" + std::to_string(1000 + i) +
-                   ".125\t15\t1");
+        g.add_item(std::to_string(i + 1) + "\tMachine " + std::to_string(i) + "\t" +
+                   std::to_string(1000 + i) + ".125\t15\t1");
     }
     g.set_redraw(true);
     return g;

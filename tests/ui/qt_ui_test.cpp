@@ -3,13 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractButton>
-#include <QPushButton>
 #include <QApplication>
 #include <QInputDialog>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QTimer>
-
 #include <functional>
 
 #include "ui/qt_app.h"
@@ -67,7 +66,8 @@ TEST_F(QtUiTest, AsksYesNoWithNoAsTheDefaultOfADestructiveQuestion) {
         default_is = box->standardButton(default_button);
         box->button(QMessageBox::Yes)->click();
     });
-    EXPECT_TRUE(ui.ask_yes_no("Do you really want to Delete all the 'Opening' Entries ?", MsgIcon::question, false));
+    EXPECT_TRUE(
+        ui.ask_yes_no("Do you really want to Delete all the 'Opening' Entries ?", MsgIcon::question, false));
     EXPECT_EQ(icon, QMessageBox::Question);
     EXPECT_EQ(default_is, QMessageBox::No);
 }
@@ -89,7 +89,8 @@ TEST_F(QtUiTest, ReturnsTheInputTextOrNothingWhenCancelled) {
 
 TEST(QtFileFilter, TurnsBarSeparatedPairsIntoDialogFilters) {
     EXPECT_EQ(qt_file_filter("Spreadsheet (*.xlsx)|*.xlsx"), "Spreadsheet (*.xlsx)");
-    EXPECT_EQ(qt_file_filter("Excel Files|*.xls;*.xlsx|All Files|*.*"), "Excel Files (*.xls *.xlsx);;All Files (*.*)");
+    EXPECT_EQ(qt_file_filter("Excel Files|*.xls;*.xlsx|All Files|*.*"),
+              "Excel Files (*.xls *.xlsx);;All Files (*.*)");
     EXPECT_EQ(qt_file_filter(""), "");
 }
 
