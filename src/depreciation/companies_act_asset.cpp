@@ -9,11 +9,6 @@
 namespace brenlow::depreciation {
 namespace {
 
-std::string packed(const Date& d) {
-    const std::string t = d.text();  // dd/mm/yyyy
-    return t.substr(0, 2) + t.substr(3, 2) + t.substr(6, 4);
-}
-
 void explain(CaAssetResult& r, const CaEntry& e, int year_length, const char* note) {
     if (r.manual) {
         r.DeprDet = "Manual: " + rupees_paise(r.depreciation);
@@ -57,7 +52,7 @@ CaAssetResult calculate_asset(const CaEntry& e, const CaRunInput& opt, WarningLo
 
     // An asset that existed before the year is written off over what is left of its life.
     const bool older = e.kind == EntryKind::Opening && put && *put < fy_first;
-    r.remaining_life = older ? GETREMLIFEYRS(packed(*put), opt.year - 1, opt.rem_life_mode, opt.rem_life_decimals, e.life_yrs)
+    r.remaining_life = older ? remaining_life_years(*put, opt.year - 1, opt.rem_life_mode, opt.rem_life_decimals, e.life_yrs)
                              : e.life_yrs;
     r.life = r.remaining_life;
     r.rate = e.rate;

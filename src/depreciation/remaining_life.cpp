@@ -3,13 +3,17 @@
 #include <string>
 
 #include "controls/number_format.h"
-#include "depreciation/fa_date.h"
 
 namespace brenlow::depreciation {
 
 double GETREMLIFEYRS(std::string_view put_date_ddmmyyyy, int base_year, int mode, int decimals, double life) {
     const auto put = Date::parse_packed(put_date_ddmmyyyy);
     if (!put) return 0;  // the error handler logs and the caller sees no life left
+    return remaining_life_years(*put, base_year, mode, decimals, life);
+}
+
+double remaining_life_years(const Date& put_date, int base_year, int mode, int decimals, double life) {
+    const Date* put = &put_date;
 
     const bool early_months = put->month <= 3;
     const Date fy_start{early_months ? put->year - 1 : put->year, 4, 1};

@@ -8,8 +8,13 @@
 
 #include <string_view>
 
+#include "depreciation/fa_date.h"
+
 namespace brenlow::depreciation {
 
 double GETREMLIFEYRS(std::string_view put_date_ddmmyyyy, int base_year, int mode, int decimals, double life);
+
+// The same from a date already read.
+double remaining_life_years(const Date& put, int base_year, int mode, int decimals, double life);
 
 }  // namespace brenlow::depreciation
