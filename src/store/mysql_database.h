@@ -7,14 +7,18 @@
 // serial committed before the lock was granted.
 //
 // The server commits implicitly on "LOCK TABLES" and "Flush Tables", which would
-// break a group begun with begin(). So:
-// - Every "LOCK TABLE(S) ..." also takes a named server lock per table
-//   (GET_LOCK), which all connections of the suite respect.
-// - Outside a group the real "LOCK TABLES" statement runs as well.
-// - Inside a group only the named locks are taken; "UNLOCK TABLES" and
-//   "Flush Tables" wait until the group ends, then run after its COMMIT.
-// - A group is "SET autocommit=0" ... "COMMIT" rather than START TRANSACTION,
-//   which would release a lock taken before it.
+// break a group begun with begin(). So writers are kept apart the way SQLite keeps
+// them apart, by one writer lock per database (a named server lock, GET_LOCK) that
+// every connection of the suite takes:
+// - A group (begin() ... commit()) holds the writer lock from begin to its end. It
+//   is "SET autocommit=0" ... "COMMIT" rather than START TRANSACTION, which would
+//   release a LOCK TABLES taken before it.
+// - "LOCK TABLE(S) ..." outside a group takes the writer lock and then runs the
+//   real statement too; "UNLOCK TABLES" releases both.
+// - Inside a group a LOCK needs nothing more; "UNLOCK TABLES" and "Flush Tables"
+//   wait until the group ends and then run after its COMMIT.
+// A lock never waits for a group that waits for it: both take the one writer lock
+// first, so the server never has to pick a deadlock victim.
 // Other DDL (Create/Drop Table) still commits a group implicitly on this server.
 //
 // for_each_row streams from the server: the callback must not run statements on
@@ -69,22 +73,23 @@ public:
 private:
     void run(std::string_view sql);
     void send(std::string_view sql);
-    void lock_tables(const std::vector<std::string>& tables, std::string_view sql);
+    void lock_tables(std::string_view sql);
     void unlock_tables();
-    void take_named_lock(const std::string& table);
-    void release_named_locks();
+    void take_writer_lock();
+    void release_writer_lock();
     void end_group_locks();
     void flush_tables(std::string_view sql);
     DbError error(std::string_view sql) const;
 
     MysqlAddress address_;
     st_mysql* conn_ = nullptr;
-    int depth_ = 0;                         // nested begin() calls
-    bool lock_held_ = false;                // between LOCK and UNLOCK
-    bool server_lock_ = false;              // a real LOCK TABLES is in force
-    bool flush_pending_ = false;            // "Flush Tables" met inside the group
-    bool group_failed_ = false;             // an inner group rolled back
-    std::vector<std::string> named_locks_;  // GET_LOCK names held
+    int depth_ = 0;               // nested begin() calls
+    bool lock_held_ = false;      // between LOCK and UNLOCK
+    bool server_lock_ = false;    // a real LOCK TABLES is in force
+    bool flush_pending_ = false;  // "Flush Tables" met inside the group
+    bool group_failed_ = false;   // an inner group rolled back
+    std::string writer_lock_name_;
+    bool writer_lock_ = false;  // the writer lock is ours
 };
 
 }  // namespace brenlow::store

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <cctype>
+#include <chrono>
 #include <exception>
 #include <set>
 #include <stdexcept>
@@ -445,6 +446,46 @@ TEST_P(StoreDatabase, TwoConnectionsTakingSerialsUnderTheLockNeverCollide) {
     EXPECT_EQ(serials.size(), 2u * per_user);
     EXPECT_EQ(*serials.rbegin(), 2 * per_user);
     EXPECT_EQ(count_rows(db(), "NewFATRa2015 WHERE Who=1"), per_user);
+}
+
+TEST_P(StoreDatabase, RewriteThatTakesASerialAfterDeletingDoesNotDeadlockWithAnotherUser) {
+    Rewrite table(db());
+    auto other = temp().open_another();
+    std::exception_ptr other_failed;
+    {
+        std::jthread user;  // declared before the group: a failing group ends before the join
+        Transaction tx(db());
+        db().execute("Delete from FIXED_1 where code_no='C1'");
+
+        // Another user wants a serial while the rewrite is under way: it waits for it.
+        user = std::jthread([&] {
+            try {
+                other->execute("LOCK TABLE FIXED_1 Write");
+                const auto max =
+                    other->query("SELECT MAX(srno) AS MaxSrNo FROM FIXED_1").first("MaxSrNo").as_int();
+                other->execute("INSERT INTO FIXED_1 Values (" + std::to_string(max + 1) + ", 'C2', 1)");
+                other->execute("Flush Tables");
+                other->execute("UNLOCK TABLES");
+            } catch (...) {
+                other_failed = std::current_exception();
+            }
+        });
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));
+
+        db().execute("LOCK TABLE FIXED_1 Write");
+        const auto max = db().query("SELECT MAX(srno) AS MaxSrNo FROM FIXED_1").first("MaxSrNo").as_int();
+        db().execute("INSERT INTO FIXED_1 Values (" + std::to_string(max + 1) + ", 'C1', 7)");
+        db().execute("Flush Tables");
+        db().execute("UNLOCK TABLES");
+        tx.commit();
+    }
+    if (other_failed) std::rethrow_exception(other_failed);
+
+    EXPECT_EQ(table.rows_of("C1"), 1);
+    EXPECT_EQ(table.rows_of("C2"), 2);
+    // The rewrite took 2 (C1's old rows were gone), the other user 3 after it.
+    EXPECT_EQ(db().query("SELECT srno FROM FIXED_1 WHERE code_no='C1'").first("srno").as_int(), 2);
+    EXPECT_EQ(count_rows(db(), "FIXED_1 WHERE srno=3 AND code_no='C2'"), 1);
 }
 
 // --- Failures -----------------------------------------------------------------------
