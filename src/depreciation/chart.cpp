@@ -71,8 +71,8 @@ std::vector<ChartRow> chart_rows_from_blocks(std::string_view code, int year, co
         r.DeprH = b.depr_half;
         r.ADeprF = b.addl_full;
         r.ADeprH = b.addl_half;
-        r.ADeprOpH = b.carried_half;
-        r.TotDep = b.total_depr;
+        r.ADeprOpH = b.ADeprOpH;
+        r.TotDep = b.TotDepr;
         r.Exp = b.expenses;
         r.CG = b.profit_loss;
         r.WdvCl = b.RndWdv;

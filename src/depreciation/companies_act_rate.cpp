@@ -43,6 +43,12 @@ std::string days_text(int days) {
     return "Calculated for " + std::to_string(days) + " Day" + (days > 1 ? "s" : "");
 }
 
+std::string shift_days_text(int days, int shift) {
+    static constexpr const char* kWords[] = {"Single", "Double", "Triple"};
+    const char* word = shift >= 1 && shift <= 3 ? kWords[shift - 1] : kWords[0];
+    return days_text(days) + " (" + word + " Shift)";
+}
+
 ShiftDays shift_days(std::string_view shift_det, const Date& first, const Date& last) {
     ShiftDays out;
     while (!shift_det.empty()) {

@@ -36,6 +36,9 @@ int depreciation_days(int closing_year, const std::optional<Date>& put_to_use, c
 // "Calculated for 1 Day", "Calculated for 365 Days".
 std::string days_text(int days);
 
+// The days of one shift row: "Calculated for 91 Days (Double Shift)"; shift 1, 2 or 3.
+std::string shift_days_text(int days, int shift);
+
 // Extra-shift days from "from,to,shift|from,to,shift" (dd/mm/yyyy dates), limited to the
 // charged period. Double-shift days earn 50% more, triple-shift days 100% more.
 struct ShiftDays {

@@ -77,6 +77,7 @@ struct ItWorkingRow {  // one row of the working grid per entry
     double OthAdjAmt = 0;
     double ProfitOnSale = 0;   // SaleAmt - SaleExp - WdvCost of the asset itself
     double AddlDepOnNext = 0;  // cost whose remaining half of additional depreciation goes to next year
+    double DeprHalfOnOP = 0;   // opening row: AddlDepOn x AddlDepRT / 2 / 100 in whole rupees
 };
 
 struct ItBlockResult {
@@ -99,12 +100,12 @@ struct ItBlockResult {
     double depr_half = 0;         // DeprH
     double addl_full = 0;         // ADeprF
     double addl_half = 0;         // ADeprH
-    double carried_half_input = 0;  // DeprHalfOnOP as brought from the previous year
-    double carried_half = 0;        // ADeprOpH charged this year
+    double DeprHalfOnOP = 0;      // remaining half of additional depreciation brought from last year
+    double ADeprOpH = 0;          // the part of it charged this year (nil in 2016, see the block code)
     double carried_half_out = 0;    // remaining half that goes to the next year
     double DeprN_RND_Adj = 0;
     double DeprA_RND_Adj = 0;
-    double total_depr = 0;        // TotDepr
+    double TotDepr = 0;
     double ClWDV_NoRND = 0;
     double RndWdv = 0;            // "Closing WDV"
     double expenses = 0;          // "Expenses"

@@ -62,7 +62,7 @@ void explain_block(ItBlockResult& b, double addl_raw_carry_out) {
         t += "; additional on " + rupees(b.addl_on_bal2) + " used < 180 days x " + rate_text(b.addl_rate / 2) +
              "% = " + rupees(b.addl_half) + ", remaining half " + rupees(whole_rupees(addl_raw_carry_out)) +
              " carried to next year";
-    if (b.carried_half != 0) t += "; remaining half of additional brought forward = " + rupees(b.carried_half);
+    if (b.ADeprOpH != 0) t += "; remaining half of additional brought forward = " + rupees(b.ADeprOpH);
     if (b.balance3 > 0) t += "; not put to use " + rupees(b.balance3) + " without depreciation";
 }
 
@@ -142,28 +142,28 @@ void finish_block(ItBlockResult& b, BlockWork& w, int year, WarningLog& log, boo
 
     // The remaining half brought from last year. The carry-forward exists from the year
     // closing in 2016; in that very year it is left as an input only.
-    b.carried_half_input = whole_rupees(w.carried_raw);
+    b.DeprHalfOnOP = whole_rupees(w.carried_raw);
     double carried_raw = 0;
-    if (year == 2016 && b.carried_half_input > 0) {
+    if (year == 2016 && b.DeprHalfOnOP > 0) {
         log.raise(WarningKind::CarriedHalfNotCalculated,
                   "Additional Depreciation (Remaining Half from Addition in Previous F.Y. used for less than 180 "
                   "days) will not be calculated ! Only available for Input as Clarification is required from ITD "
                   "for the applicability for A.Y. 2016-17 !");
     } else if (year > 2016) {
-        b.carried_half = b.carried_half_input;
+        b.ADeprOpH = b.DeprHalfOnOP;
         carried_raw = w.carried_raw;
     }
-    if (b.carried_half != 0)
-        b.carried_note = "Note: Additional depreciation of Rs. " + rupees(b.carried_half) +
+    if (b.ADeprOpH != 0)
+        b.carried_note = "Note: Additional depreciation of Rs. " + rupees(b.ADeprOpH) +
                          " relating to addition of assets during immediately preceding year put to use for less "
                          "than 180 days is included in Col. 'Depreciation @ Normal Rate'.";
 
-    b.total_depr = b.depr_full + b.depr_half + b.addl_full + b.addl_half + b.carried_half;
+    b.TotDepr = b.depr_full + b.depr_half + b.addl_full + b.addl_half + b.ADeprOpH;
     const double raw_total = depr_full_raw + depr_half_raw + addl_full_raw + addl_half_raw + carried_raw;
     b.DeprN_RND_Adj = (b.depr_full + b.depr_half) - (depr_full_raw + depr_half_raw);
-    b.DeprA_RND_Adj = (b.addl_full + b.addl_half + b.carried_half) - (addl_full_raw + addl_half_raw + carried_raw);
+    b.DeprA_RND_Adj = (b.addl_full + b.addl_half + b.ADeprOpH) - (addl_full_raw + addl_half_raw + carried_raw);
     b.ClWDV_NoRND = full + half + apart - raw_total;
-    b.RndWdv = full + half + apart - b.total_depr;
+    b.RndWdv = full + half + apart - b.TotDepr;
     if (b.RndWdv == 0) b.status = "(Nil WDV)";
     if (explain) explain_block(b, addl_half_raw);
 }
@@ -220,7 +220,9 @@ ItRunResult calculate_income_tax(const ItRunInput& input) {
             row.part = BlockPart::Opening;
             b.opening_wdv += e.wdv_cost;
             if (e.wdv_cost < 0) log.raise(WarningKind::NegativeOpeningWdv, "Please check Entries with Negative Opening WDV !");
-            w.carried_raw += e.addl_dep_on * (e.addl_rate / 2) / 100;
+            const double carried = e.addl_dep_on * (e.addl_rate / 2) / 100;
+            w.carried_raw += carried;
+            if (carried != 0) row.DeprHalfOnOP = whole_rupees(carried);
         } else {
             row.Type_0123 = 1;
             const auto put = Date::parse(e.put_date);

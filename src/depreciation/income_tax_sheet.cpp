@@ -10,7 +10,7 @@ std::vector<ItSheetLine> block_sheet_lines(const ItBlockResult& b) {
     const double additions = b.addition1 + b.addition2 + b.addition3;
     const double deductions = b.deduction1 + b.deduction2 + b.deduction3;
     const double balance = after_earlier + additions - deductions;
-    const double on_which = b.block_nil ? 0 : b.RndWdv + b.total_depr;
+    const double on_which = b.block_nil ? 0 : b.RndWdv + b.TotDepr;
     // The remaining half brought from last year is shown inside the normal depreciation.
     return {
         {"Written Down Value", b.opening_wdv},
@@ -21,7 +21,7 @@ std::vector<ItSheetLine> block_sheet_lines(const ItBlockResult& b) {
         {"Balance", balance},
         {"Adj. Other Assets (Current Year)", b.adj_current},
         {"Amount on which Depreciation to be Calculated", on_which},
-        {"Depreciation @ Normal Rate", b.depr_full + b.depr_half + b.carried_half},
+        {"Depreciation @ Normal Rate", b.depr_full + b.depr_half + b.ADeprOpH},
         {"Depreciation @ Additional Rate", b.addl_full + b.addl_half},
         {"Written Down Value After Adjustments", b.RndWdv},
     };

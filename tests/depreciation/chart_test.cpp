@@ -73,6 +73,18 @@ TEST(IncomeTaxChart, WritesOneRowPerBlockInTheTableColumnsAndLeavesLandOut) {
     EXPECT_EQ(r.WdvCl, 170000 - 36000);
 }
 
+TEST(IncomeTaxChart, PutsTheRemainingHalfBroughtForwardInADeprOpHAndCountsItAsAdditional) {
+    // Last year's half-rate addition of 50,000 at 20%: 50,000 x 10% = 5,000 this year.
+    ItEntry e = entry(EntryKind::Opening, "3", 100000);
+    e.addl_dep_on = 50000;
+    e.addl_rate = 20;
+    const auto rows = chart_rows_from_blocks("C001", 2018, run_with({e}));
+    ASSERT_EQ(rows.size(), 1u);
+    EXPECT_EQ(rows[0].ADeprOpH, 5000);
+    EXPECT_EQ(rows[0].TotDep, 15000 + 5000);
+    EXPECT_EQ(additional_in_chart(rows).ADeprOpH, 5000);
+}
+
 TEST(IncomeTaxChart, CarriesTheCapitalGainOfANilBlock) {
     ItEntry sold = entry(EntryKind::Opening, "9", 10000);
     sold.sale_amt = 16000;

@@ -56,6 +56,11 @@ TEST(CompaniesActDays, CountsOneDayForAnAdditionPutToUseOnTheLastDay) {
     EXPECT_EQ(days_text(2), "Calculated for 2 Days");
 }
 
+TEST(CompaniesActDays, NamesTheShiftOfAShiftRow) {
+    EXPECT_EQ(shift_days_text(91, 2), "Calculated for 91 Days (Double Shift)");
+    EXPECT_EQ(shift_days_text(1, 3), "Calculated for 1 Day (Triple Shift)");
+}
+
 TEST(CompaniesActDays, LeavesTheDayOfSaleToTheBuyer) {
     EXPECT_EQ(depreciation_days(2016, Date{2015, 4, 1}, Date{2015, 4, 1}), 0);
     EXPECT_EQ(depreciation_days(2016, Date{2015, 4, 1}, Date{2015, 4, 2}), 1);

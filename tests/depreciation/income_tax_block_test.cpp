@@ -134,7 +134,7 @@ TEST(IncomeTaxBlock, ChargesAdditionalDepreciationAtFullAndHalfRateAndCarriesThe
     EXPECT_EQ(b.addl_full, 20000);
     EXPECT_EQ(b.addl_half, 5000);
     EXPECT_EQ(b.carried_half_out, 5000);
-    EXPECT_EQ(b.total_depr, 15000 + 3750 + 20000 + 5000);
+    EXPECT_EQ(b.TotDepr, 15000 + 3750 + 20000 + 5000);
     EXPECT_EQ(b.RndWdv, 150000 - 43750);
     EXPECT_EQ(r.rows[1].AddlDepOnNext, 50000);
     EXPECT_EQ(r.rows[0].AddlDepOnNext, 0);
@@ -147,9 +147,9 @@ TEST(IncomeTaxBlock, ChargesTheCarriedHalfBroughtFromLastYearWithItsNote) {
     e.addl_rate = 20;
     const auto r = calculate_income_tax(run_of(2019, {e}));
     const auto& b = only_block(r);
-    EXPECT_EQ(b.carried_half, 5000);
+    EXPECT_EQ(b.ADeprOpH, 5000);
     EXPECT_EQ(b.depr_full, 15938);
-    EXPECT_EQ(b.total_depr, 20938);
+    EXPECT_EQ(b.TotDepr, 20938);
     EXPECT_EQ(b.carried_note,
               "Note: Additional depreciation of Rs. 5,000 relating to addition of assets during immediately "
               "preceding year put to use for less than 180 days is included in Col. 'Depreciation @ Normal Rate'.");
@@ -166,8 +166,8 @@ TEST(IncomeTaxBlock, LeavesTheCarriedHalfAsInputOnlyIn2016AndWarnsOnce) {
     const auto r = calculate_income_tax(run_of(2016, {machine, furniture}));
     ASSERT_EQ(r.blocks.size(), 2u);
     for (const auto& b : r.blocks) {
-        EXPECT_GT(b.carried_half_input, 0);
-        EXPECT_EQ(b.carried_half, 0);
+        EXPECT_GT(b.DeprHalfOnOP, 0);
+        EXPECT_EQ(b.ADeprOpH, 0);
     }
     ASSERT_EQ(r.warnings.size(), 1u);
     EXPECT_EQ(r.warnings[0].kind, WarningKind::CarriedHalfNotCalculated);
@@ -216,7 +216,7 @@ TEST(IncomeTaxBlock, TurnsSalesAboveTheBlockIntoACapitalGainLessExpenses) {
     const auto& b = only_block(r);
     EXPECT_TRUE(b.block_nil);
     EXPECT_EQ(b.status, "BLOCKNIL");
-    EXPECT_EQ(b.total_depr, 0);
+    EXPECT_EQ(b.TotDepr, 0);
     EXPECT_EQ(b.RndWdv, 0);
     EXPECT_EQ(b.profit_loss, 14000);
     const auto summary = block_wise_summary(r);
@@ -231,7 +231,7 @@ TEST(IncomeTaxBlock, EndsABlockWithEveryAssetSoldAsACapitalLossInBrackets) {
     const auto& b = only_block(r);
     EXPECT_TRUE(b.block_nil);
     EXPECT_EQ(b.profit_loss, -70500);
-    EXPECT_EQ(b.total_depr, 0);
+    EXPECT_EQ(b.TotDepr, 0);
     EXPECT_EQ(block_wise_summary(r).rows[0].gain_text, "(70,500)");
 }
 
@@ -240,7 +240,7 @@ TEST(IncomeTaxBlock, KeepsAnAdditionWithoutDateOfPutToUseInTheBlockWithoutDeprec
     const auto r = calculate_income_tax(run_of(2017, {opening("3", 10000), addition("3", 5000, "")}));
     const auto& b = only_block(r);
     EXPECT_EQ(b.addition3, 5000);
-    EXPECT_EQ(b.total_depr, 1500);
+    EXPECT_EQ(b.TotDepr, 1500);
     EXPECT_EQ(b.RndWdv, 13500);
 }
 
