@@ -23,5 +23,5 @@ function(brenlow_test name)
   add_executable(test_${name} ${_sources})
   target_link_libraries(test_${name} PRIVATE ${ARGN} brenlow_test_support GTest::gtest GTest::gmock GTest::gtest_main)
   gtest_discover_tests(test_${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
-    PROPERTIES ENVIRONMENT "BRENLOW_DATA_DIR=${PROJECT_BINARY_DIR}/data;QT_QPA_PLATFORM=offscreen")
+    PROPERTIES ENVIRONMENT "BRENLOW_DATA_DIR=${PROJECT_BINARY_DIR}/data")
 endfunction()

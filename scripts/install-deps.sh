@@ -5,7 +5,7 @@ packages=(
   build-essential cmake pkg-config g++
   libsqlite3-dev libmariadb-dev mariadb-server
   qt6-base-dev libgl1-mesa-dev
-  googletest libgtest-dev libgmock-dev libbenchmark-dev
+  googletest libgtest-dev libgmock-dev libbenchmark-dev nlohmann-json3-dev
   poppler-utils
 )
 missing=()

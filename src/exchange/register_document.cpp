@@ -1,0 +1,331 @@
+#include "exchange/register_document.h"
+
+#include <cmath>
+#include <map>
+#include <nlohmann/json.hpp>
+
+#include "controls/vb_date.h"
+#include "store/register_bulk.h"
+#include "store/register_store.h"
+
+namespace brenlow::exchange {
+namespace {
+
+using Json = nlohmann::ordered_json;
+enum class Kind { text, number, whole, date };
+struct Field {
+    const char* name;
+    Kind kind;
+};
+
+// Columns of each table in their stored order.
+const std::vector<Field> kGroupFields = {
+    {"SrNoFAGM", Kind::whole}, {"Yr", Kind::whole},         {"Part", Kind::text},      {"BlockIdIT", Kind::text},
+    {"RateIT", Kind::number},  {"AddlRateIT", Kind::number}, {"BlockFA", Kind::whole},  {"RateFA", Kind::number},
+    {"BlockIdCL", Kind::text}, {"LifeYrs", Kind::number},    {"RateSLM", Kind::number}, {"RateWDV", Kind::number}};
+const std::vector<Field> kOpeningFields = {
+    {"Code_No", Kind::text},     {"SrNoFATR", Kind::whole},  {"IdFAGM", Kind::whole},    {"Part", Kind::text},
+    {"CostWdv", Kind::number},   {"OpDepr", Kind::number},   {"YrCalcCA", Kind::whole},  {"DepCalcCA", Kind::number},
+    {"ResValue", Kind::number},  {"LifeYrs", Kind::number},  {"RateFACL", Kind::number}, {"WdvIT", Kind::number},
+    {"DetESA", Kind::text},      {"RateIT", Kind::number},   {"AddlDepRT", Kind::number}, {"SaleDate", Kind::date},
+    {"SaleAmt", Kind::number},   {"SaleExp", Kind::number},  {"ShiftDet", Kind::text},   {"DepFACL", Kind::number},
+    {"OthOpts", Kind::text},     {"PutDate", Kind::date},    {"AddlDepOn", Kind::number}};
+const std::vector<Field> kAdditionFields = {
+    {"Code_No", Kind::text},    {"SrNoFATR", Kind::whole},  {"IdFAGM", Kind::whole},     {"Part", Kind::text},
+    {"PutDate", Kind::date},    {"AccDate", Kind::date},    {"PurAmt", Kind::number},    {"ExciseCr", Kind::number},
+    {"CurrDiff", Kind::number}, {"Subsidy", Kind::number},  {"ResValue", Kind::number},  {"LifeYrs", Kind::number},
+    {"RateFACL", Kind::number}, {"RateIT", Kind::number},   {"AddlDepRT", Kind::number}, {"SaleDate", Kind::date},
+    {"SaleAmt", Kind::number},  {"SaleExp", Kind::number},  {"ShiftDet", Kind::text},    {"DepFACL", Kind::number},
+    {"OthOpts", Kind::text}};
+const std::vector<Field> kOptionFields = {{"Code_No", Kind::text}, {"Yr", Kind::whole}, {"MiscInf", Kind::text}};
+
+Json num(double v) {
+    // Whole amounts read back as whole numbers; others keep every digit.
+    if (std::isfinite(v) && v == std::floor(v) && std::fabs(v) < 1e15) return static_cast<long long>(v);
+    return v;
+}
+
+Json group_json(const store::AssetGroupRow& g) {
+    return Json{{"SrNoFAGM", g.SrNoFAGM}, {"Yr", g.Yr},         {"Part", g.Part},         {"BlockIdIT", g.BlockIdIT},
+                {"RateIT", num(g.RateIT)}, {"AddlRateIT", num(g.AddlRateIT)}, {"BlockFA", g.BlockFA},
+                {"RateFA", num(g.RateFA)}, {"BlockIdCL", g.BlockIdCL}, {"LifeYrs", num(g.LifeYrs)},
+                {"RateSLM", num(g.RateSLM)}, {"RateWDV", num(g.RateWDV)}};
+}
+
+Json opening_json(const store::OpeningRow& o) {
+    return Json{{"Code_No", o.Code_No},       {"SrNoFATR", o.SrNoFATR},     {"IdFAGM", o.IdFAGM},
+                {"Part", o.Part},             {"CostWdv", num(o.CostWdv)},  {"OpDepr", num(o.OpDepr)},
+                {"YrCalcCA", o.YrCalcCA},     {"DepCalcCA", num(o.DepCalcCA)}, {"ResValue", num(o.ResValue)},
+                {"LifeYrs", num(o.LifeYrs)},  {"RateFACL", num(o.RateFACL)}, {"WdvIT", num(o.WdvIT)},
+                {"DetESA", o.DetESA},         {"RateIT", num(o.RateIT)},    {"AddlDepRT", num(o.AddlDepRT)},
+                {"SaleDate", o.SaleDate},     {"SaleAmt", num(o.SaleAmt)},  {"SaleExp", num(o.SaleExp)},
+                {"ShiftDet", o.ShiftDet},     {"DepFACL", num(o.DepFACL)},  {"OthOpts", o.OthOpts},
+                {"PutDate", o.PutDate},       {"AddlDepOn", num(o.AddlDepOn)}};
+}
+
+Json addition_json(const store::AdditionRow& a) {
+    return Json{{"Code_No", a.Code_No},         {"SrNoFATR", a.SrNoFATR},      {"IdFAGM", a.IdFAGM},
+                {"Part", a.Part},               {"PutDate", a.PutDate},        {"AccDate", a.AccDate},
+                {"PurAmt", num(a.PurAmt)},      {"ExciseCr", num(a.ExciseCr)}, {"CurrDiff", num(a.CurrDiff)},
+                {"Subsidy", num(a.Subsidy)},    {"ResValue", num(a.ResValue)}, {"LifeYrs", num(a.LifeYrs)},
+                {"RateFACL", num(a.RateFACL)},  {"RateIT", num(a.RateIT)},     {"AddlDepRT", num(a.AddlDepRT)},
+                {"SaleDate", a.SaleDate},       {"SaleAmt", num(a.SaleAmt)},   {"SaleExp", num(a.SaleExp)},
+                {"ShiftDet", a.ShiftDet},       {"DepFACL", num(a.DepFACL)},   {"OthOpts", a.OthOpts}};
+}
+
+// Checks one row object against its table's columns; a missing column takes its
+// empty value.
+class RowReader {
+public:
+    RowReader(const Json& row, std::string table, std::size_t index, const std::vector<Field>& fields,
+              std::vector<std::string>& errors)
+        : row_(row), where_(table + " row " + std::to_string(index + 1)), fields_(fields), errors_(errors) {
+        if (!row_.is_object()) {
+            fail("", "expected an object of columns");
+            return;
+        }
+        for (const auto& [key, value] : row_.items()) {
+            bool known = false;
+            for (const auto& f : fields_) known = known || key == f.name;
+            if (!known) fail(key, "is not a column of this table");
+        }
+    }
+
+    std::string text(const char* name) {
+        const Json* v = get(name);
+        if (!v || v->is_null()) return {};
+        if (!v->is_string()) {
+            fail(name, "expected text, found " + v->dump());
+            return {};
+        }
+        return v->get<std::string>();
+    }
+    std::string date(const char* name) {
+        std::string t = text(name);
+        if (!t.empty()) {
+            const auto d = Date::parse(t);
+            if (!d || t.size() != 10) fail(name, "expected a date dd/mm/yyyy, found \"" + t + "\"");
+        }
+        return t;
+    }
+    double number(const char* name) {
+        const Json* v = get(name);
+        if (!v || v->is_null()) return 0;
+        if (!v->is_number()) {
+            fail(name, "expected a number, found " + v->dump());
+            return 0;
+        }
+        const double d = v->get<double>();
+        if (!std::isfinite(d)) fail(name, "expected a finite number");
+        return d;
+    }
+    long whole(const char* name) {
+        const double d = number(name);
+        if (d != std::floor(d)) fail(name, "expected a whole number, found " + get(name)->dump());
+        return static_cast<long>(d);
+    }
+    void fail(const std::string& field, const std::string& what) {
+        errors_.push_back(where_ + (field.empty() ? "" : ", field " + field) + ": " + what);
+    }
+    bool ok() const { return errors_.size() == errors_at_start_; }
+
+private:
+    const Json* get(const char* name) const {
+        if (!row_.is_object()) return nullptr;
+        const auto it = row_.find(name);
+        return it == row_.end() ? nullptr : &*it;
+    }
+
+    const Json& row_;
+    std::string where_;
+    const std::vector<Field>& fields_;
+    std::vector<std::string>& errors_;
+    std::size_t errors_at_start_ = errors_.size();
+};
+
+const Json& table_of(const Json& doc, const char* name, std::vector<std::string>& errors) {
+    static const Json empty = Json::array();
+    const auto it = doc.find(name);
+    if (it == doc.end() || it->is_null()) return empty;
+    if (!it->is_array()) {
+        errors.push_back(std::string(name) + ": expected a list of rows");
+        return empty;
+    }
+    return *it;
+}
+
+}  // namespace
+
+std::string export_register(store::Database& db, const std::string& code, int year) {
+    store::RegisterStore reg(db, code, year);
+    Json doc = {{"format", "brenlow-register"}, {"version", 1}, {"client", code}, {"year", year}};
+    Json groups = Json::array(), openings = Json::array(), additions = Json::array(), options = Json::array();
+    for (const auto& g : reg.asset_groups()) groups.push_back(group_json(g));
+    reg.for_each_opening(std::nullopt, [&](store::OpeningRow&& o) { openings.push_back(opening_json(o)); });
+    reg.for_each_addition(std::nullopt, [&](store::AdditionRow&& a) { additions.push_back(addition_json(a)); });
+    if (const auto mi = reg.options_row()) options.push_back(Json{{"Code_No", code}, {"Yr", year}, {"MiscInf", *mi}});
+    doc["NewFAGM"] = std::move(groups);
+    doc["NewFATRo"] = std::move(openings);
+    doc["NewFATRa"] = std::move(additions);
+    doc["NewFAMI"] = std::move(options);
+    return doc.dump(2) + "\n";
+}
+
+ImportResult import_register(store::Database& db, const std::string& code, int year, const std::string& json,
+                             const ImportOptions& options) {
+    ImportResult result;
+    Json doc;
+    try {
+        doc = Json::parse(json);
+    } catch (const nlohmann::json::parse_error& e) {
+        result.errors.push_back(std::string("Not a JSON document: ") + e.what());
+        return result;
+    }
+    if (!doc.is_object() || doc.value("format", "") != "brenlow-register") {
+        result.errors.push_back("Not a register document: \"format\" must be \"brenlow-register\"");
+        return result;
+    }
+    auto& errors = result.errors;
+    store::RegisterStore reg(db, code, year);
+
+    // Groups: by name within the target year.
+    std::map<long, store::AssetGroupRow> doc_groups;
+    const Json& groups = table_of(doc, "NewFAGM", errors);
+    for (std::size_t i = 0; i < groups.size(); ++i) {
+        RowReader r(groups[i], "NewFAGM", i, kGroupFields, errors);
+        store::AssetGroupRow g;
+        g.SrNoFAGM = r.whole("SrNoFAGM");
+        g.Yr = year;
+        r.whole("Yr");
+        g.Part = r.text("Part");
+        g.BlockIdIT = r.text("BlockIdIT");
+        g.RateIT = r.number("RateIT");
+        g.AddlRateIT = r.number("AddlRateIT");
+        g.BlockFA = r.whole("BlockFA");
+        g.RateFA = r.number("RateFA");
+        g.BlockIdCL = r.text("BlockIdCL");
+        g.LifeYrs = r.number("LifeYrs");
+        g.RateSLM = r.number("RateSLM");
+        g.RateWDV = r.number("RateWDV");
+        if (g.Part.empty()) r.fail("Part", "the asset group needs a name");
+        if (doc_groups.count(g.SrNoFAGM)) r.fail("SrNoFAGM", "appears twice");
+        if (r.ok()) doc_groups[g.SrNoFAGM] = g;
+    }
+    std::map<std::string, long> existing;  // upper-cased name -> SrNoFAGM of the target year
+    std::map<long, bool> existing_ids;
+    for (const auto& g : reg.asset_groups()) {
+        std::string key = g.Part;
+        for (auto& c : key) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+        existing[key] = g.SrNoFAGM;
+        existing_ids[g.SrNoFAGM] = true;
+    }
+    auto group_known = [&](long id) { return doc_groups.count(id) > 0 || existing_ids.count(id) > 0; };
+
+    std::vector<store::OpeningRow> openings;
+    const Json& o_rows = table_of(doc, "NewFATRo", errors);
+    for (std::size_t i = 0; i < o_rows.size(); ++i) {
+        RowReader r(o_rows[i], "NewFATRo", i, kOpeningFields, errors);
+        store::OpeningRow o;
+        r.text("Code_No");
+        r.whole("SrNoFATR");
+        o.IdFAGM = r.whole("IdFAGM");
+        o.Part = r.text("Part");
+        o.CostWdv = r.number("CostWdv");
+        o.OpDepr = r.number("OpDepr");
+        o.YrCalcCA = r.whole("YrCalcCA");
+        o.DepCalcCA = r.number("DepCalcCA");
+        o.ResValue = r.number("ResValue");
+        o.LifeYrs = r.number("LifeYrs");
+        o.RateFACL = r.number("RateFACL");
+        o.WdvIT = r.number("WdvIT");
+        o.DetESA = r.text("DetESA");
+        o.RateIT = r.number("RateIT");
+        o.AddlDepRT = r.number("AddlDepRT");
+        o.SaleDate = r.date("SaleDate");
+        o.SaleAmt = r.number("SaleAmt");
+        o.SaleExp = r.number("SaleExp");
+        o.ShiftDet = r.text("ShiftDet");
+        o.DepFACL = r.number("DepFACL");
+        o.OthOpts = r.text("OthOpts");
+        o.PutDate = r.date("PutDate");
+        o.AddlDepOn = r.number("AddlDepOn");
+        if (o.Part.empty()) r.fail("Part", "the particulars are empty");
+        if (!group_known(o.IdFAGM)) r.fail("IdFAGM", "no asset group " + std::to_string(o.IdFAGM));
+        openings.push_back(std::move(o));
+    }
+    std::vector<store::AdditionRow> additions;
+    const Json& a_rows = table_of(doc, "NewFATRa", errors);
+    for (std::size_t i = 0; i < a_rows.size(); ++i) {
+        RowReader r(a_rows[i], "NewFATRa", i, kAdditionFields, errors);
+        store::AdditionRow a;
+        r.text("Code_No");
+        r.whole("SrNoFATR");
+        a.IdFAGM = r.whole("IdFAGM");
+        a.Part = r.text("Part");
+        a.PutDate = r.date("PutDate");
+        a.AccDate = r.date("AccDate");
+        a.PurAmt = r.number("PurAmt");
+        a.ExciseCr = r.number("ExciseCr");
+        a.CurrDiff = r.number("CurrDiff");
+        a.Subsidy = r.number("Subsidy");
+        a.ResValue = r.number("ResValue");
+        a.LifeYrs = r.number("LifeYrs");
+        a.RateFACL = r.number("RateFACL");
+        a.RateIT = r.number("RateIT");
+        a.AddlDepRT = r.number("AddlDepRT");
+        a.SaleDate = r.date("SaleDate");
+        a.SaleAmt = r.number("SaleAmt");
+        a.SaleExp = r.number("SaleExp");
+        a.ShiftDet = r.text("ShiftDet");
+        a.DepFACL = r.number("DepFACL");
+        a.OthOpts = r.text("OthOpts");
+        if (a.Part.empty()) r.fail("Part", "the particulars are empty");
+        if (!group_known(a.IdFAGM)) r.fail("IdFAGM", "no asset group " + std::to_string(a.IdFAGM));
+        additions.push_back(std::move(a));
+    }
+    std::optional<std::string> misc_inf;
+    const Json& mi_rows = table_of(doc, "NewFAMI", errors);
+    for (std::size_t i = 0; i < mi_rows.size(); ++i) {
+        RowReader r(mi_rows[i], "NewFAMI", i, kOptionFields, errors);
+        r.text("Code_No");
+        r.whole("Yr");
+        const std::string mi = r.text("MiscInf");
+        if (i > 0) r.fail("", "a client's year has one options row");
+        if (r.ok()) misc_inf = mi;
+    }
+    if (!errors.empty()) return result;
+
+    store::Transaction tx(db);
+    if (options.replace) {
+        reg.delete_all_openings(std::nullopt);
+        reg.delete_all_additions(std::nullopt);
+    }
+    std::map<long, long> id_map;  // document group -> target group
+    for (const auto& [doc_id, g] : doc_groups) {
+        std::string key = g.Part;
+        for (auto& c : key) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+        if (const auto it = existing.find(key); it != existing.end()) {
+            id_map[doc_id] = it->second;
+            ++result.groups_matched;
+        } else {
+            id_map[doc_id] = reg.find_or_create_group(g);
+            existing[key] = id_map[doc_id];
+            ++result.groups_created;
+        }
+    }
+    auto target_group = [&](long id) { return id_map.count(id) ? id_map[id] : id; };
+    for (auto& o : openings) o.IdFAGM = target_group(o.IdFAGM);
+    for (auto& a : additions) a.IdFAGM = target_group(a.IdFAGM);
+    store::insert_openings(db, code, year, openings);
+    store::insert_additions(db, code, year, additions);
+    if (misc_inf) {
+        reg.rewrite_options_row(*misc_inf);
+        result.options_written = true;
+    }
+    tx.commit();
+    result.openings = static_cast<int>(openings.size());
+    result.additions = static_cast<int>(additions.size());
+    return result;
+}
+
+}  // namespace brenlow::exchange

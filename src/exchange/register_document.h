@@ -1,0 +1,43 @@
+#pragma once
+// A client's register of one year as a JSON document: its asset groups (NewFAGM),
+// both register tables (NewFATRo, NewFATRa) and its options row (NewFAMI), each row
+// an object keyed by the tables' own column names.
+//
+//   { "format": "brenlow-register", "version": 1, "client": "C001", "year": 2025,
+//     "NewFAGM": [ {"SrNoFAGM": 1, "Yr": 2025, "Part": "PLANT", ...}, ... ],
+//     "NewFATRo": [ {"Code_No": "C001", "SrNoFATR": 1, "IdFAGM": 1, ...}, ... ],
+//     "NewFATRa": [ ... ], "NewFAMI": [ {"Code_No": "C001", "Yr": 2025, "MiscInf": "..."} ] }
+//
+// Import checks every row before writing anything; an error names the table, the
+// row (counted from 1) and the field.
+
+#include <string>
+#include <vector>
+
+#include "store/database.h"
+
+namespace brenlow::exchange {
+
+// The document of the client's year, as JSON text (two-space indented).
+std::string export_register(store::Database& db, const std::string& code, int year);
+
+struct ImportOptions {
+    bool replace = false;  // delete the client's entries and options of the year first
+};
+
+struct ImportResult {
+    std::vector<std::string> errors;  // nothing was written when there are any
+    int groups_matched = 0;
+    int groups_created = 0;
+    int openings = 0;
+    int additions = 0;
+    bool options_written = false;
+};
+
+// Reads a document into the client's year (which must exist). Groups are matched by
+// name within the year, or created; entries get new serials after the client's
+// largest; the document's own client and year do not bind the target.
+ImportResult import_register(store::Database& db, const std::string& code, int year, const std::string& json,
+                             const ImportOptions& options);
+
+}  // namespace brenlow::exchange

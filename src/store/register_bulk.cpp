@@ -1,0 +1,72 @@
+#include "store/register_bulk.h"
+
+#include "controls/number_format.h"
+#include "store/schema.h"
+#include "store/table_lock.h"
+
+namespace brenlow::store {
+namespace {
+
+// Rows per INSERT statement: large enough to save round trips, small enough for
+// any server's packet size with long packed texts.
+constexpr std::size_t kBatch = 200;
+
+std::string n(double v) { return plain_number(v); }
+
+std::string values_of(const OpeningRow& r) {
+    return "(" + quoted(r.Code_No) + "," + std::to_string(r.SrNoFATR) + "," + std::to_string(r.IdFAGM) + "," +
+           quoted(r.Part) + "," + n(r.CostWdv) + "," + n(r.OpDepr) + "," + std::to_string(r.YrCalcCA) + "," +
+           n(r.DepCalcCA) + "," + n(r.ResValue) + "," + n(r.LifeYrs) + "," + n(r.RateFACL) + "," + n(r.WdvIT) +
+           "," + quoted(r.DetESA) + "," + n(r.RateIT) + "," + n(r.AddlDepRT) + "," + quoted(r.SaleDate) + "," +
+           n(r.SaleAmt) + "," + n(r.SaleExp) + "," + quoted(r.ShiftDet) + "," + n(r.DepFACL) + "," +
+           quoted(r.OthOpts) + "," + quoted(r.PutDate) + "," + n(r.AddlDepOn) + ")";
+}
+
+std::string values_of(const AdditionRow& r) {
+    return "(" + quoted(r.Code_No) + "," + std::to_string(r.SrNoFATR) + "," + std::to_string(r.IdFAGM) + "," +
+           quoted(r.Part) + "," + quoted(r.PutDate) + "," + quoted(r.AccDate) + "," + n(r.PurAmt) + "," +
+           n(r.ExciseCr) + "," + n(r.CurrDiff) + "," + n(r.Subsidy) + "," + n(r.ResValue) + "," + n(r.LifeYrs) +
+           "," + n(r.RateFACL) + "," + n(r.RateIT) + "," + n(r.AddlDepRT) + "," + quoted(r.SaleDate) + "," +
+           n(r.SaleAmt) + "," + n(r.SaleExp) + "," + quoted(r.ShiftDet) + "," + n(r.DepFACL) + "," +
+           quoted(r.OthOpts) + ")";
+}
+
+template <class RowT>
+void insert_all(Database& db, std::string_view code, const std::string& table, std::vector<RowT>& rows) {
+    if (rows.empty()) return;
+    TableLock lock(db, table);
+    Transaction tx(db);
+    long serial = static_cast<long>(db.query("SELECT MAX(SrNoFATR) AS MaxSrNo FROM " + table +
+                                             " WHERE Code_No=" + quoted(code))
+                                        .first("MaxSrNo")
+                                        .as_int());
+    std::string sql;
+    std::size_t in_batch = 0;
+    for (auto& r : rows) {
+        r.Code_No = std::string(code);
+        r.SrNoFATR = ++serial;
+        sql += in_batch == 0 ? "INSERT INTO " + table + " Values " : ",";
+        sql += values_of(r);
+        if (++in_batch == kBatch) {
+            db.execute(sql);
+            sql.clear();
+            in_batch = 0;
+        }
+    }
+    if (in_batch) db.execute(sql);
+    db.execute("Flush Tables");
+    tx.commit();
+    lock.release();
+}
+
+}  // namespace
+
+void insert_openings(Database& db, std::string_view code, int year, std::vector<OpeningRow>& rows) {
+    insert_all(db, code, register_opening_table(year), rows);
+}
+
+void insert_additions(Database& db, std::string_view code, int year, std::vector<AdditionRow>& rows) {
+    insert_all(db, code, register_addition_table(year), rows);
+}
+
+}  // namespace brenlow::store

@@ -1,0 +1,131 @@
+#include "exchange/register_document.h"
+
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+
+#include "store/client_store.h"
+#include "store/register_bulk.h"
+#include "store/register_store.h"
+#include "support/test_databases.h"
+
+namespace brenlow::exchange {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+class RegisterDocumentTest : public test::BackendTest {
+protected:
+    void SetUp() override {
+        test::BackendTest::SetUp();
+        if (IsSkipped()) return;
+        store::ensure_schema(db(), BRENLOW_TEST_DATA_DIR);
+        store::create_client_year(db(), "C001", 2025, "ACME", 3);
+    }
+
+    // A small register: two groups, openings with a sale, an addition with shifts and
+    // hostile text, and an options row.
+    void fill() {
+        store::RegisterStore reg(db(), "C001", 2025);
+        store::AssetGroupRow plant{0, 2025, "PLANT AND MACHINERY", "3-15", 15, 20, 0, 0, "4.1", 15, 6.33, 18.1};
+        store::AssetGroupRow furniture{0, 2025, "FURNITURE", "2-10", 10, 0, 0, 0, "5.1", 10, 9.5, 25.89};
+        const long p = reg.find_or_create_group(plant);
+        const long f = reg.find_or_create_group(furniture);
+        std::vector<store::OpeningRow> o(2);
+        o[0].IdFAGM = p;
+        o[0].Part = "LATHE 'A' ¦ \\ ₹";
+        o[0].CostWdv = 100000;
+        o[0].WdvIT = 85000.5;
+        o[0].RateIT = 15;
+        o[0].PutDate = "15/06/2010";
+        o[0].OthOpts = "0|COST|WDV|Y";
+        o[1].IdFAGM = f;
+        o[1].Part = "TABLES";
+        o[1].CostWdv = 5000;
+        o[1].SaleDate = "10/10/2024";
+        o[1].SaleAmt = 7000;
+        o[1].DetESA = "OLD CHAIR¦1000¦01/05/2024¦500¦0¦500|";
+        store::insert_openings(db(), "C001", 2025, o);
+        std::vector<store::AdditionRow> a(1);
+        a[0].IdFAGM = p;
+        a[0].Part = "CNC MACHINE";
+        a[0].PutDate = "05/10/2024";
+        a[0].AccDate = "01/10/2024";
+        a[0].PurAmt = 250000;
+        a[0].Subsidy = 1234.56;
+        a[0].AddlDepRT = 20;
+        a[0].ShiftDet = "05/10/2024,31/03/2025,2|";
+        store::insert_additions(db(), "C001", 2025, a);
+        reg.rewrite_options_row("WDV|Y|0|0|0|0|COST|0|0|0|0");
+    }
+};
+
+TEST_P(RegisterDocumentTest, ARegisterRoundTripsThroughExportAndImportUnchanged) {
+    fill();
+    const std::string first = export_register(db(), "C001", 2025);
+    const auto doc = Json::parse(first);
+    ASSERT_EQ(doc["NewFATRo"].size(), 2u);
+    EXPECT_EQ(doc["NewFATRo"][0]["Part"], "LATHE 'A' ¦ \\ ₹");
+    EXPECT_EQ(doc["NewFATRa"][0]["Subsidy"], 1234.56);
+    EXPECT_EQ(doc["NewFAMI"][0]["MiscInf"], "WDV|Y|0|0|0|0|COST|0|0|0|0");
+    // Keys in the tables' column order.
+    EXPECT_EQ(doc["NewFATRo"][0].begin().key(), "Code_No");
+
+    const auto result = import_register(db(), "C001", 2025, first, {.replace = true});
+    ASSERT_TRUE(result.errors.empty()) << result.errors.front();
+    EXPECT_EQ(result.groups_matched, 2);
+    EXPECT_EQ(result.groups_created, 0);
+    EXPECT_EQ(result.openings, 2);
+    EXPECT_EQ(result.additions, 1);
+    EXPECT_EQ(export_register(db(), "C001", 2025), first);
+}
+
+TEST_P(RegisterDocumentTest, ImportIntoAnotherClientCreatesMissingGroupsAndNewSerials) {
+    fill();
+    const std::string doc = export_register(db(), "C001", 2025);
+    store::create_client_year(db(), "C002", 2026, "OTHER", 1);
+    const auto result = import_register(db(), "C002", 2026, doc, {});
+    ASSERT_TRUE(result.errors.empty()) << result.errors.front();
+    EXPECT_EQ(result.groups_created, 2);
+    // Importing again without --replace adds after the client's largest serial.
+    import_register(db(), "C002", 2026, doc, {});
+    store::RegisterStore reg(db(), "C002", 2026);
+    const auto rows = reg.opening_entries();
+    ASSERT_EQ(rows.size(), 4u);
+    EXPECT_EQ(rows[3].SrNoFATR, 4);
+    const auto groups = reg.asset_groups();
+    ASSERT_EQ(groups.size(), 2u);
+    // Entries point at the new year's groups, not at the document's numbers.
+    for (const auto& r : rows)
+        EXPECT_TRUE(r.IdFAGM == groups[0].SrNoFAGM || r.IdFAGM == groups[1].SrNoFAGM) << r.IdFAGM;
+    for (const auto& g : groups) EXPECT_EQ(g.Yr, 2026);
+}
+
+TEST_P(RegisterDocumentTest, EveryBadRowIsNamedAndNothingIsWritten) {
+    fill();
+    auto doc = Json::parse(export_register(db(), "C001", 2025));
+    doc["NewFATRo"][1]["CostWdv"] = "five thousand";
+    doc["NewFATRa"][0]["PutDate"] = "31/02/2025";
+    doc["NewFATRa"][0]["Colour"] = "red";
+    doc["NewFATRo"][0]["IdFAGM"] = 999;
+    const auto before = export_register(db(), "C001", 2025);
+    const auto result = import_register(db(), "C001", 2025, doc.dump(), {.replace = true});
+    ASSERT_EQ(result.errors.size(), 4u);
+    EXPECT_EQ(result.errors[0], "NewFATRo row 1, field IdFAGM: no asset group 999");
+    EXPECT_EQ(result.errors[1], "NewFATRo row 2, field CostWdv: expected a number, found \"five thousand\"");
+    EXPECT_EQ(result.errors[2], "NewFATRa row 1, field Colour: is not a column of this table");
+    EXPECT_EQ(result.errors[3], "NewFATRa row 1, field PutDate: expected a date dd/mm/yyyy, found \"31/02/2025\"");
+    EXPECT_EQ(export_register(db(), "C001", 2025), before);
+}
+
+TEST_P(RegisterDocumentTest, TextThatIsNotARegisterDocumentIsRefused) {
+    EXPECT_FALSE(import_register(db(), "C001", 2025, "{not json", {}).errors.empty());
+    EXPECT_FALSE(import_register(db(), "C001", 2025, "{\"format\": \"other\"}", {}).errors.empty());
+    EXPECT_FALSE(import_register(db(), "C001", 2025, "{\"format\": \"brenlow-register\", \"NewFATRo\": 5}", {})
+                     .errors.empty());
+}
+
+BRENLOW_INSTANTIATE_BACKENDS(RegisterDocumentTest);
+
+}  // namespace
+}  // namespace brenlow::exchange
