@@ -23,13 +23,18 @@ constexpr const char* kUsage =
     "Commands:\n"
     "  init --client CODE --year YYYY [--name NAME] [--status 1-4]\n"
     "                            create the tables, the client and its financial year\n"
-    "                            (YYYY: the calendar year in which the financial year ends)\n";
+    "                            (YYYY: the calendar year in which the financial year ends)\n"
+    "  masters blocks|groups|particulars --client CODE --year YYYY [--json]\n"
+    "                            list the blocks, asset groups or particulars of the year\n"
+    "  masters block add|modify|delete, masters group add|modify|delete ...\n"
+    "                            keep them as the master screens do (brenlow masters --help)\n";
 
 using Handler = std::function<int(Context&, const std::vector<std::string>&)>;
 
 const std::map<std::string, Handler>& commands() {
     static const std::map<std::string, Handler> table = {
         {"init", init_command},
+        {"masters", masters_command},
     };
     return table;
 }

@@ -9,5 +9,6 @@
 namespace brenlow::cli {
 
 int init_command(Context& ctx, const std::vector<std::string>& args);
+int masters_command(Context& ctx, const std::vector<std::string>& args);
 
 }  // namespace brenlow::cli
