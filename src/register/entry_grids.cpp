@@ -1,0 +1,150 @@
+// The two small grids of the entry frame: extra-shift rows (vsS) and the
+// adjustment rows of an opening asset (vsESA).
+
+#include "controls/number_format.h"
+#include "controls/vb_date.h"
+#include "register/frm_new_fatr.h"
+#include "register/register_entry_math.h"
+#include "register/register_text.h"
+
+namespace brenlow::reg {
+namespace {
+
+constexpr const char* kModule = "frmNewFATR";
+
+std::string without_broken_bar(std::string_view text) {
+    std::string out(text);
+    for (std::size_t p; (p = out.find(kESASep)) != std::string::npos;) out.erase(p, std::string_view(kESASep).size());
+    return out;
+}
+
+}  // namespace
+
+void frmNewFATR::AddShiftRow(std::string_view from, std::string_view to, int shift) {
+    frame::guarded(comp_.log, kModule, "AddShiftRow", [&] {
+        const std::string s = shift >= 1 && shift <= 3 ? std::to_string(shift) : std::string();
+        vsS.add_item(std::string(from) + "\t" + std::string(to) + "\t" + s);
+    });
+}
+
+// The shift frame closes only on rows that are whole, inside the year, and allowed
+// by the group.
+bool frmNewFATR::cmdShiftOK_Click() {
+    bool ok = false;
+    frame::guarded(comp_.log, kModule, "cmdShiftOK_Click", [&] {
+        const Date first = fy_first(year_), last = fy_last(year_);
+        const std::string bounds = "' should be between 01/04/" + std::to_string(year_ - 1) + " and 31/03/" +
+                                   std::to_string(year_) + " !";
+        int days[4] = {0, 0, 0, 0};
+        for (int r = vsS.fixed_rows(); r < vsS.rows(); ++r) {
+            const auto from = Date::parse(vsS.text_matrix(r, 0));
+            const auto to = Date::parse(vsS.text_matrix(r, 1));
+            const int shift = static_cast<int>(vsS.value_matrix(r, 2));
+            if (!from) {
+                ui_.info("Please specify 'From Date' !");
+                return;
+            }
+            if (!to) {
+                ui_.info("Please specify 'To Date' !");
+                return;
+            }
+            if (shift < 1 || shift > 3) {
+                ui_.info("Please specify 'Shift' !");
+                return;
+            }
+            if (*from < first || *from > last) {
+                ui_.info("'From Date" + bounds);
+                return;
+            }
+            if (*to < first || *to > last) {
+                ui_.info("'To Date" + bounds);
+                return;
+            }
+            if (lblNESD == "NESD") {
+                ui_.info("'No Extra Shift Depreciation' is permitted for selected 'Asset Group' !");
+                return;
+            }
+            vsS.set_text_matrix(r, 0, from->text());
+            vsS.set_text_matrix(r, 1, to->text());
+            days[shift] += days_between(*from, *to) + 1;
+        }
+        static const char* words[] = {"", "Single", "Double", "Triple"};
+        lblShiftDays.clear();
+        for (int s = 1; s <= 3; ++s) {
+            if (days[s] == 0) continue;
+            if (!lblShiftDays.empty()) lblShiftDays += ", ";
+            lblShiftDays += "Calculated for " + std::to_string(days[s]) + " Day" + (days[s] > 1 ? "s" : "") + " (" +
+                            words[s] + " Shift)";
+        }
+        ok = true;
+    });
+    return ok;
+}
+
+double frmNewFATR::esa_total() const {
+    double total = 0;
+    for (int r = vsESA.fixed_rows(); r < vsESA.rows(); ++r) total += vsESA.value_matrix(r, 5);
+    return total;
+}
+
+bool frmNewFATR::AddESARow(std::string_view particulars, std::string_view wdv, std::string_view date,
+                           std::string_view amount, std::string_view excess, std::string_view adjust) {
+    bool ok = false;
+    frame::guarded(comp_.log, kModule, "AddESARow", [&] {
+        const std::string part = without_broken_bar(particulars);
+        const auto w = parse_number(wdv);
+        const auto d = Date::parse(date);
+        const auto a = parse_number(amount);
+        const auto e = parse_number(excess);
+        const auto adj = parse_number(adjust);
+        if (part.empty()) return ui_.info("Please specify 'Particulars' !");
+        if (!w || *w < 0) return ui_.info("Please specify 'WDV' >= 0 !");
+        if (!d) return ui_.info("Please specify 'Date' !");
+        if (*d >= fy_first(year_)) return ui_.info("'Date' should be before 01/04/" + std::to_string(year_ - 1));
+        if (!a || *a < 0) return ui_.info("Please specify valid 'Sale/Deduction Amount' !");
+        if (!e || !(*e > 0)) return ui_.info("Please specify 'Excess Amount' !");
+        if (!adj) return ui_.info("Please specify 'Adjustment Amount' !");
+        // No more of the excess can be set against this asset than there was.
+        if (*adj > *e || *adj < 0) return ui_.info("Please specify valid 'Adjustment Amount' <= " + format_mask(*e, "###0.00") + " !");
+        vsESA.add_item(part + "\t" + plain_number(*w) + "\t" + d->text() + "\t" + plain_number(*a) + "\t" +
+                       plain_number(*e) + "\t" + plain_number(*adj));
+        if (chkTotESA.Value) txtTotESA.set_text(format_mask(esa_total(), "###0.00"));
+        ok = true;
+    });
+    return ok;
+}
+
+bool frmNewFATR::vsESA_ValidateEdit(int row, std::string_view adjust) {
+    bool ok = false;
+    frame::guarded(comp_.log, kModule, "vsESA_ValidateEdit", [&] {
+        if (row < vsESA.fixed_rows() || row >= vsESA.rows()) return;
+        const auto adj = parse_number(adjust);
+        if (!adj) return ui_.info("Invalid Value !");
+        const double max = vsESA.value_matrix(row, 4);
+        if (*adj > max || *adj < 0)
+            return ui_.info("'Maximum Adjustment Amount' should be <= " + format_mask(max, "###0.00") + " !");
+        vsESA.set_text_matrix(row, 5, plain_number(*adj));
+        ok = true;
+    });
+    return ok;
+}
+
+// "Gross": one total typed in place of the rows.
+void frmNewFATR::chkTotESA_Click() {
+    frame::guarded(comp_.log, kModule, "chkTotESA_Click", [&] {
+        chkTotESA.Value = !chkTotESA.Value;
+        if (chkTotESA.Value) txtTotESA.set_text(format_mask(esa_total(), "###0.00"));
+        else txtTotESA.set_text("");
+    });
+}
+
+void frmNewFATR::txtTotESA_Validate() {
+    frame::guarded(comp_.log, kModule, "txtTotESA_Validate", [&] {
+        if (txtTotESA.text().empty()) return;
+        const auto v = parse_number(txtTotESA.text());
+        if (!v) return ui_.info("Invalid Value !");
+        txtTotESA.set_text(format_mask(*v, "###0.00"));
+    });
+}
+
+}  // namespace brenlow::reg

@@ -1,0 +1,293 @@
+#pragma once
+// frmNewFATR: the asset register of one client and year. Opening entries (assets
+// held on 01/04) and additions of the year, each with its own sale or deduction,
+// in the grids vsO and vsA; the entry frames famEditO / famEditA / famEditD that
+// add and edit them; the screen-wide options; the old-chart marker; the carry-
+// forward from the previous year.
+//
+// The screen holds the state of its controls as members named as the screen names
+// them and its events as methods; a view (Qt, command line, tests) sets the
+// controls' values, calls the events and redraws from the members. It talks to the
+// person only through the Ui it was made with. Every event runs under the error
+// logger: a database failure is logged and the event goes no further.
+//
+// Logic files: register_loading.cpp (load, grids, filter, modes, deletes),
+// entry_frame.cpp (fields, ticks, combos, live figures, leave-field checks),
+// entry_grids.cpp (vsS, vsESA), update_checks.cpp (the checks of cmdUpdate),
+// register_writes.cpp (rows written), screen_options.cpp (options, old chart,
+// carry-forward).
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "controls/grid.h"
+#include "controls/id_text_list.h"
+#include "controls/ui_port.h"
+#include "controls/vtxt.h"
+#include "frame/component.h"
+#include "frame/screen.h"
+#include "register/register_options.h"
+#include "store/register_store.h"
+
+namespace brenlow::reg {
+
+// A tick box: its value, caption and whether it can be clicked.
+struct CheckBox {
+    bool Value = false;
+    std::string Caption;
+    bool Enabled = true;
+};
+
+// A drop-down list: its items (id and text) and the chosen index (-1: none).
+struct ComboBox {
+    IdTextList List;
+    int ListIndex = -1;
+    bool Enabled = true;
+
+    std::string Text() const;
+    std::string Id() const;
+    // Chooses the item with this id; false when there is none.
+    bool select_id(std::string_view id);
+};
+
+// The asset group field: the chosen group's serial and the name shown.
+struct GroupField {
+    long Id = 0;  // IdFAGM; 0 when none is chosen
+    std::string Text;
+};
+
+class frmNewFATR : public frame::Screen {
+public:
+    // Opening fields (txtfieldsO), by index.
+    enum O : int {
+        O_PutDate, O_CostWdv, O_OpDepr, O_ResValue, O_LifeYrs, O_RateFACL,
+        O_WdvIT, O_RateIT, O_AddlDepRT, O_AddlDepOn, O_Count
+    };
+    // Addition fields (txtfieldsA).
+    enum A : int {
+        A_PutDate, A_AccDate, A_PurAmt, A_ExciseCr, A_CurrDiff, A_Subsidy, A_ResValue,
+        A_LifeYrs, A_RateFACL, A_RateIT, A_AddlDepRT, A_Count
+    };
+    // Sale/deduction fields (txtfieldsD).
+    enum D : int { D_SaleDate, D_SaleAmt, D_SaleExp, D_Count };
+    // optsWdvIT choices.
+    enum WdvITChoice : int { WdvIT_Other, WdvIT_NotExist, WdvIT_NilWdv };
+
+    frmNewFATR(frame::Component& component, Ui& ui);
+    std::string Caption() const override;
+
+    // ---- Loading and browsing (register_loading.cpp) ----
+    // Opens the open client and year of the base services: the old-chart marker,
+    // options, masters, the carry-forward offer, both grids. False when no client
+    // year is open or a read failed.
+    bool Form_Load();
+    // Reloads the grids from the tables (the group filter kept).
+    void LoadRegister();
+    void cboFAGM_Click(int index);
+    void cmdAddO_Click();
+    void cmdEditO_Click();
+    void cmdDelO_Click();
+    void cmdDelAllO_Click();
+    void cmdAddA_Click();
+    void cmdEditA_Click();
+    void cmdDelA_Click();
+    void cmdDelAllA_Click();
+    void cmdCancel_Click();
+    void cmdBack_Click();
+
+    // ---- Entry frame (entry_frame.cpp, entry_grids.cpp) ----
+    // Picks a group from vsFAGM by its serial and sets its defaults. False when the
+    // year has no such group.
+    bool SelectAssetGroup(long id);
+    void vsFAGM_Click(int row);
+    // A field's text changed: the live figures follow.
+    void txtfieldsO_Change(int index);
+    void txtfieldsA_Change(int index);
+    // Leave-field checks: the message, the focus stays when false.
+    bool txtfieldsO_Validate(int index);
+    bool txtfieldsA_Validate(int index);
+    bool txtfieldsD_Validate(int index);
+    void chkfieldsO_Click(int index);
+    void chkfieldsA_Click(int index);
+    void cboCalcCA_Click(int index);
+    void cboMODo_Click(int index);
+    void cboResValOfO_Click(int index);
+    void optsWdvIT_Click(int choice);
+    void cboMODa_Click(int index);
+    void cboRndAddRtAuto_Click(int index);
+    void chkAutoCalcDeprCL_Click();
+    void chkTotESA_Click();
+    void txtTotESA_Validate();
+
+    // Shift rows: add one; the check when the shift frame closes.
+    void AddShiftRow(std::string_view from, std::string_view to, int shift);
+    bool cmdShiftOK_Click();
+    // Adjustment rows: add one after its checks; edit the adjustment of a row in place.
+    bool AddESARow(std::string_view particulars, std::string_view wdv, std::string_view date,
+                   std::string_view amount, std::string_view excess, std::string_view adjust);
+    bool vsESA_ValidateEdit(int row, std::string_view adjust);
+
+    // ---- Update (update_checks.cpp, register_writes.cpp) ----
+    // The checks in their order, then the write, the reload and the end of the
+    // mode. False when a check stopped it (nothing written, the mode kept).
+    bool cmdUpdate_Click();
+
+    // ---- Screen-wide options, old chart, carry-forward (screen_options.cpp) ----
+    bool optMOD_Click(std::string_view method);            // "WDV" / "SLM"
+    bool optResValOf_Click(std::string_view basis);        // "COST" / "CA"
+    bool cboRndRemLife_Click(int index);
+    // The options that ask nothing (schedule as per books, roundings, additional
+    // depreciation, nil remaining life, Companies-Act set-up): written at once.
+    void SetOptions(const RegisterOptions& options);
+    void cboBADep_Click(int index);
+    void cmdOldDepChart_Click();
+    // Offers the previous year's closing figures as this year's opening entries.
+    void CarryForward();
+
+    // ---- What the calculation, chart and export read ----
+    const std::vector<store::OpeningRow>& OpeningEntries() const { return opening_; }
+    const std::vector<store::AdditionRow>& AdditionEntries() const { return addition_; }
+    const std::vector<store::AssetGroupRow>& AssetGroups() const { return groups_; }
+    const store::AssetGroupRow* FindGroup(long id) const;
+    const std::vector<store::ClBlockRow>& CompaniesActBlocks() const { return cl_blocks_; }
+    const std::vector<store::ItBlockRow>& IncomeTaxBlocks() const { return it_blocks_; }
+    const RegisterOptions& Options() const { return options_; }
+    store::RegisterStore& Store() { return *store_; }
+    int Year() const { return year_; }
+    const std::string& Code() const { return code_; }
+    bool OldChart() const { return old_chart_; }
+    const std::string& Mode() const { return Mode_; }
+    // The chosen group of the filter, none for "(All)".
+    std::optional<long> FilterGroup() const;
+
+    // ---- Controls ----
+    // Browse state.
+    Grid vsO;
+    Grid vsA;
+    int vsO_Row = -1;  // the selected row of each grid
+    int vsA_Row = -1;
+    ComboBox cboFAGM;
+    ComboBox cboBADep;  // "BADEP"
+    ComboBox cboRndRemLife;
+    std::string DepMode = "DEP_FA";  // "DEP_FA" / "DEP_IT"
+    std::string lblBooksBand;        // "As per Books" / "As per Companies Act"
+
+    // Entry frame, both sides.
+    bool famEditO_Visible = false;
+    bool famEditA_Visible = false;
+    GroupField txtAssetGroup;
+    Grid vsFAGM;
+    vTXT txtPart;
+    std::vector<vTXT> txtfieldsO;
+    std::vector<std::string> lblfieldsO;  // the captions the messages quote
+    std::vector<CheckBox> chkfieldsO;
+    ComboBox cboCalcCA;
+    vTXT txtCalcCA;
+    std::string lblCalcCA;
+    std::string lblRemLifeO;  // "Remaining Life As on 01/04/... out of Total Life: ... Years"
+    std::string txtRemLifeO;
+    ComboBox cboMODo;
+    ComboBox cboResValOfO;
+    std::string lblResValOfO;
+    int optsWdvIT = WdvIT_Other;
+    Grid vsESA;
+    CheckBox chkTotESA;
+    vTXT txtTotESA;
+    std::string lblBlockO;
+    std::string lblNESD;
+    std::string lblDaysDeprCL;
+
+    std::vector<vTXT> txtfieldsA;
+    std::vector<std::string> lblfieldsA;
+    std::vector<CheckBox> chkfieldsA;
+    std::string lblMiscAdjA;  // "Misc. Adjustments"
+    std::string lblNetAmtA;   // "Net Amount"
+    ComboBox cboMODa;
+    ComboBox cboRndAddRtAuto;
+    std::string lblBlockA;
+    std::string lblRemLifeA;
+
+    std::vector<vTXT> txtfieldsD;
+    std::vector<std::string> lblfieldsD;
+    Grid vsS;
+    std::string lblShiftDays;
+    CheckBox chkAutoCalcDeprCL;
+    vTXT txtAutoCalcDeprCL;
+
+    // Which field the last failed check sent the person back to (side 'O', 'A', 'D',
+    // 'P' particulars, 'G' group; index within the side).
+    char FocusSide = 0;
+    int FocusIndex = -1;
+
+private:
+    // register_loading.cpp
+    void set_up_grids();
+    void fill_group_picker();
+    void fill_filter();
+    void fill_grids();
+    void add_opening_row(const store::OpeningRow& o, int sn);
+    void add_addition_row(const store::AdditionRow& a, int sn);
+    long selected_serial(const Grid& grid, int row) const;
+    long selected_group(const Grid& grid, int row) const;
+    void delete_all(bool opening);
+
+    // entry_frame.cpp
+    void set_up_fields();
+    void clear_entry();
+    void show_opening(const store::OpeningRow& o);
+    void show_addition(const store::AdditionRow& a);
+    void apply_group_defaults();
+    void recalc_opening();
+    void recalc_addition();
+    void update_days();
+    void refresh_common_texts();
+    std::string year_caption(int year) const;
+    bool date_field_check(vTXT& field, const std::string& caption, char side);
+    bool number_field_check(vTXT& field, const char* mask);
+    double esa_total() const;
+    void focus(char side, int index) { FocusSide = side; FocusIndex = index; }
+
+    // update_checks.cpp
+    bool checks_pass();
+    bool check_numbers();
+    bool check_limits();
+    bool check_calc_ca();
+    bool check_residual();
+    void report_auto_rate();
+    bool check_addition_dates();
+    bool check_sale();
+
+    // register_writes.cpp
+    store::OpeningRow opening_row() const;
+    store::AdditionRow addition_row() const;
+    std::string shift_det() const;
+    std::string det_esa() const;
+    void write_entry();
+
+    // screen_options.cpp
+    bool ask_change(std::string_view caption);
+    void write_options();
+
+    bool is_opening_mode() const { return Mode_ == "ADDO" || Mode_ == "EDITO"; }
+    bool is_addition_mode() const { return Mode_ == "ADDA" || Mode_ == "EDITA"; }
+
+    frame::Component& comp_;
+    Ui& ui_;
+    std::unique_ptr<store::RegisterStore> store_;
+    int year_ = 0;
+    std::string code_;
+    bool old_chart_ = false;
+    std::string Mode_;
+    long edit_serial_ = 0;
+    RegisterOptions options_;
+    std::vector<store::OpeningRow> opening_;
+    std::vector<store::AdditionRow> addition_;
+    std::vector<store::AssetGroupRow> groups_;
+    std::vector<store::ClBlockRow> cl_blocks_;
+    std::vector<store::ItBlockRow> it_blocks_;
+    std::vector<store::BookBlockRow> book_blocks_;
+};
+
+}  // namespace brenlow::reg

@@ -1,0 +1,207 @@
+#pragma once
+// The asset register of one client and year: NewFATRo<year> (opening entries),
+// NewFATRa<year> (additions), the options row (NewFAMI), the manual depreciation
+// rows (NewFAMD), and the masters the register reads (NewFAGM, NewCLBM, NewITBM,
+// BlockGroup). Every statement of the register screen is here; the screen asks for
+// what it means ("the opening entries of this client and year").
+//
+// Texts are quoted through sql_text (TruncVarSQL: quotes doubled); numbers are
+// written as plain decimal text. New serials are the client's largest plus one,
+// taken under "LOCK TABLE ... Write", followed by "Flush Tables" and "UNLOCK TABLES".
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "store/database.h"
+
+namespace brenlow::store {
+
+// One row of NewFATRo<year>, columns in their stored order.
+struct OpeningRow {
+    std::string Code_No;
+    long SrNoFATR = 0;
+    long IdFAGM = 0;
+    std::string Part;
+    double CostWdv = 0;
+    double OpDepr = 0;
+    long YrCalcCA = 0;
+    double DepCalcCA = 0;
+    double ResValue = 0;
+    double LifeYrs = 0;
+    double RateFACL = 0;
+    double WdvIT = 0;
+    std::string DetESA;
+    double RateIT = 0;
+    double AddlDepRT = 0;
+    std::string SaleDate;
+    double SaleAmt = 0;
+    double SaleExp = 0;
+    std::string ShiftDet;
+    double DepFACL = 0;
+    std::string OthOpts;
+    std::string PutDate;
+    double AddlDepOn = 0;
+};
+
+// One row of NewFATRa<year>, columns in their stored order.
+struct AdditionRow {
+    std::string Code_No;
+    long SrNoFATR = 0;
+    long IdFAGM = 0;
+    std::string Part;
+    std::string PutDate;
+    std::string AccDate;
+    double PurAmt = 0;
+    double ExciseCr = 0;
+    double CurrDiff = 0;
+    double Subsidy = 0;
+    double ResValue = 0;
+    double LifeYrs = 0;
+    double RateFACL = 0;
+    double RateIT = 0;
+    double AddlDepRT = 0;
+    std::string SaleDate;
+    double SaleAmt = 0;
+    double SaleExp = 0;
+    std::string ShiftDet;
+    double DepFACL = 0;
+    std::string OthOpts;
+};
+
+// One NewFAGM row.
+struct AssetGroupRow {
+    long SrNoFAGM = 0;
+    long Yr = 0;
+    std::string Part;
+    std::string BlockIdIT;
+    double RateIT = 0;
+    double AddlRateIT = 0;
+    long BlockFA = 0;
+    double RateFA = 0;
+    std::string BlockIdCL;
+    double LifeYrs = 0;
+    double RateSLM = 0;
+    double RateWDV = 0;
+};
+
+// One NewCLBM row of the year (a Companies-Act classification).
+struct ClBlockRow {
+    std::string ID;
+    std::string Part;
+    std::string NESD;
+    double Yrs = 0;
+    double RateS = 0;
+    double RateW = 0;
+};
+
+// One NewITBM row of the year (an income-tax block).
+struct ItBlockRow {
+    std::string ID;
+    std::string Part;
+    double rate = 0;
+};
+
+// One BlockGroup row of type 1 (a block of the books).
+struct BookBlockRow {
+    long GrpId = 0;
+    std::string GrpDesc;
+};
+
+class RegisterStore {
+public:
+    RegisterStore(Database& db, std::string code, int year);
+
+    const std::string& code() const { return code_; }
+    int year() const { return year_; }
+    std::string opening_table() const;
+    std::string addition_table() const;
+
+    // Both register tables of the year exist.
+    bool tables_exist();
+    // Creates them when missing.
+    void ensure_tables();
+
+    // The options row (MiscInf) of this client and year; nullopt when there is none.
+    std::optional<std::string> options_row();
+    // Rewrites the options row whole: delete, flush, insert, flush; all or nothing.
+    void rewrite_options_row(std::string_view misc_inf);
+
+    // Masters of the year.
+    std::vector<AssetGroupRow> asset_groups();
+    std::vector<ClBlockRow> companies_act_blocks();  // ID NOT LIKE '%.%'
+    std::vector<ItBlockRow> income_tax_blocks();
+    std::vector<BookBlockRow> book_blocks();          // GrpType=1, GrpId<>0
+    // NESD of a classification of the year; "" when there is no such row.
+    std::string nesd_of(std::string_view block_id_cl);
+    // Rate of an income-tax block of the year; nullopt when there is no such row.
+    std::optional<double> income_tax_rate_of(std::string_view block_id_it);
+
+    // The old-chart marker row (IdFAGM=-1, SrNoFATR=-1) of this client.
+    bool has_old_chart_marker();
+    // Whether the client has asset-wise entries in either table (the marker aside).
+    bool has_entries();
+    // Deletes everything of the client and year (both tables, NewFAMI, NewFAMD) and
+    // writes the marker row; all or nothing.
+    void write_old_chart_marker();
+
+    // The client's entries of the year, by serial; the marker row is never one.
+    // A group narrows them to that group.
+    std::vector<OpeningRow> opening_entries(std::optional<long> group = std::nullopt);
+    std::vector<AdditionRow> addition_entries(std::optional<long> group = std::nullopt);
+    // Row by row, for large registers.
+    void for_each_opening(std::optional<long> group, const std::function<void(OpeningRow&&)>& fn);
+    void for_each_addition(std::optional<long> group, const std::function<void(AdditionRow&&)>& fn);
+    std::optional<OpeningRow> opening_entry(long group, long serial);
+    std::optional<AdditionRow> addition_entry(long group, long serial);
+
+    // Groups that have entries: those of the opening table first, then those only
+    // in the additions, each once.
+    std::vector<long> groups_with_entries();
+
+    // Inserts with the next serial of the client under the table lock; the row's
+    // Code_No and SrNoFATR are set here. Returns the serial.
+    long insert_opening(OpeningRow row);
+    long insert_addition(AdditionRow row);
+    // Rewrites every non-key column of the client's row with the row's serial.
+    void update_opening(const OpeningRow& row);
+    void update_addition(const AdditionRow& row);
+
+    void delete_opening(long serial);
+    void delete_addition(long serial);
+    // Every entry of the client, or only the group's.
+    void delete_all_openings(std::optional<long> group);
+    void delete_all_additions(std::optional<long> group);
+
+    // Manual depreciation of the groups (NewFAMD), rewritten whole.
+    std::vector<std::pair<long, double>> manual_depreciation();
+    void rewrite_manual_depreciation(const std::vector<std::pair<long, double>>& rows);
+
+    // Asset groups across years, for the carry-forward: the group of `year_` that
+    // matches the given one on Part, blocks, rates and life, created under
+    // "LOCK TABLE NewFAGM Write" when missing. Returns its SrNoFAGM.
+    long find_or_create_group(const AssetGroupRow& like);
+    // The groups of another year (the previous one, for the carry-forward).
+    std::vector<AssetGroupRow> asset_groups_of(int year);
+
+private:
+    std::string where_client(std::optional<long> group) const;
+
+    Database& db_;
+    std::string code_;
+    int year_;
+};
+
+// The writer's value forms, shared with the tests: 'text' with quotes doubled,
+// numbers as plain decimal text.
+std::string quoted(std::string_view text);
+
+// Packed sub-lists inside a text column: rows joined by "|", fields by `field_sep`
+// ("," for ShiftDet, the broken bar for DetESA). A trailing row separator, or none,
+// reads the same; empty rows are skipped.
+std::vector<std::vector<std::string>> unpack_rows(std::string_view packed, std::string_view field_sep);
+std::string pack_rows(const std::vector<std::vector<std::string>>& rows, std::string_view field_sep);
+
+}  // namespace brenlow::store
