@@ -68,6 +68,8 @@ void explain_block(ItBlockResult& b, double addl_raw_carry_out) {
 
 void finish_block(ItBlockResult& b, BlockWork& w, int year, WarningLog& log, bool explain) {
     const double wdv_after = b.opening_wdv - b.adj_earlier;
+    // Kept as brought, also where the block ends nil and nothing of it is charged.
+    b.DeprHalfOnOP = whole_rupees(w.carried_raw);
 
     // Professional practice: deductions are set first against the full-rate part (opening
     // WDV plus full-rate additions); only the excess reduces the half-rate additions, and
@@ -137,12 +139,12 @@ void finish_block(ItBlockResult& b, BlockWork& w, int year, WarningLog& log, boo
     }
     b.addl_full = whole_rupees(addl_full_raw);
     b.addl_half = whole_rupees(addl_half_raw);
-    // The other half of the half-rate additional depreciation belongs to the next year.
-    b.carried_half_out = b.addl_half;
+    // The other half of the half-rate additional depreciation belongs to the next year;
+    // the carry-forward begins with the additions of the year closing in 2015.
+    if (year >= 2015) b.carried_half_out = b.addl_half;
 
     // The remaining half brought from last year. The carry-forward exists from the year
     // closing in 2016; in that very year it is left as an input only.
-    b.DeprHalfOnOP = whole_rupees(w.carried_raw);
     double carried_raw = 0;
     if (year == 2016 && b.DeprHalfOnOP > 0) {
         log.raise(WarningKind::CarriedHalfNotCalculated,
@@ -242,7 +244,7 @@ ItRunResult calculate_income_tax(const ItRunInput& input) {
                                             [&](const AddlLine& a) { return a.rate == e.addl_rate; });
                 if (line_of == w.addl.end()) line_of = w.addl.insert(w.addl.end(), AddlLine{e.addl_rate, 0, 0});
                 (row.part == BlockPart::FullRate ? line_of->full_base : line_of->half_base) += e.wdv_cost;
-                if (row.part == BlockPart::HalfRate) row.AddlDepOnNext = e.wdv_cost;
+                if (row.part == BlockPart::HalfRate && input.year >= 2015) row.AddlDepOnNext = e.wdv_cost;
             }
         }
         b.adj_earlier += e.adj_earlier;

@@ -165,6 +165,8 @@ TEST(IncomeTaxBlock, LeavesTheCarriedHalfAsInputOnlyIn2016AndWarnsOnce) {
     furniture.addl_rate = 20;
     const auto r = calculate_income_tax(run_of(2016, {machine, furniture}));
     ASSERT_EQ(r.blocks.size(), 2u);
+    EXPECT_EQ(r.blocks[1].DeprHalfOnOP, 5000);  // 50,000 x 10%
+    EXPECT_EQ(r.rows[1].DeprHalfOnOP, 5000);
     for (const auto& b : r.blocks) {
         EXPECT_GT(b.DeprHalfOnOP, 0);
         EXPECT_EQ(b.ADeprOpH, 0);
@@ -176,6 +178,15 @@ TEST(IncomeTaxBlock, LeavesTheCarriedHalfAsInputOnlyIn2016AndWarnsOnce) {
               "Additional Depreciation (Remaining Half from Addition in Previous F.Y. used for less than 180 days) "
               "will not be calculated ! Only available for Input as Clarification is required from ITD for the "
               "applicability for A.Y. 2016-17 !");
+}
+
+TEST(IncomeTaxBlock, CarriesNoHalfForwardBeforeTheYearClosingIn2015) {
+    // F.Y. 2013-14: half of 20% on 50,000 = 5,000 is charged, the rest is lost.
+    const auto r = calculate_income_tax(run_of(2014, {addition("3", 50000, "01/11/2013", 20)}));
+    const auto& b = only_block(r);
+    EXPECT_EQ(b.addl_half, 5000);
+    EXPECT_EQ(b.carried_half_out, 0);
+    EXPECT_EQ(r.rows[0].AddlDepOnNext, 0);
 }
 
 TEST(IncomeTaxBlock, GivesNoAdditionalDepreciationOnAnAdditionSoldInTheYear) {
