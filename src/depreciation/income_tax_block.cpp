@@ -137,14 +137,19 @@ void finish_block(ItBlockResult& b, BlockWork& w, int year, WarningLog& log, boo
             b.addl_rate = a.rate;
         }
     }
+    // Never more than normal depreciation leaves of each part (a 100% block with 20%
+    // additional would otherwise write the block below nil).
+    addl_full_raw = std::min(addl_full_raw, std::max(0.0, full - b.depr_full));
+    addl_half_raw = std::min(addl_half_raw, std::max(0.0, half - b.depr_half));
     b.addl_full = whole_rupees(addl_full_raw);
     b.addl_half = whole_rupees(addl_half_raw);
     // The other half of the half-rate additional depreciation belongs to the next year;
     // the carry-forward begins with the additions of the year closing in 2015.
     if (year >= 2015) b.carried_half_out = b.addl_half;
 
-    // The remaining half brought from last year. The carry-forward exists from the year
-    // closing in 2016; in that very year it is left as an input only.
+    // The remaining half brought from last year is charged from the year closing in 2017.
+    // The year closing in 2016 is the first that could receive one; there it is left as an
+    // input only. Earlier years have none to receive.
     double carried_raw = 0;
     if (year == 2016 && b.DeprHalfOnOP > 0) {
         log.raise(WarningKind::CarriedHalfNotCalculated,
@@ -162,6 +167,8 @@ void finish_block(ItBlockResult& b, BlockWork& w, int year, WarningLog& log, boo
 
     b.TotDepr = b.depr_full + b.depr_half + b.addl_full + b.addl_half + b.ADeprOpH;
     const double raw_total = depr_full_raw + depr_half_raw + addl_full_raw + addl_half_raw + carried_raw;
+    // The rounding adjustments stay whole on the block's line: the block, not the asset,
+    // is what is depreciated, so they are not spread over its entries.
     b.DeprN_RND_Adj = (b.depr_full + b.depr_half) - (depr_full_raw + depr_half_raw);
     b.DeprA_RND_Adj = (b.addl_full + b.addl_half + b.ADeprOpH) - (addl_full_raw + addl_half_raw + carried_raw);
     b.ClWDV_NoRND = full + half + apart - raw_total;

@@ -189,6 +189,17 @@ TEST(IncomeTaxBlock, CarriesNoHalfForwardBeforeTheYearClosingIn2015) {
     EXPECT_EQ(r.rows[0].AddlDepOnNext, 0);
 }
 
+TEST(IncomeTaxBlock, NeverWritesABlockBelowNilWithAdditionalDepreciation) {
+    // A 100% block: 10,000 normal leaves nothing for the 20% additional.
+    ItRunInput in = run_of(2017, {addition("P", 10000, "01/05/2016", 20)});
+    in.blocks.push_back({"P", "MACHINERY AND PLANT", 100});
+    const auto r = calculate_income_tax(in);
+    const auto& b = only_block(r);
+    EXPECT_EQ(b.depr_full, 10000);
+    EXPECT_EQ(b.addl_full, 0);
+    EXPECT_EQ(b.RndWdv, 0);
+}
+
 TEST(IncomeTaxBlock, GivesNoAdditionalDepreciationOnAnAdditionSoldInTheYear) {
     const auto r = calculate_income_tax(
         run_of(2018, {opening("3", 100000), sold(addition("3", 50000, "01/05/2017", 20), 10000, "01/02/2018")}));
