@@ -24,9 +24,15 @@ struct Lcg {
 };
 
 const std::vector<ItBlockMaster> kBlocks = {
-    {"1", "LAND", 0},         {"2", "BUILDING", 5},           {"3", "BUILDING", 10},
-    {"4", "BUILDING", 40},    {"5", "FURNITURE AND FITTINGS", 10}, {"6", "MACHINERY AND PLANT", 15},
-    {"7", "MACHINERY AND PLANT", 30}, {"8", "MACHINERY AND PLANT", 40}, {"9", "INTANGIBLE ASSETS", 25},
+    {"1", "LAND", 0},
+    {"2", "BUILDING", 5},
+    {"3", "BUILDING", 10},
+    {"4", "BUILDING", 40},
+    {"5", "FURNITURE AND FITTINGS", 10},
+    {"6", "MACHINERY AND PLANT", 15},
+    {"7", "MACHINERY AND PLANT", 30},
+    {"8", "MACHINERY AND PLANT", 40},
+    {"9", "INTANGIBLE ASSETS", 25},
     {"10", "SHIPS", 20},
 };
 // Most registers are plant and furniture; land and ships are rare.
@@ -64,7 +70,8 @@ ItRunInput income_tax_register(int n, bool explain) {
         e.wdv_cost = 1000 + rng.below(500000);
         if (e.kind == EntryKind::Addition) {
             e.put_date = date_in_year(rng, in.year);
-            if (kBlocks[static_cast<std::size_t>(b)].name == "MACHINERY AND PLANT" && rng.below(2) == 0) e.addl_rate = 20;
+            if (kBlocks[static_cast<std::size_t>(b)].name == "MACHINERY AND PLANT" && rng.below(2) == 0)
+                e.addl_rate = 20;
         }
         if (rng.below(20) == 0) {
             e.sale_date = date_in_year(rng, in.year);
@@ -139,8 +146,12 @@ void BM_CompaniesActPerAsset(benchmark::State& state) {
 }  // namespace
 
 // Second argument: 1 builds the explanation texts (DeprCalcDet / DeprDet), 0 leaves them out.
-BENCHMARK(BM_IncomeTaxByBlock)->ArgsProduct({{10000, 100000, 1000000}, {0, 1}})->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_IncomeTaxByBlock)
+    ->ArgsProduct({{10000, 100000, 1000000}, {0, 1}})
+    ->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_IncomeTaxChart)->Args({1000000, 0})->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_CompaniesActPerAsset)->ArgsProduct({{10000, 100000, 1000000}, {0, 1}})->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_CompaniesActPerAsset)
+    ->ArgsProduct({{10000, 100000, 1000000}, {0, 1}})
+    ->Unit(benchmark::kMillisecond);
 
 BENCHMARK_MAIN();

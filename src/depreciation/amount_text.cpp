@@ -29,9 +29,13 @@ std::string group_indian(const std::string& plain) {
 
 }  // namespace
 
-std::string rupees(double amount) { return group_indian(format_mask(amount, "###0")); }
+std::string rupees(double amount) {
+    return group_indian(format_mask(amount, "###0"));
+}
 
-std::string rupees_paise(double amount) { return group_indian(format_mask(amount, "###0.00")); }
+std::string rupees_paise(double amount) {
+    return group_indian(format_mask(amount, "###0.00"));
+}
 
 std::string rate_text(double rate) {
     std::string text = format_mask(rate, "###0.0000");

@@ -23,16 +23,16 @@ enum class RemLifeNilTo { ProfitAndLoss, RetainedEarnings };  // cboDepAdjRemLif
 
 struct CaEntry {
     EntryKind kind = EntryKind::Opening;
-    int sr_no = 0;             // SrNoFATR
-    int group_id = 0;          // IdFAGM
-    std::string particulars;   // Part
+    int sr_no = 0;            // SrNoFATR
+    int group_id = 0;         // IdFAGM
+    std::string particulars;  // Part
     AssetClass asset_class = AssetClass::Tangible;
-    CaMethod method = CaMethod::WDV;          // "WDV" / "SLM"; None for "NO DEPRECIATION"
+    CaMethod method = CaMethod::WDV;            // "WDV" / "SLM"; None for "NO DEPRECIATION"
     ResidualBasis basis = ResidualBasis::Cost;  // entry's own choice, else the common option
-    std::string put_date;      // PutDate, dd/mm/yyyy
-    double cost = 0;           // opening: CostWdv; addition: net amount
-    double op_dep = 0;         // OpDepr: depreciation up to the start of the year
-    double dep_calc_ca = 0;    // DepCalcCA: depreciation taken off cost for the carrying-amount basis
+    std::string put_date;                       // PutDate, dd/mm/yyyy
+    double cost = 0;                            // opening: CostWdv; addition: net amount
+    double op_dep = 0;                          // OpDepr: depreciation up to the start of the year
+    double dep_calc_ca = 0;        // DepCalcCA: depreciation taken off cost for the carrying-amount basis
     bool residual_default = true;  // "Default (5%)"
     double residual = 0;           // ResValue when typed in
     double life_yrs = 0;           // LifeYrs (useful life)
@@ -42,50 +42,50 @@ struct CaEntry {
     double manual_depr = 0;        // DepFACL
     std::string sale_date;         // SaleDate
     double sale_amt = 0, sale_exp = 0;
-    std::string shift_det;         // ShiftDet: "from,to,shift|..."
-    bool nesd = false;             // the group's block has NESD = "Y"
+    std::string shift_det;  // ShiftDet: "from,to,shift|..."
+    bool nesd = false;      // the group's block has NESD = "Y"
 };
 
 struct CaRunInput {
-    int year = 0;                  // closing calendar year of the financial year
+    int year = 0;  // closing calendar year of the financial year
     std::vector<CaEntry> entries;
-    int rem_life_mode = 2;         // GETREMLIFEYRS mode (cboRndRemLife)
+    int rem_life_mode = 2;  // GETREMLIFEYRS mode (cboRndRemLife)
     int rem_life_decimals = 0;
     RemLifeNilTo nil_life_to = RemLifeNilTo::ProfitAndLoss;
     bool round_to_rupees = false;  // optRndFA: whole rupees instead of paise
     bool interactive = false;
-    bool explain = true;           // build DeprDet texts
+    bool explain = true;  // build DeprDet texts
 };
 
 struct CaAssetResult {
-    double opening = 0;          // carrying amount at the start of the year (cost - OpDepr)
+    double opening = 0;  // carrying amount at the start of the year (cost - OpDepr)
     double addition = 0;
-    double base = 0;             // cost, or carrying amount on that basis
+    double base = 0;  // cost, or carrying amount on that basis
     double residual = 0;
-    double life = 0;             // life used for the rate: remaining life of an older asset
+    double life = 0;  // life used for the rate: remaining life of an older asset
     double remaining_life = 0;
     double rate = 0;
-    std::string rate_text;       // the auto-calculated rate as text, empty when typed
+    std::string rate_text;  // the auto-calculated rate as text, empty when typed
     int days = 0;
-    std::string days_text;       // "Calculated for 365 Days"
-    double depreciation = 0;     // for the year, extra shift included
+    std::string days_text;    // "Calculated for 365 Days"
+    double depreciation = 0;  // for the year, extra shift included
     double extra_shift = 0;
-    double dep_on_deduction = 0; // "Depreciation of Deduction"
-    double deduction = 0;        // carrying amount taken out on sale
-    double closing = 0;          // WDV / carrying amount at the year end
-    double profit_loss = 0;      // on sale: sale - expenses - carrying amount at sale
-    double adj_pl = 0;           // DepAdjRemLife0_PL
-    double adj_rs = 0;           // DepAdjRemLife0_RS
-    bool manual = false;         // "Manual"
+    double dep_on_deduction = 0;  // "Depreciation of Deduction"
+    double deduction = 0;         // carrying amount taken out on sale
+    double closing = 0;           // WDV / carrying amount at the year end
+    double profit_loss = 0;       // on sale: sale - expenses - carrying amount at sale
+    double adj_pl = 0;            // DepAdjRemLife0_PL
+    double adj_rs = 0;            // DepAdjRemLife0_RS
+    bool manual = false;          // "Manual"
     std::string DeprDet;
 };
 
 struct CaTotals {
-    double closing = 0;          // ClBal
-    double depreciation = 0;     // DepFY
-    double profit_loss = 0;      // ProfitLoss
-    double adj_pl = 0;           // DepAdjRemLife0_PL
-    double adj_rs = 0;           // DepAdjRemLife0_RS
+    double closing = 0;       // ClBal
+    double depreciation = 0;  // DepFY
+    double profit_loss = 0;   // ProfitLoss
+    double adj_pl = 0;        // DepAdjRemLife0_PL
+    double adj_rs = 0;        // DepAdjRemLife0_RS
 };
 
 struct CaRunResult {

@@ -16,13 +16,17 @@ void explain(CaAssetResult& r, const CaEntry& e, int year_length, const char* no
         r.DeprDet = note;
     } else {
         const bool wdv = e.method == CaMethod::WDV;
-        r.DeprDet = std::string(wdv ? "WDV " : "SLM ") + rupees_paise(wdv ? r.opening + r.addition : r.base) + " x " +
-                    rate_text(r.rate) + "% x " + std::to_string(r.days) + "/" + std::to_string(year_length) +
-                    " days = " + rupees_paise(r.depreciation - r.extra_shift);
+        r.DeprDet = std::string(wdv ? "WDV " : "SLM ") + rupees_paise(wdv ? r.opening + r.addition : r.base) +
+                    " x " + rate_text(r.rate) + "% x " + std::to_string(r.days) + "/" +
+                    std::to_string(year_length) + " days = " + rupees_paise(r.depreciation - r.extra_shift);
         if (r.extra_shift != 0) r.DeprDet += "; extra shift " + rupees_paise(r.extra_shift);
     }
-    if (r.adj_pl != 0) r.DeprDet += "; remaining life nil: " + rupees_paise(r.adj_pl) + " above residual value to profit and loss";
-    if (r.adj_rs != 0) r.DeprDet += "; remaining life nil: " + rupees_paise(r.adj_rs) + " above residual value to retained earnings";
+    if (r.adj_pl != 0)
+        r.DeprDet +=
+            "; remaining life nil: " + rupees_paise(r.adj_pl) + " above residual value to profit and loss";
+    if (r.adj_rs != 0)
+        r.DeprDet +=
+            "; remaining life nil: " + rupees_paise(r.adj_rs) + " above residual value to retained earnings";
     if (r.deduction != 0 || r.dep_on_deduction != 0)
         r.DeprDet += "; sold " + e.sale_date + ": profit/(loss) " + rupees_paise(r.profit_loss);
 }
@@ -31,8 +35,8 @@ void explain(CaAssetResult& r, const CaEntry& e, int year_length, const char* no
 
 std::string remaining_life_text(int closing_year, double life) {
     // The remaining life itself stands in its own field beside this caption.
-    return "Remaining Life As on 01/04/" + std::to_string(closing_year - 1) + " out of Total Life: " +
-           plain_number(life) + " Years";
+    return "Remaining Life As on 01/04/" + std::to_string(closing_year - 1) +
+           " out of Total Life: " + plain_number(life) + " Years";
 }
 
 CaAssetResult calculate_asset(const CaEntry& e, const CaRunInput& opt, WarningLog& log) {
@@ -52,8 +56,9 @@ CaAssetResult calculate_asset(const CaEntry& e, const CaRunInput& opt, WarningLo
 
     // An asset that existed before the year is written off over what is left of its life.
     const bool older = e.kind == EntryKind::Opening && put && *put < fy_first;
-    r.remaining_life = older ? remaining_life_years(*put, opt.year - 1, opt.rem_life_mode, opt.rem_life_decimals, e.life_yrs)
-                             : e.life_yrs;
+    r.remaining_life =
+        older ? remaining_life_years(*put, opt.year - 1, opt.rem_life_mode, opt.rem_life_decimals, e.life_yrs)
+              : e.life_yrs;
     r.life = r.remaining_life;
     r.rate = e.rate;
     if (e.rate_auto) {
@@ -64,14 +69,17 @@ CaAssetResult calculate_asset(const CaEntry& e, const CaRunInput& opt, WarningLo
     }
 
     // An opening entry without its date of put to use is taken as held all year.
-    const std::optional<Date> first_use = e.kind == EntryKind::Opening ? std::optional<Date>(put ? *put : fy_first) : put;
+    const std::optional<Date> first_use =
+        e.kind == EntryKind::Opening ? std::optional<Date>(put ? *put : fy_first) : put;
     r.days = depreciation_days(opt.year, first_use, sale);
     r.days_text = days_text(r.days);
 
     const double carrying = r.opening + r.addition;
     // Books figures go to paise, halves to even as the register's Round does, or to whole
     // rupees, halves away from zero, when the client rounds the books.
-    const auto round_money = [&opt](double x) { return opt.round_to_rupees ? mask_value(x, "###0") : vb_round(x, 2); };
+    const auto round_money = [&opt](double x) {
+        return opt.round_to_rupees ? mask_value(x, "###0") : vb_round(x, 2);
+    };
     const double room = std::max(0.0, carrying - r.residual);
     const char* note = nullptr;
     if (e.asset_class == AssetClass::NonDepreciable || e.method == CaMethod::None) {

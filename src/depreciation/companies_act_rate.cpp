@@ -8,9 +8,12 @@
 
 namespace brenlow::depreciation {
 
-double residual_value(double base) { return 0.05 * base; }
+double residual_value(double base) {
+    return 0.05 * base;
+}
 
-std::optional<AutoRate> auto_rate(double base, double residual, double life, CaMethod method, ResidualBasis basis) {
+std::optional<AutoRate> auto_rate(double base, double residual, double life, CaMethod method,
+                                  ResidualBasis basis) {
     if (base == 0 || !(life > 0) || !(residual < base)) return std::nullopt;
     double rate = 0;
     if (method == CaMethod::WDV) {
@@ -30,7 +33,8 @@ std::optional<AutoRate> auto_rate(double base, double residual, double life, CaM
     return out;
 }
 
-int depreciation_days(int closing_year, const std::optional<Date>& put_to_use, const std::optional<Date>& sale) {
+int depreciation_days(int closing_year, const std::optional<Date>& put_to_use,
+                      const std::optional<Date>& sale) {
     if (!put_to_use) return 0;
     const Date first = std::max(*put_to_use, fy_first_day(closing_year));
     Date last = fy_last_day(closing_year);
@@ -71,7 +75,8 @@ ShiftDays shift_days(std::string_view shift_det, const Date& first, const Date& 
 }
 
 std::optional<std::string> extra_shift_refusal(bool nesd, const ShiftDays& shifts) {
-    if (nesd && shifts.any_extra) return std::string("'No Extra Shift Depreciation' is permitted for selected 'Asset Group' !");
+    if (nesd && shifts.any_extra)
+        return std::string("'No Extra Shift Depreciation' is permitted for selected 'Asset Group' !");
     return std::nullopt;
 }
 

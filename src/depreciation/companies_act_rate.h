@@ -25,13 +25,15 @@ struct AutoRate {
 // Computed only when the base is not nil, the life is above nil, the residual value is
 // below the base, and the residual value is above nil for WDV (at least nil for SLM);
 // otherwise no rate, and the entry keeps the rate typed in.
-std::optional<AutoRate> auto_rate(double base, double residual, double life, CaMethod method, ResidualBasis basis);
+std::optional<AutoRate> auto_rate(double base, double residual, double life, CaMethod method,
+                                  ResidualBasis basis);
 
 // Days of the year for which depreciation is charged, both ends counted: from the later
 // of 01/04 and the date of put to use, to the day before the sale, or to 31/03 when the
 // asset is still held. The day of sale belongs to the buyer. Nil for an addition without
 // a date of put to use, or one sold on the day it was put to use.
-int depreciation_days(int closing_year, const std::optional<Date>& put_to_use, const std::optional<Date>& sale);
+int depreciation_days(int closing_year, const std::optional<Date>& put_to_use,
+                      const std::optional<Date>& sale);
 
 // "Calculated for 1 Day", "Calculated for 365 Days".
 std::string days_text(int days);

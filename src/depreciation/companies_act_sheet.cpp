@@ -5,13 +5,18 @@
 namespace brenlow::depreciation {
 namespace {
 
-std::string money(double x) { return format_mask(x, "#,##0.00"); }
+std::string money(double x) {
+    return format_mask(x, "#,##0.00");
+}
 
 const char* method_name(CaMethod m) {
     switch (m) {
-        case CaMethod::WDV: return "WRITTEN DOWN VALUE";
-        case CaMethod::SLM: return "STRAIGHT LINE METHOD";
-        case CaMethod::None: break;
+        case CaMethod::WDV:
+            return "WRITTEN DOWN VALUE";
+        case CaMethod::SLM:
+            return "STRAIGHT LINE METHOD";
+        case CaMethod::None:
+            break;
     }
     return "NO DEPRECIATION";
 }
@@ -39,7 +44,8 @@ std::vector<CaSheetRow> companies_act_sheet(const CaRunInput& in, const CaRunRes
     static constexpr Group kGroups[] = {{AssetClass::Tangible, "Tangible Assets"},
                                         {AssetClass::Intangible, "Intangible Assets"},
                                         {AssetClass::NonDepreciable, "Non-Depreciable Assets"}};
-    double cost = 0, opening = 0, addition = 0, deduction = 0, op_dep = 0, depr = 0, residual = 0, closing = 0;
+    double cost = 0, opening = 0, addition = 0, deduction = 0, op_dep = 0, depr = 0, residual = 0,
+           closing = 0;
     for (const Group& g : kGroups) {
         bool headed = false;
         for (std::size_t i = 0; i < in.entries.size(); ++i) {
@@ -59,9 +65,11 @@ std::vector<CaSheetRow> companies_act_sheet(const CaRunInput& in, const CaRunRes
             rows.push_back({CaSheetRowKind::Figures,
                             {e.particulars, e.put_date, money(e.cost), money(r.opening), money(r.addition),
                              money(r.deduction), money(dep_to_date), money(r.depreciation), money(r.residual),
-                             plain_number(r.remaining_life) + " / " + plain_number(e.life_yrs), money(r.closing), rate}});
+                             plain_number(r.remaining_life) + " / " + plain_number(e.life_yrs),
+                             money(r.closing), rate}});
             if (r.dep_on_deduction != 0)
-                rows.push_back({CaSheetRowKind::Deduction, {"Depreciation of Deduction", money(r.dep_on_deduction)}});
+                rows.push_back(
+                    {CaSheetRowKind::Deduction, {"Depreciation of Deduction", money(r.dep_on_deduction)}});
             cost += e.cost;
             opening += r.opening;
             addition += r.addition;
@@ -73,8 +81,8 @@ std::vector<CaSheetRow> companies_act_sheet(const CaRunInput& in, const CaRunRes
         }
     }
     rows.push_back({CaSheetRowKind::GrandTotal,
-                    {"Grand Total", "", money(cost), money(opening), money(addition), money(deduction), money(op_dep),
-                     money(depr), money(residual), "", money(closing), ""}});
+                    {"Grand Total", "", money(cost), money(opening), money(addition), money(deduction),
+                     money(op_dep), money(depr), money(residual), "", money(closing), ""}});
     return rows;
 }
 

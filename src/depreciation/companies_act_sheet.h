@@ -11,7 +11,17 @@
 
 namespace brenlow::depreciation {
 
-enum class CaSheetRowKind { Title, Heading, ColumnHeadings, Group, EntryHeading, Figures, Deduction, GrandTotal, Empty };
+enum class CaSheetRowKind {
+    Title,
+    Heading,
+    ColumnHeadings,
+    Group,
+    EntryHeading,
+    Figures,
+    Deduction,
+    GrandTotal,
+    Empty
+};
 
 struct CaSheetRow {
     CaSheetRowKind kind;

@@ -26,7 +26,9 @@ void two_digits(std::string& out, int value) {
 
 }  // namespace
 
-bool is_leap_year(int year) { return (year % 4 == 0 && year % 100 != 0) || year % 400 == 0; }
+bool is_leap_year(int year) {
+    return (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
+}
 
 int days_in_month(int year, int month) {
     static constexpr int kDays[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
@@ -101,10 +103,18 @@ std::string Date::short_text() const {
     return out;
 }
 
-long days_between(const Date& from, const Date& to) { return to.serial() - from.serial(); }
+long days_between(const Date& from, const Date& to) {
+    return to.serial() - from.serial();
+}
 
-Date fy_first_day(int closing_year) { return Date{closing_year - 1, 4, 1}; }
-Date fy_last_day(int closing_year) { return Date{closing_year, 3, 31}; }
-int fy_length_days(int closing_year) { return is_leap_year(closing_year) ? 366 : 365; }
+Date fy_first_day(int closing_year) {
+    return Date{closing_year - 1, 4, 1};
+}
+Date fy_last_day(int closing_year) {
+    return Date{closing_year, 3, 31};
+}
+int fy_length_days(int closing_year) {
+    return is_leap_year(closing_year) ? 366 : 365;
+}
 
 }  // namespace brenlow::depreciation

@@ -11,8 +11,12 @@ Date half_rate_line(int first_calendar_year) {
     return Date{first_calendar_year + 1, 3, 31}.plus_days(-178);
 }
 
-std::string full_rate_heading(const Date& line) { return "(Before " + line.short_text() + ")"; }
+std::string full_rate_heading(const Date& line) {
+    return "(Before " + line.short_text() + ")";
+}
 
-std::string half_rate_heading(const Date& line) { return "(On or After " + line.short_text() + ")"; }
+std::string half_rate_heading(const Date& line) {
+    return "(On or After " + line.short_text() + ")";
+}
 
 }  // namespace brenlow::depreciation

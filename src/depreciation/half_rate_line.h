@@ -13,7 +13,9 @@ namespace brenlow::depreciation {
 Date half_rate_line(int first_calendar_year);
 
 // An addition put to use on the line itself is already a half-rate addition.
-inline bool is_half_rate_addition(const Date& put_to_use, const Date& line) { return put_to_use >= line; }
+inline bool is_half_rate_addition(const Date& put_to_use, const Date& line) {
+    return put_to_use >= line;
+}
 
 // Column headings of the income-tax chart and sheet, built around the line.
 std::string full_rate_heading(const Date& line);  // "(Before dd/mm/yy)"

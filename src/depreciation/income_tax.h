@@ -24,17 +24,18 @@ enum class EntryKind { Opening, Addition };
 
 struct ItEntry {
     EntryKind kind = EntryKind::Opening;
-    int sr_no = 0;             // SrNoFATR
-    int group_id = 0;          // IdFAGM
-    std::string particulars;   // Part
-    std::string block_id;      // BlockIdIT of the asset group; "-1": not considered
-    double wdv_cost = 0;       // opening: WdvIT; addition: net amount (PurAmt - ExciseCr + CurrDiff - Subsidy)
-    double addl_rate = 0;      // AddlDepRT
-    std::string put_date;      // PutDate, dd/mm/yyyy; an addition without it earns nothing this year
-    std::string sale_date;     // SaleDate, dd/mm/yyyy
-    double sale_amt = 0;       // SaleAmt: moneys payable, deducted from the block
-    double sale_exp = 0;       // SaleExp: expenses on transfer
-    double addl_dep_on = 0;    // AddlDepOn (opening): cost whose remaining half of additional depreciation is claimed
+    int sr_no = 0;            // SrNoFATR
+    int group_id = 0;         // IdFAGM
+    std::string particulars;  // Part
+    std::string block_id;     // BlockIdIT of the asset group; "-1": not considered
+    double wdv_cost = 0;      // opening: WdvIT; addition: net amount (PurAmt - ExciseCr + CurrDiff - Subsidy)
+    double addl_rate = 0;     // AddlDepRT
+    std::string put_date;     // PutDate, dd/mm/yyyy; an addition without it earns nothing this year
+    std::string sale_date;    // SaleDate, dd/mm/yyyy
+    double sale_amt = 0;      // SaleAmt: moneys payable, deducted from the block
+    double sale_exp = 0;      // SaleExp: expenses on transfer
+    double addl_dep_on =
+        0;  // AddlDepOn (opening): cost whose remaining half of additional depreciation is claimed
     double adj_earlier = 0;    // total "Amount To be Adjusted" of the DetESA rows
     double adj_current = 0;    // adjustment of other assets of the current year
     bool asset_exists = true;  // false for optsWdvIT "N" ("Asset does not Exist")
@@ -56,13 +57,13 @@ struct ItRunInput {
 
 // Where an entry sits in its block.
 enum class BlockPart {
-    Opening,         // opening WDV
-    FullRate,        // addition put to use before the half-rate line (Addition1)
-    HalfRate,        // addition put to use on or after the line (Addition2)
-    NotPutToUse,     // addition without a date of put to use (Addition3)
+    Opening,      // opening WDV
+    FullRate,     // addition put to use before the half-rate line (Addition1)
+    HalfRate,     // addition put to use on or after the line (Addition2)
+    NotPutToUse,  // addition without a date of put to use (Addition3)
 };
 
-struct ItWorkingRow {  // one row of the working grid per entry
+struct ItWorkingRow {       // one row of the working grid per entry
     std::size_t entry = 0;  // index into ItRunInput::entries
     std::size_t block = 0;  // index into ItRunResult::blocks
     int Type_0123 = 0;      // 0 opening asset, 1 addition
@@ -70,8 +71,8 @@ struct ItWorkingRow {  // one row of the working grid per entry
     double WdvCost = 0;
     double SaleAmt = 0;
     double SaleExp = 0;
-    double DedAmt = 0;   // amount deducted from the block
-    double BalAmt = 0;   // WdvCost - DedAmt
+    double DedAmt = 0;  // amount deducted from the block
+    double BalAmt = 0;  // WdvCost - DedAmt
     double AddlRt = 0;
     double OthAdjAmtOP = 0;
     double OthAdjAmt = 0;
@@ -85,11 +86,12 @@ struct ItBlockResult {
     std::string block_name;
     double rate = 0;
     int entries = 0;
-    double opening_wdv = 0;       // "Opening WDV"
-    double adj_earlier = 0;       // OthAdjAmtOP of the block
+    double opening_wdv = 0;                              // "Opening WDV"
+    double adj_earlier = 0;                              // OthAdjAmtOP of the block
     double addition1 = 0, deduction1 = 0, balance1 = 0;  // full-rate part, opening WDV included in balance1
     double addition2 = 0, deduction2 = 0, balance2 = 0;  // half-rate part
-    double addition3 = 0, deduction3 = 0, balance3 = 0;  // kept apart: not yet put to use, and any excess deduction
+    double addition3 = 0, deduction3 = 0,
+           balance3 = 0;          // kept apart: not yet put to use, and any excess deduction
     double adj_current = 0;       // OthAdjAmt of the block
     double full_on_bal1 = 0;      // "FullOnBal1": charged at the full rate
     double full_on_bal2 = 0;      // "FullOnBal2": charged at half the rate
@@ -102,20 +104,20 @@ struct ItBlockResult {
     double addl_half = 0;         // ADeprH
     double DeprHalfOnOP = 0;      // remaining half of additional depreciation brought from last year
     double ADeprOpH = 0;          // the part of it charged this year (nil in 2016, see the block code)
-    double carried_half_out = 0;    // remaining half that goes to the next year
+    double carried_half_out = 0;  // remaining half that goes to the next year
     double DeprN_RND_Adj = 0;
     double DeprA_RND_Adj = 0;
     double TotDepr = 0;
     double ClWDV_NoRND = 0;
-    double RndWdv = 0;            // "Closing WDV"
-    double expenses = 0;          // "Expenses"
-    double profit_loss = 0;       // "Profit/(Loss)": capital gain (+) or loss (-) of a nil block
-    int assets_not_sold = 0;      // "No. of Assets Not Sold/Deducted"
-    bool block_nil = false;       // "BLOCKNIL"
+    double RndWdv = 0;        // "Closing WDV"
+    double expenses = 0;      // "Expenses"
+    double profit_loss = 0;   // "Profit/(Loss)": capital gain (+) or loss (-) of a nil block
+    int assets_not_sold = 0;  // "No. of Assets Not Sold/Deducted"
+    bool block_nil = false;   // "BLOCKNIL"
     std::string MaxDedDt;
-    std::string status;           // "BLOCKNIL", "(No Asset)", "(Nil WDV)" or empty
+    std::string status;  // "BLOCKNIL", "(No Asset)", "(Nil WDV)" or empty
     std::string DeprCalcDet;
-    std::string carried_note;     // note on the carried half, when there is one
+    std::string carried_note;  // note on the carried half, when there is one
 };
 
 struct ItRunResult {

@@ -12,7 +12,9 @@ namespace brenlow::depreciation {
 namespace {
 
 // Whole rupees, halves away from zero: the income-tax figures of the sheet and chart.
-double whole_rupees(double amount) { return mask_value(amount, "###0"); }
+double whole_rupees(double amount) {
+    return mask_value(amount, "###0");
+}
 
 // One additional-depreciation rate inside a block, with the cost of the eligible
 // additions on each side of the half-rate line.
@@ -31,7 +33,9 @@ struct BlockWork {
     std::vector<AddlLine> addl;
 };
 
-bool has_sale(const ItEntry& e) { return e.sale_amt != 0 || !e.sale_date.empty(); }
+bool has_sale(const ItEntry& e) {
+    return e.sale_amt != 0 || !e.sale_date.empty();
+}
 
 // Pushes a negative part onto the next one, so that a shortfall in the full-rate part
 // reduces what the half-rate part and then the part kept apart carry.
@@ -42,7 +46,9 @@ void carry_shortfall(double& from, double& to) {
     }
 }
 
-double id_order_value(const std::string& id) { return std::strtod(id.c_str(), nullptr); }
+double id_order_value(const std::string& id) {
+    return std::strtod(id.c_str(), nullptr);
+}
 
 void explain_block(ItBlockResult& b, double addl_raw_carry_out) {
     std::string& t = b.DeprCalcDet;
@@ -56,12 +62,12 @@ void explain_block(ItBlockResult& b, double addl_raw_carry_out) {
         t += "; addition " + rupees(b.full_on_bal2) + " used < 180 days x " + rate_text(b.rate / 2) +
              "% = " + rupees(b.depr_half);
     if (b.addl_on_bal1 != 0)
-        t += "; additional on " + rupees(b.addl_on_bal1) + " x " + rate_text(b.addl_rate) + "% = " +
-             rupees(b.addl_full);
+        t += "; additional on " + rupees(b.addl_on_bal1) + " x " + rate_text(b.addl_rate) +
+             "% = " + rupees(b.addl_full);
     if (b.addl_on_bal2 != 0)
-        t += "; additional on " + rupees(b.addl_on_bal2) + " used < 180 days x " + rate_text(b.addl_rate / 2) +
-             "% = " + rupees(b.addl_half) + ", remaining half " + rupees(whole_rupees(addl_raw_carry_out)) +
-             " carried to next year";
+        t += "; additional on " + rupees(b.addl_on_bal2) + " used < 180 days x " +
+             rate_text(b.addl_rate / 2) + "% = " + rupees(b.addl_half) + ", remaining half " +
+             rupees(whole_rupees(addl_raw_carry_out)) + " carried to next year";
     if (b.ADeprOpH != 0) t += "; remaining half of additional brought forward = " + rupees(b.ADeprOpH);
     if (b.balance3 > 0) t += "; not put to use " + rupees(b.balance3) + " without depreciation";
 }
@@ -152,25 +158,28 @@ void finish_block(ItBlockResult& b, BlockWork& w, int year, WarningLog& log, boo
     // input only. Earlier years have none to receive.
     double carried_raw = 0;
     if (year == 2016 && b.DeprHalfOnOP > 0) {
-        log.raise(WarningKind::CarriedHalfNotCalculated,
-                  "Additional Depreciation (Remaining Half from Addition in Previous F.Y. used for less than 180 "
-                  "days) will not be calculated ! Only available for Input as Clarification is required from ITD "
-                  "for the applicability for A.Y. 2016-17 !");
+        log.raise(
+            WarningKind::CarriedHalfNotCalculated,
+            "Additional Depreciation (Remaining Half from Addition in Previous F.Y. used for less than 180 "
+            "days) will not be calculated ! Only available for Input as Clarification is required from ITD "
+            "for the applicability for A.Y. 2016-17 !");
     } else if (year > 2016) {
         b.ADeprOpH = b.DeprHalfOnOP;
         carried_raw = w.carried_raw;
     }
     if (b.ADeprOpH != 0)
-        b.carried_note = "Note: Additional depreciation of Rs. " + rupees(b.ADeprOpH) +
-                         " relating to addition of assets during immediately preceding year put to use for less "
-                         "than 180 days is included in Col. 'Depreciation @ Normal Rate'.";
+        b.carried_note =
+            "Note: Additional depreciation of Rs. " + rupees(b.ADeprOpH) +
+            " relating to addition of assets during immediately preceding year put to use for less "
+            "than 180 days is included in Col. 'Depreciation @ Normal Rate'.";
 
     b.TotDepr = b.depr_full + b.depr_half + b.addl_full + b.addl_half + b.ADeprOpH;
     const double raw_total = depr_full_raw + depr_half_raw + addl_full_raw + addl_half_raw + carried_raw;
     // The rounding adjustments stay whole on the block's line: the block, not the asset,
     // is what is depreciated, so they are not spread over its entries.
     b.DeprN_RND_Adj = (b.depr_full + b.depr_half) - (depr_full_raw + depr_half_raw);
-    b.DeprA_RND_Adj = (b.addl_full + b.addl_half + b.ADeprOpH) - (addl_full_raw + addl_half_raw + carried_raw);
+    b.DeprA_RND_Adj =
+        (b.addl_full + b.addl_half + b.ADeprOpH) - (addl_full_raw + addl_half_raw + carried_raw);
     b.ClWDV_NoRND = full + half + apart - raw_total;
     b.RndWdv = full + half + apart - b.TotDepr;
     if (b.RndWdv == 0) b.status = "(Nil WDV)";
@@ -228,7 +237,9 @@ ItRunResult calculate_income_tax(const ItRunInput& input) {
             row.Type_0123 = 0;
             row.part = BlockPart::Opening;
             b.opening_wdv += e.wdv_cost;
-            if (e.wdv_cost < 0) log.raise(WarningKind::NegativeOpeningWdv, "Please check Entries with Negative Opening WDV !");
+            if (e.wdv_cost < 0)
+                log.raise(WarningKind::NegativeOpeningWdv,
+                          "Please check Entries with Negative Opening WDV !");
             const double carried = e.addl_dep_on * (e.addl_rate / 2) / 100;
             w.carried_raw += carried;
             if (carried != 0) row.DeprHalfOnOP = whole_rupees(carried);
@@ -249,7 +260,8 @@ ItRunResult calculate_income_tax(const ItRunInput& input) {
             if (e.addl_rate > 0 && !sold && row.part != BlockPart::NotPutToUse) {
                 auto line_of = std::find_if(w.addl.begin(), w.addl.end(),
                                             [&](const AddlLine& a) { return a.rate == e.addl_rate; });
-                if (line_of == w.addl.end()) line_of = w.addl.insert(w.addl.end(), AddlLine{e.addl_rate, 0, 0});
+                if (line_of == w.addl.end())
+                    line_of = w.addl.insert(w.addl.end(), AddlLine{e.addl_rate, 0, 0});
                 (row.part == BlockPart::FullRate ? line_of->full_base : line_of->half_base) += e.wdv_cost;
                 if (row.part == BlockPart::HalfRate && input.year >= 2015) row.AddlDepOnNext = e.wdv_cost;
             }

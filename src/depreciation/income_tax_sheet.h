@@ -23,10 +23,10 @@ std::string normal_rate_label(double rate, bool half);
 std::string additional_rate_label(double rate, bool half);
 
 struct ItSummaryRow {
-    std::string block;       // block name
-    std::string rate;        // "15"
-    std::string status;      // "Block Nil" for a nil block, else the block's status
-    std::string gain_text;   // "#,##0;(#,##0)"
+    std::string block;      // block name
+    std::string rate;       // "15"
+    std::string status;     // "Block Nil" for a nil block, else the block's status
+    std::string gain_text;  // "#,##0;(#,##0)"
 };
 
 struct ItSummary {

@@ -8,7 +8,7 @@ ManualChartGate manual_chart_gate(int closing_year) {
         g.allowed = false;
         g.message = "Not Available as ITR Forms for A.Y. 2026-27 have not been notified yet.";
     }
-    g.editor = closing_year < 2018 ? ChartEditor::Before2018
+    g.editor = closing_year < 2018   ? ChartEditor::Before2018
                : closing_year < 2020 ? ChartEditor::Years2018And2019
                                      : ChartEditor::From2020;
     return g;
@@ -24,7 +24,8 @@ const char* forbidding_section(int year, AssesseeStatus s, const RegimeFlags& f)
     if (f.vFlagCompDom115BA && s == AssesseeStatus::Company) return "115BA/115BAA/115BAB.";
     if (year >= 2021 && f.vFlagIndHUF115BAC) {
         if (s == AssesseeStatus::Individual || s == AssesseeStatus::HUF) return "115BAC.";
-        if (year >= 2024 && (s == AssesseeStatus::AOP || s == AssesseeStatus::BOI || s == AssesseeStatus::AJP))
+        if (year >= 2024 &&
+            (s == AssesseeStatus::AOP || s == AssesseeStatus::BOI || s == AssesseeStatus::AJP))
             return "115BAC.";
     }
     if (year >= 2021 && f.vFlagCopSoc115BAD && s == AssesseeStatus::CoopSociety) return "115BAD.";
@@ -43,16 +44,18 @@ RegimeDecision concessional_regime_check(int closing_year, AssesseeStatus status
     d.refused = true;
     d.message = std::string("Additional Depreciation is not allowed, if opted for taxation u/s ") + section;
     if (hand_edited_chart) {
-        d.message += "\n\nIn this case Manually Edited Depreciation chart will be considered for E-Filing purpose and "
-                     "Return Form but additional depreciation will remain same in Preview of Depreciation chart.";
+        d.message +=
+            "\n\nIn this case Manually Edited Depreciation chart will be considered for E-Filing purpose and "
+            "Return Form but additional depreciation will remain same in Preview of Depreciation chart.";
     }
     const ManualChartGate gate = manual_chart_gate(closing_year);
     if (!gate.allowed) {
         d.gate_message = gate.message;
         return d;
     }
-    d.question = hand_edited_chart ? "Do you want to delete additional depreciation from 'Edit Chart Manually'?"
-                                   : "Do you really want to delete additional depreciation?";
+    d.question = hand_edited_chart
+                     ? "Do you want to delete additional depreciation from 'Edit Chart Manually'?"
+                     : "Do you really want to delete additional depreciation?";
     return d;
 }
 

@@ -21,7 +21,18 @@ struct ManualChartGate {
 
 ManualChartGate manual_chart_gate(int closing_year);
 
-enum class AssesseeStatus { Individual, HUF, Firm, Company, AOP, BOI, AJP, CoopSociety, LocalAuthority, Other };
+enum class AssesseeStatus {
+    Individual,
+    HUF,
+    Firm,
+    Company,
+    AOP,
+    BOI,
+    AJP,
+    CoopSociety,
+    LocalAuthority,
+    Other
+};
 
 struct RegimeFlags {
     bool vFlagCompDom115BA = false;
@@ -31,10 +42,10 @@ struct RegimeFlags {
 };
 
 struct RegimeDecision {
-    bool refused = false;        // additional depreciation found under a concessional regime
-    std::string message;         // "Additional Depreciation is not allowed, ..." (with the manual-chart note)
-    std::string question;        // Yes removes the additional depreciation; empty when removal is gated
-    std::string gate_message;    // the year gate's refusal of the removal, when it applies
+    bool refused = false;      // additional depreciation found under a concessional regime
+    std::string message;       // "Additional Depreciation is not allowed, ..." (with the manual-chart note)
+    std::string question;      // Yes removes the additional depreciation; empty when removal is gated
+    std::string gate_message;  // the year gate's refusal of the removal, when it applies
 };
 
 RegimeDecision concessional_regime_check(int closing_year, AssesseeStatus status, const RegimeFlags& flags,

@@ -21,7 +21,8 @@ double remaining_life_years(const Date& put_date, int base_year, int mode, int d
     const Date base{base_year, 4, 1};
 
     // Every rounding reads the value back from the mask: "###0" or "###0." and n zeros.
-    const std::string mask = decimals >= 1 ? "###0." + std::string(static_cast<std::size_t>(decimals), '0') : "###0";
+    const std::string mask =
+        decimals >= 1 ? "###0." + std::string(static_cast<std::size_t>(decimals), '0') : "###0";
     const auto rounded = [&mask](double x) { return mask_value(x, mask); };
 
     // Put to use in the base financial year or later: nothing has elapsed yet, and the

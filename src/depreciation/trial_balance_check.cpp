@@ -27,9 +27,10 @@ TbCheck trial_balance_check(const TbFigures& sch, const TbFigures& tb) {
     TbCheck out;
     if (tb_lines.empty()) return out;
     out.differs = true;
-    out.question = "There is difference between Figures as per Trial Balance and as per Fixed Asset Schedule.\n\n"
-                   "Figures as per Trial Balance :\n" + tb_lines +
-                   "\nFigures as per Schedule :\n" + sch_lines + "\nDo you want to Continue?";
+    out.question =
+        "There is difference between Figures as per Trial Balance and as per Fixed Asset Schedule.\n\n"
+        "Figures as per Trial Balance :\n" +
+        tb_lines + "\nFigures as per Schedule :\n" + sch_lines + "\nDo you want to Continue?";
     return out;
 }
 

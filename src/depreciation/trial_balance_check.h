@@ -9,11 +9,11 @@
 namespace brenlow::depreciation {
 
 struct TbFigures {
-    double net_block = 0;      // sum of ClBal / gid 5 rows other than allid 5
-    double depreciation = 0;   // sum of DepFY / 'DEPRECIATION'
-    double profit_on_sale = 0; // sum of ProfitLoss / 'PROFIT ON SALE OF FIXED ASSETS'
-    double residual_pl = 0;    // sum of DepAdjRemLife0_PL / 'FIXED ASSETS RESIDUAL VALUE ADJUSTMENTS'
-    double residual_rs = 0;    // sum of DepAdjRemLife0_RS / 'FIXED ASSETS RESIDUAL VALUE (RETAINED EARNING)'
+    double net_block = 0;       // sum of ClBal / gid 5 rows other than allid 5
+    double depreciation = 0;    // sum of DepFY / 'DEPRECIATION'
+    double profit_on_sale = 0;  // sum of ProfitLoss / 'PROFIT ON SALE OF FIXED ASSETS'
+    double residual_pl = 0;     // sum of DepAdjRemLife0_PL / 'FIXED ASSETS RESIDUAL VALUE ADJUSTMENTS'
+    double residual_rs = 0;     // sum of DepAdjRemLife0_RS / 'FIXED ASSETS RESIDUAL VALUE (RETAINED EARNING)'
 };
 
 struct TbCheck {

@@ -10,7 +10,8 @@ void WarningLog::raise(WarningKind kind, std::string text) {
 }
 
 bool WarningLog::has(WarningKind kind) const {
-    return std::any_of(warnings_.begin(), warnings_.end(), [kind](const Warning& w) { return w.kind == kind; });
+    return std::any_of(warnings_.begin(), warnings_.end(),
+                       [kind](const Warning& w) { return w.kind == kind; });
 }
 
 }  // namespace brenlow::depreciation

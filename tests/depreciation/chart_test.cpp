@@ -7,8 +7,8 @@ namespace {
 
 TEST(ChartGroup, PlacesEachBlockByItsGroupNameAndRate) {
     EXPECT_EQ(chart_group("MACHINERY AND PLANT", 15), 3);
-    EXPECT_EQ(chart_group("MACHINERY AND PLANT", 60), 3);   // an older rate
-    EXPECT_EQ(chart_group("PLANT AND MACHINARY", 30), 3);   // the block master's spelling
+    EXPECT_EQ(chart_group("MACHINERY AND PLANT", 60), 3);  // an older rate
+    EXPECT_EQ(chart_group("PLANT AND MACHINARY", 30), 3);  // the block master's spelling
     EXPECT_EQ(chart_group("FURNITURE AND FITTINGS", 10), 2);
     EXPECT_EQ(chart_group("BUILDING", 5), 1);
     EXPECT_EQ(chart_group("BUILDING", 100), 1);
@@ -102,7 +102,8 @@ TEST(IncomeTaxChart, CarriesTheCapitalGainOfANilBlock) {
 
 TEST(IncomeTaxChart, FollowsABlockWithItsRateMinus40RowForAdditionsNotPutToUse) {
     const auto rows = chart_rows_from_blocks(
-        "C001", 2018, run_with({entry(EntryKind::Opening, "3", 10000), entry(EntryKind::Addition, "3", 7000, "")}));
+        "C001", 2018,
+        run_with({entry(EntryKind::Opening, "3", 10000), entry(EntryKind::Addition, "3", 7000, "")}));
     ASSERT_EQ(rows.size(), 2u);
     EXPECT_EQ(rows[0].WdvCl, 10000 - 1500 + 7000);
     ChartRow apart;

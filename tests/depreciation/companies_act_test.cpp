@@ -1,6 +1,7 @@
+#include "depreciation/companies_act.h"
+
 #include <gtest/gtest.h>
 
-#include "depreciation/companies_act.h"
 #include "depreciation/companies_act_sheet.h"
 
 namespace brenlow::depreciation {
@@ -186,7 +187,8 @@ TEST(CompaniesActAsset, RefusesExtraShiftForAnNesdGroupOncePerRun) {
     const auto run = calculate_companies_act(in);
     EXPECT_DOUBLE_EQ(run.assets[0].depreciation, 10000);
     ASSERT_EQ(run.warnings.size(), 1u);
-    EXPECT_EQ(run.warnings[0].text, "'No Extra Shift Depreciation' is permitted for selected 'Asset Group' !");
+    EXPECT_EQ(run.warnings[0].text,
+              "'No Extra Shift Depreciation' is permitted for selected 'Asset Group' !");
 }
 
 TEST(CompaniesActAsset, ChargesDepreciationUpToTheSaleAndWorksOutProfit) {

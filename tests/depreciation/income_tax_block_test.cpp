@@ -35,7 +35,8 @@ ItRunInput run_of(int year, std::vector<ItEntry> entries, bool interactive = tru
     ItRunInput in;
     in.year = year;
     in.entries = std::move(entries);
-    in.blocks = {{"3", "MACHINERY AND PLANT", 15}, {"2", "FURNITURE AND FITTINGS", 10}, {"10", "BUILDING", 10}};
+    in.blocks = {
+        {"3", "MACHINERY AND PLANT", 15}, {"2", "FURNITURE AND FITTINGS", 10}, {"10", "BUILDING", 10}};
     in.interactive = interactive;
     return in;
 }
@@ -50,7 +51,8 @@ const ItBlockResult& only_block(const ItRunResult& r) {
 TEST(IncomeTaxBlock, ChargesAnAdditionPutToUseOnTheLineAtHalfRate) {
     // F.Y. 2015-16: February 2016 has 29 days, the line is 05/10/2015.
     // 1,00,000 x 15% = 15,000; 40,000 x 7.5% = 3,000.
-    const auto r = calculate_income_tax(run_of(2016, {opening("3", 100000), addition("3", 40000, "05/10/2015")}));
+    const auto r =
+        calculate_income_tax(run_of(2016, {opening("3", 100000), addition("3", 40000, "05/10/2015")}));
     const auto& b = only_block(r);
     EXPECT_EQ(b.addition2, 40000);
     EXPECT_EQ(b.depr_full, 15000);
@@ -61,7 +63,8 @@ TEST(IncomeTaxBlock, ChargesAnAdditionPutToUseOnTheLineAtHalfRate) {
 
 TEST(IncomeTaxBlock, ChargesAnAdditionPutToUseTheDayBeforeTheLineAtFullRate) {
     // 1,40,000 x 15% = 21,000.
-    const auto r = calculate_income_tax(run_of(2016, {opening("3", 100000), addition("3", 40000, "04/10/2015")}));
+    const auto r =
+        calculate_income_tax(run_of(2016, {opening("3", 100000), addition("3", 40000, "04/10/2015")}));
     const auto& b = only_block(r);
     EXPECT_EQ(b.addition1, 40000);
     EXPECT_EQ(b.depr_full, 21000);
@@ -85,7 +88,8 @@ TEST(IncomeTaxBlock, UsesFourthOctoberForAYearBeginningIn2003EvenThoughFebruary2
 TEST(IncomeTaxBlock, RoundsHalfRupeesAwayFromZeroNotToEven) {
     // Full: 1,030 x 15% = 154.50 -> 155 (half-even would give 154).
     // Half: 1,020 x 7.5% = 76.50 -> 77 (half-even would give 76).
-    const auto r = calculate_income_tax(run_of(2017, {opening("3", 1030), addition("3", 1020, "01/01/2017")}));
+    const auto r =
+        calculate_income_tax(run_of(2017, {opening("3", 1030), addition("3", 1020, "01/01/2017")}));
     const auto& b = only_block(r);
     EXPECT_EQ(b.depr_full, 155);
     EXPECT_EQ(b.depr_half, 77);
@@ -99,9 +103,9 @@ TEST(IncomeTaxBlock, RoundsHalfRupeesAwayFromZeroNotToEven) {
 TEST(IncomeTaxBlock, SetsDeductionsAgainstTheFullRatePartFirst) {
     // Opening 50,000 + full-rate 20,000 = 70,000; sale 60,000 leaves 10,000 at 15% = 1,500;
     // the half-rate 30,000 stays whole: 30,000 x 7.5% = 2,250.
-    const auto r = calculate_income_tax(run_of(
-        2017, {sold(opening("3", 50000), 60000, "10/06/2016"), addition("3", 20000, "01/06/2016"),
-               addition("3", 30000, "01/12/2016")}));
+    const auto r = calculate_income_tax(
+        run_of(2017, {sold(opening("3", 50000), 60000, "10/06/2016"), addition("3", 20000, "01/06/2016"),
+                      addition("3", 30000, "01/12/2016")}));
     const auto& b = only_block(r);
     EXPECT_EQ(b.deduction1, 60000);
     EXPECT_EQ(b.deduction2, 0);
@@ -112,9 +116,9 @@ TEST(IncomeTaxBlock, SetsDeductionsAgainstTheFullRatePartFirst) {
 TEST(IncomeTaxBlock, SetsOnlyTheExcessOverTheFullRatePartAgainstHalfRateAdditions) {
     // Sale 80,000 against 70,000: the excess 10,000 reduces the half-rate 30,000 to 20,000.
     // 20,000 x 7.5% = 1,500; nothing at full rate.
-    const auto r = calculate_income_tax(run_of(
-        2017, {sold(opening("3", 50000), 80000, "10/06/2016"), addition("3", 20000, "01/06/2016"),
-               addition("3", 30000, "01/12/2016")}));
+    const auto r = calculate_income_tax(
+        run_of(2017, {sold(opening("3", 50000), 80000, "10/06/2016"), addition("3", 20000, "01/06/2016"),
+                      addition("3", 30000, "01/12/2016")}));
     const auto& b = only_block(r);
     EXPECT_EQ(b.deduction1, 70000);
     EXPECT_EQ(b.deduction2, 10000);
@@ -150,9 +154,10 @@ TEST(IncomeTaxBlock, ChargesTheCarriedHalfBroughtFromLastYearWithItsNote) {
     EXPECT_EQ(b.ADeprOpH, 5000);
     EXPECT_EQ(b.depr_full, 15938);
     EXPECT_EQ(b.TotDepr, 20938);
-    EXPECT_EQ(b.carried_note,
-              "Note: Additional depreciation of Rs. 5,000 relating to addition of assets during immediately "
-              "preceding year put to use for less than 180 days is included in Col. 'Depreciation @ Normal Rate'.");
+    EXPECT_EQ(
+        b.carried_note,
+        "Note: Additional depreciation of Rs. 5,000 relating to addition of assets during immediately "
+        "preceding year put to use for less than 180 days is included in Col. 'Depreciation @ Normal Rate'.");
     EXPECT_TRUE(r.warnings.empty());
 }
 
@@ -174,10 +179,11 @@ TEST(IncomeTaxBlock, LeavesTheCarriedHalfAsInputOnlyIn2016AndWarnsOnce) {
     ASSERT_EQ(r.warnings.size(), 1u);
     EXPECT_EQ(r.warnings[0].kind, WarningKind::CarriedHalfNotCalculated);
     EXPECT_TRUE(r.warnings[0].show);
-    EXPECT_EQ(r.warnings[0].text,
-              "Additional Depreciation (Remaining Half from Addition in Previous F.Y. used for less than 180 days) "
-              "will not be calculated ! Only available for Input as Clarification is required from ITD for the "
-              "applicability for A.Y. 2016-17 !");
+    EXPECT_EQ(
+        r.warnings[0].text,
+        "Additional Depreciation (Remaining Half from Addition in Previous F.Y. used for less than 180 days) "
+        "will not be calculated ! Only available for Input as Clarification is required from ITD for the "
+        "applicability for A.Y. 2016-17 !");
 }
 
 TEST(IncomeTaxBlock, CarriesNoHalfForwardBeforeTheYearClosingIn2015) {
@@ -201,15 +207,16 @@ TEST(IncomeTaxBlock, NeverWritesABlockBelowNilWithAdditionalDepreciation) {
 }
 
 TEST(IncomeTaxBlock, GivesNoAdditionalDepreciationOnAnAdditionSoldInTheYear) {
-    const auto r = calculate_income_tax(
-        run_of(2018, {opening("3", 100000), sold(addition("3", 50000, "01/05/2017", 20), 10000, "01/02/2018")}));
+    const auto r = calculate_income_tax(run_of(
+        2018, {opening("3", 100000), sold(addition("3", 50000, "01/05/2017", 20), 10000, "01/02/2018")}));
     EXPECT_EQ(only_block(r).addl_full, 0);
 }
 
 // --- Warnings -------------------------------------------------------------------------
 
 TEST(IncomeTaxBlock, WarnsOfNegativeOpeningWdvOnceAndGoesOn) {
-    const auto r = calculate_income_tax(run_of(2017, {opening("3", -100), opening("3", -200), opening("3", 10000)}));
+    const auto r =
+        calculate_income_tax(run_of(2017, {opening("3", -100), opening("3", -200), opening("3", 10000)}));
     ASSERT_EQ(r.warnings.size(), 1u);
     EXPECT_EQ(r.warnings[0].text, "Please check Entries with Negative Opening WDV !");
     EXPECT_EQ(only_block(r).depr_full, 1455);  // 9,700 x 15%
@@ -269,7 +276,8 @@ TEST(IncomeTaxBlock, KeepsAnAdditionWithoutDateOfPutToUseInTheBlockWithoutDeprec
 // --- Grid and order ---------------------------------------------------------------------
 
 TEST(IncomeTaxBlock, OrdersBlocksByBlockIdAndKeepsRowsWithTheirBlock) {
-    const auto r = calculate_income_tax(run_of(2017, {opening("10", 1), opening("3", 2), opening("2", 3), opening("3", 4)}));
+    const auto r = calculate_income_tax(
+        run_of(2017, {opening("10", 1), opening("3", 2), opening("2", 3), opening("3", 4)}));
     ASSERT_EQ(r.blocks.size(), 3u);
     EXPECT_EQ(r.blocks[0].block_id, "2");
     EXPECT_EQ(r.blocks[1].block_id, "3");
@@ -280,7 +288,8 @@ TEST(IncomeTaxBlock, OrdersBlocksByBlockIdAndKeepsRowsWithTheirBlock) {
 }
 
 TEST(IncomeTaxBlock, AnswersBlockFiguresUnderTheGridKeys) {
-    const auto r = calculate_income_tax(run_of(2017, {opening("3", 10000), addition("3", 2000, "01/05/2016")}));
+    const auto r =
+        calculate_income_tax(run_of(2017, {opening("3", 10000), addition("3", 2000, "01/05/2016")}));
     const auto& b = only_block(r);
     EXPECT_EQ(block_figure(b, "Opening WDV"), 10000);
     EXPECT_EQ(block_figure(b, "Addition1"), 2000);
@@ -290,7 +299,8 @@ TEST(IncomeTaxBlock, AnswersBlockFiguresUnderTheGridKeys) {
 }
 
 TEST(IncomeTaxBlock, WorksOutProfitOnSalePerAssetBeforeTheBlock) {
-    const auto r = calculate_income_tax(run_of(2017, {sold(opening("3", 10000), 12000, "01/06/2016", 300), opening("3", 1)}));
+    const auto r = calculate_income_tax(
+        run_of(2017, {sold(opening("3", 10000), 12000, "01/06/2016", 300), opening("3", 1)}));
     EXPECT_EQ(r.rows[0].ProfitOnSale, 1700);
 }
 

@@ -27,7 +27,8 @@ TEST(ConcessionalRegime, RefusesAdditionalDepreciationOfACompanyUnder115BA) {
     f.vFlagCompDom115BA = true;
     const auto d = concessional_regime_check(2022, AssesseeStatus::Company, f, kSomeAdditional, false);
     EXPECT_TRUE(d.refused);
-    EXPECT_EQ(d.message, "Additional Depreciation is not allowed, if opted for taxation u/s 115BA/115BAA/115BAB.");
+    EXPECT_EQ(d.message,
+              "Additional Depreciation is not allowed, if opted for taxation u/s 115BA/115BAA/115BAB.");
     EXPECT_EQ(d.question, "Do you really want to delete additional depreciation?");
 }
 
@@ -42,13 +43,15 @@ TEST(ConcessionalRegime, SaysNothingWhenTheChartHoldsNoAdditionalDepreciation) {
 TEST(ConcessionalRegime, CountsTheCarriedHalfAsAdditionalDepreciation) {
     RegimeFlags f;
     f.vFlagCompDom115BA = true;
-    EXPECT_TRUE(concessional_regime_check(2022, AssesseeStatus::Company, f, AdditionalSums{0, 0, 5000}, false).refused);
+    EXPECT_TRUE(concessional_regime_check(2022, AssesseeStatus::Company, f, AdditionalSums{0, 0, 5000}, false)
+                    .refused);
 }
 
 TEST(ConcessionalRegime, Applies115BACToIndividualsFrom2021AndToAOPsFrom2024) {
     RegimeFlags f;
     f.vFlagIndHUF115BAC = true;
-    EXPECT_FALSE(concessional_regime_check(2020, AssesseeStatus::Individual, f, kSomeAdditional, false).refused);
+    EXPECT_FALSE(
+        concessional_regime_check(2020, AssesseeStatus::Individual, f, kSomeAdditional, false).refused);
     const auto d = concessional_regime_check(2021, AssesseeStatus::HUF, f, kSomeAdditional, false);
     EXPECT_EQ(d.message, "Additional Depreciation is not allowed, if opted for taxation u/s 115BAC.");
     EXPECT_FALSE(concessional_regime_check(2023, AssesseeStatus::AOP, f, kSomeAdditional, false).refused);
@@ -58,23 +61,28 @@ TEST(ConcessionalRegime, Applies115BACToIndividualsFrom2021AndToAOPsFrom2024) {
 TEST(ConcessionalRegime, AppliesTheCooperativeSectionsFromTheirYears) {
     RegimeFlags bad;
     bad.vFlagCopSoc115BAD = true;
-    EXPECT_FALSE(concessional_regime_check(2020, AssesseeStatus::CoopSociety, bad, kSomeAdditional, false).refused);
-    EXPECT_EQ(concessional_regime_check(2021, AssesseeStatus::CoopSociety, bad, kSomeAdditional, false).message,
-              "Additional Depreciation is not allowed, if opted for taxation u/s 115BAD.");
+    EXPECT_FALSE(
+        concessional_regime_check(2020, AssesseeStatus::CoopSociety, bad, kSomeAdditional, false).refused);
+    EXPECT_EQ(
+        concessional_regime_check(2021, AssesseeStatus::CoopSociety, bad, kSomeAdditional, false).message,
+        "Additional Depreciation is not allowed, if opted for taxation u/s 115BAD.");
     RegimeFlags bae;
     bae.vFlagCopSoc115BAE = true;
-    EXPECT_FALSE(concessional_regime_check(2023, AssesseeStatus::CoopSociety, bae, kSomeAdditional, false).refused);
-    EXPECT_EQ(concessional_regime_check(2024, AssesseeStatus::CoopSociety, bae, kSomeAdditional, false).message,
-              "Additional Depreciation is not allowed, if opted for taxation u/s 115BAE.");
+    EXPECT_FALSE(
+        concessional_regime_check(2023, AssesseeStatus::CoopSociety, bae, kSomeAdditional, false).refused);
+    EXPECT_EQ(
+        concessional_regime_check(2024, AssesseeStatus::CoopSociety, bae, kSomeAdditional, false).message,
+        "Additional Depreciation is not allowed, if opted for taxation u/s 115BAE.");
 }
 
 TEST(ConcessionalRegime, AddsTheNoteAndAsksAboutTheHandEditedChart) {
     RegimeFlags f;
     f.vFlagCompDom115BA = true;
     const auto d = concessional_regime_check(2022, AssesseeStatus::Company, f, kSomeAdditional, true);
-    EXPECT_NE(d.message.find("In this case Manually Edited Depreciation chart will be considered for E-Filing purpose "
-                             "and Return Form but additional depreciation will remain same in Preview of "
-                             "Depreciation chart."),
+    EXPECT_NE(d.message.find(
+                  "In this case Manually Edited Depreciation chart will be considered for E-Filing purpose "
+                  "and Return Form but additional depreciation will remain same in Preview of "
+                  "Depreciation chart."),
               std::string::npos);
     EXPECT_EQ(d.question, "Do you want to delete additional depreciation from 'Edit Chart Manually'?");
 }
