@@ -1,0 +1,329 @@
+#include "register/calculation.h"
+
+#include <array>
+#include <unordered_map>
+#include <utility>
+
+#include "controls/vb_date.h"
+#include "depreciation/half_rate_line.h"
+#include "register/register_entry_math.h"
+#include "register/register_options.h"
+#include "register/register_text.h"
+#include "store/chart_store.h"
+#include "store/client_store.h"
+
+namespace brenlow::reg {
+namespace {
+
+constexpr std::array<std::pair<Mode, const char*>, 9> kModes = {{
+    {Mode::DEP_IT, "DEP_IT"},
+    {Mode::DEP_CAL_IT, "DEP_CAL_IT"},
+    {Mode::DEP_3CD_IT, "DEP_3CD_IT"},
+    {Mode::DEP_SCH_IT_FROM_IT, "DEP_SCH_IT_FROM_IT"},
+    {Mode::DEP_SCH_IT_FROM_FA, "DEP_SCH_IT_FROM_FA"},
+    {Mode::DEP_FA, "DEP_FA"},
+    {Mode::DEP_CAL_FA, "DEP_CAL_FA"},
+    {Mode::DEP_REP_FA, "DEP_REP_FA"},
+    {Mode::DEP_SCH_FA, "DEP_SCH_FA"},
+}};
+
+// What the run needs of the year's masters, looked up by id.
+struct Masters {
+    std::vector<store::AssetGroupRow> groups;
+    std::vector<store::ItBlockRow> it_blocks;
+    std::unordered_map<long, const store::AssetGroupRow*> group_by_id;
+    std::unordered_map<std::string, std::string> it_block_name;  // NewITBM ID -> Part
+    std::unordered_map<std::string, bool> nesd;                  // NewCLBM ID -> NESD = "Y"
+
+    const store::AssetGroupRow* group(long id) const {
+        const auto it = group_by_id.find(id);
+        return it == group_by_id.end() ? nullptr : it->second;
+    }
+};
+
+Masters read_masters(store::RegisterStore& rs, bool income_tax) {
+    Masters m;
+    m.groups = rs.asset_groups();
+    for (const auto& g : m.groups) m.group_by_id[g.SrNoFAGM] = &g;
+    m.it_blocks = rs.income_tax_blocks();
+    for (const auto& b : m.it_blocks) m.it_block_name[b.ID] = b.Part;
+    if (!income_tax)
+        for (const auto& c : rs.companies_act_blocks()) m.nesd[c.ID] = c.NESD == "Y";
+    return m;
+}
+
+std::string block_of(const store::AssetGroupRow* group) { return group ? group->BlockIdIT : std::string("-1"); }
+
+// The books class of an entry follows its group's income-tax block: intangible
+// assets apart, land not depreciated at all.
+depreciation::AssetClass asset_class_of(const Masters& m, const store::AssetGroupRow* group) {
+    if (!group) return depreciation::AssetClass::Tangible;
+    const auto it = m.it_block_name.find(group->BlockIdIT);
+    if (it == m.it_block_name.end()) return depreciation::AssetClass::Tangible;
+    if (it->second == "INTANGIBLE ASSETS") return depreciation::AssetClass::Intangible;
+    if (it->second == "LAND") return depreciation::AssetClass::NonDepreciable;
+    return depreciation::AssetClass::Tangible;
+}
+
+depreciation::CaMethod method_of(const std::string& own, const RegisterOptions& common,
+                                 depreciation::AssetClass cls) {
+    if (cls == depreciation::AssetClass::NonDepreciable) return depreciation::CaMethod::None;
+    return effective_method(own, common) == "SLM" ? depreciation::CaMethod::SLM : depreciation::CaMethod::WDV;
+}
+
+bool nesd_of(const Masters& m, const store::AssetGroupRow* group) {
+    if (!group) return false;
+    const auto it = m.nesd.find(group->BlockIdCL);
+    return it != m.nesd.end() && it->second;
+}
+
+// The register keeps the figures the entry frame settled (residual value, life, rate);
+// the calculation takes them as entered. Only a rate left at nil with a life to work
+// from is worked out afresh.
+void settled_figures(depreciation::CaEntry& e, double residual, double life, double rate) {
+    e.residual_default = false;
+    e.residual = residual;
+    e.life_yrs = life;
+    e.rate = rate;
+    e.rate_auto = rate == 0 && life > 0;
+}
+
+depreciation::CaEntry books_entry(const store::OpeningRow& o, const Masters& m, const RegisterOptions& common) {
+    const auto opts = OpeningOpts::parse(o.OthOpts);
+    const auto* g = m.group(o.IdFAGM);
+    depreciation::CaEntry e;
+    e.kind = depreciation::EntryKind::Opening;
+    e.sr_no = static_cast<int>(o.SrNoFATR);
+    e.group_id = static_cast<int>(o.IdFAGM);
+    e.particulars = o.Part;
+    e.asset_class = asset_class_of(m, g);
+    e.method = method_of(opts.MOD, common, e.asset_class);
+    e.basis = effective_basis(opts.ResValOf, common);
+    e.put_date = o.PutDate;
+    e.cost = o.CostWdv;
+    e.op_dep = o.OpDepr;
+    e.dep_calc_ca = o.DepCalcCA;
+    settled_figures(e, o.ResValue, o.LifeYrs, o.RateFACL);
+    e.auto_depr = opts.AutoDepr;
+    e.manual_depr = o.DepFACL;
+    e.sale_date = o.SaleDate;
+    e.sale_amt = o.SaleAmt;
+    e.sale_exp = o.SaleExp;
+    e.shift_det = o.ShiftDet;
+    e.nesd = nesd_of(m, g);
+    return e;
+}
+
+depreciation::CaEntry books_entry(const store::AdditionRow& a, const Masters& m, const RegisterOptions& common) {
+    const auto opts = AdditionOpts::parse(a.OthOpts);
+    const auto* g = m.group(a.IdFAGM);
+    depreciation::CaEntry e;
+    e.kind = depreciation::EntryKind::Addition;
+    e.sr_no = static_cast<int>(a.SrNoFATR);
+    e.group_id = static_cast<int>(a.IdFAGM);
+    e.particulars = a.Part;
+    e.asset_class = asset_class_of(m, g);
+    e.method = method_of(opts.MOD, common, e.asset_class);
+    e.basis = common.basis();
+    e.put_date = a.PutDate;
+    e.cost = net_amount(a);
+    settled_figures(e, a.ResValue, a.LifeYrs, a.RateFACL);
+    e.auto_depr = opts.AutoDepr;
+    e.manual_depr = a.DepFACL;
+    e.sale_date = a.SaleDate;
+    e.sale_amt = a.SaleAmt;
+    e.sale_exp = a.SaleExp;
+    e.shift_det = a.ShiftDet;
+    e.nesd = nesd_of(m, g);
+    return e;
+}
+
+void run_income_tax(store::Database& db, store::RegisterStore& rs, const Masters& m, bool interactive,
+                    const CalculationOptions& options, CalculationResult& out) {
+    depreciation::ItRunInput in;
+    in.year = out.year;
+    in.interactive = interactive;
+    in.explain = options.sheets;
+    for (const auto& b : m.it_blocks) in.blocks.push_back({b.ID, b.Part, b.rate});
+    rs.for_each_opening(std::nullopt, [&](store::OpeningRow&& o) {
+        in.entries.push_back(income_tax_entry(o, m.group(o.IdFAGM)));
+    });
+    rs.for_each_addition(std::nullopt, [&](store::AdditionRow&& a) {
+        in.entries.push_back(income_tax_entry(a, m.group(a.IdFAGM)));
+    });
+
+    // Profit or loss on sale comes first, asset by asset; tax is then charged on the block.
+    if (options.keep_entries) {
+        out.profit_on_sale.reserve(in.entries.size());
+        for (const auto& e : in.entries) out.profit_on_sale.push_back(depreciation::profit_on_sale(e));
+    }
+    out.income_tax = depreciation::calculate_income_tax(in);
+    out.no_assets = out.income_tax.no_assets;
+    out.warnings = std::move(out.income_tax.warnings);
+    out.income_tax.warnings.clear();
+    if (options.keep_entries) out.it_entries = std::move(in.entries);
+    in.entries = {};
+    if (out.no_assets) return;
+
+    const std::string second_date = fy_last(out.year).text();
+    const std::string MANDEP = store::get_misc_info(db, out.code, second_date, "MANDEP");
+    if (depreciation::use_hand_edited_chart(options.allow_hand_edited, MANDEP)) {
+        store::copy_hand_edited_chart(db, out.code, out.year);
+        out.chart = store::read_chart(db, store::ChartTable::TmpDepChart, out.code, out.year);
+        out.chart_hand_edited = true;
+    } else {
+        out.chart = depreciation::chart_rows_from_blocks(out.code, out.year, out.income_tax);
+        store::rewrite_built_chart(db, out.code, out.year, out.chart);
+    }
+
+    if (options.sheets) {
+        for (const auto& b : out.income_tax.blocks)
+            out.income_tax_sheet.push_back({b.block_name, b.rate, depreciation::block_sheet_lines(b)});
+        out.block_summary = depreciation::block_wise_summary(out.income_tax);
+    }
+}
+
+void run_books(store::RegisterStore& rs, const Masters& m, bool interactive, const CalculationOptions& options,
+               CalculationResult& out) {
+    const auto common = RegisterOptions::parse(rs.options_row().value_or(""));
+    depreciation::CaRunInput in;
+    in.year = out.year;
+    in.rem_life_mode = common.rem_life_mode();
+    in.rem_life_decimals = common.rem_life_decimals();
+    in.nil_life_to = common.cboDepAdjRemLife0 == 1 ? depreciation::RemLifeNilTo::RetainedEarnings
+                                                   : depreciation::RemLifeNilTo::ProfitAndLoss;
+    in.round_to_rupees = common.optRndFA == "Y";
+    in.interactive = interactive;
+    in.explain = options.sheets;
+    rs.for_each_opening(std::nullopt,
+                        [&](store::OpeningRow&& o) { in.entries.push_back(books_entry(o, m, common)); });
+    rs.for_each_addition(std::nullopt,
+                         [&](store::AdditionRow&& a) { in.entries.push_back(books_entry(a, m, common)); });
+
+    out.books = depreciation::calculate_companies_act(in);
+    out.no_assets = out.books.no_assets;
+    out.warnings = std::move(out.books.warnings);
+    out.books.warnings.clear();
+    if (options.sheets) out.books_sheet = depreciation::companies_act_sheet(in, out.books);
+
+    // The printed books chart splits additions by the same line as the income-tax chart.
+    const auto line = depreciation::half_rate_line(out.year - 1);
+    out.books_assets.reserve(in.entries.size());
+    for (std::size_t i = 0; i < in.entries.size(); ++i) {
+        const auto& e = in.entries[i];
+        const auto& r = out.books.assets[i];
+        BooksAsset b;
+        b.kind = e.kind;
+        b.SrNoFATR = e.sr_no;
+        b.IdFAGM = e.group_id;
+        if (const auto* g = m.group(e.group_id)) b.AssetGroup = g->Part;
+        b.Particulars = e.particulars;
+        b.PutDate = e.put_date;
+        b.Cost = e.kind == depreciation::EntryKind::Opening ? e.cost : 0;
+        b.OpDep = e.op_dep;
+        b.Opening = r.opening;
+        b.Addition = r.addition;
+        b.DedAmt = r.deduction;
+        b.DepFY = r.depreciation;
+        b.ClBal = r.closing;
+        b.ProfitLoss = r.profit_loss;
+        b.Rate = r.rate;
+        b.RemLife = r.remaining_life;
+        b.Days = r.days;
+        if (e.kind == depreciation::EntryKind::Addition) {
+            const auto put = depreciation::Date::parse(e.put_date);
+            b.half_year = put && depreciation::is_half_rate_addition(*put, line);
+        }
+        out.books_assets.push_back(std::move(b));
+    }
+}
+
+}  // namespace
+
+bool is_income_tax_mode(Mode mode) {
+    switch (mode) {
+        case Mode::DEP_IT:
+        case Mode::DEP_CAL_IT:
+        case Mode::DEP_3CD_IT:
+        case Mode::DEP_SCH_IT_FROM_IT:
+        case Mode::DEP_SCH_IT_FROM_FA:
+            return true;
+        default:
+            return false;
+    }
+}
+
+const char* mode_name(Mode mode) {
+    for (const auto& [m, name] : kModes)
+        if (m == mode) return name;
+    return "";
+}
+
+std::optional<Mode> mode_from_name(std::string_view name) {
+    for (const auto& [m, n] : kModes)
+        if (name == n) return m;
+    return std::nullopt;
+}
+
+double det_esa_adjustment(std::string_view det_esa) {
+    double total = 0;
+    for (const auto& row : store::unpack_rows(det_esa, kESASep))
+        if (row.size() > 5) total += number_of(row[5]);
+    return total;
+}
+
+double net_amount(const store::AdditionRow& a) { return a.PurAmt - a.ExciseCr + a.CurrDiff - a.Subsidy; }
+
+depreciation::ItEntry income_tax_entry(const store::OpeningRow& o, const store::AssetGroupRow* group) {
+    depreciation::ItEntry t;
+    t.kind = depreciation::EntryKind::Opening;
+    t.sr_no = static_cast<int>(o.SrNoFATR);
+    t.group_id = static_cast<int>(o.IdFAGM);
+    t.particulars = o.Part;
+    t.block_id = block_of(group);
+    t.wdv_cost = o.WdvIT;
+    t.addl_rate = o.AddlDepRT;
+    t.put_date = o.PutDate;
+    t.sale_date = o.SaleDate;
+    t.sale_amt = o.SaleAmt;
+    t.sale_exp = o.SaleExp;
+    t.addl_dep_on = o.AddlDepOn;
+    if (!o.DetESA.empty()) t.adj_earlier = det_esa_adjustment(o.DetESA);
+    // "N": the asset no longer exists for the Act; "Y" exists with a nil WDV.
+    t.asset_exists = OpeningOpts::parse(o.OthOpts).WdvIT != "N";
+    return t;
+}
+
+depreciation::ItEntry income_tax_entry(const store::AdditionRow& a, const store::AssetGroupRow* group) {
+    depreciation::ItEntry t;
+    t.kind = depreciation::EntryKind::Addition;
+    t.sr_no = static_cast<int>(a.SrNoFATR);
+    t.group_id = static_cast<int>(a.IdFAGM);
+    t.particulars = a.Part;
+    t.block_id = block_of(group);
+    t.wdv_cost = net_amount(a);
+    t.addl_rate = a.AddlDepRT;
+    t.put_date = a.PutDate;
+    t.sale_date = a.SaleDate;
+    t.sale_amt = a.SaleAmt;
+    t.sale_exp = a.SaleExp;
+    return t;
+}
+
+CalculationResult run_calculation(store::Database& db, const std::string& code, int year, Mode mode,
+                                  bool interactive, const CalculationOptions& options) {
+    CalculationResult out;
+    out.code = code;
+    out.year = year;
+    out.mode = mode;
+    store::RegisterStore rs(db, code, year);
+    const bool income_tax = is_income_tax_mode(mode);
+    const Masters m = read_masters(rs, income_tax);
+    if (income_tax)
+        run_income_tax(db, rs, m, interactive, options, out);
+    else
+        run_books(rs, m, interactive, options, out);
+    return out;
+}
+
+}  // namespace brenlow::reg

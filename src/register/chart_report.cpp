@@ -1,0 +1,247 @@
+#include "register/chart_report.h"
+
+#include <cstdio>
+#include <map>
+
+#include "controls/number_format.h"
+#include "depreciation/half_rate_line.h"
+
+namespace brenlow::reg {
+namespace {
+
+using Ostikreport::ReportColumn;
+using Ostikreport::ReportDocument;
+
+constexpr const char* kWhole = "#,##0";         // income-tax amounts: whole rupees
+constexpr const char* kPaise = "#,##0.00";      // books amounts
+constexpr const char* kRate = "###0.00";
+
+std::string two_digits(int n) {
+    char buf[8];
+    std::snprintf(buf, sizeof buf, "%02d", n % 100);
+    return buf;
+}
+
+// Title lines shared by the charts: "FIXED ASSETS", then the financial and the
+// assessment year.
+std::vector<std::string> chart_titles(int year) {
+    return {"FIXED ASSETS", "F.Y. " + year_span(year), "A.Y. " + year_span(year + 1), "(Amount in Rs.)"};
+}
+
+// The columns both charts print, the first one named by the layout ("Block" or
+// "Asset Group") and the additions split by the half-rate line.
+std::vector<ReportColumn> chart_columns(int year, const std::string& first, const std::string& full_part) {
+    const auto line = depreciation::half_rate_line(year - 1);
+    const std::string addition = "Addition";
+    const std::string depreciation_band = "Depreciation for the Year";
+    return {
+        {"", first, false, true, 30},
+        {"", "Rate\n(%)", true, false, 6},
+        {"", "WDV as on 01/04/" + std::to_string(year - 1), true, false, 14},
+        {addition, full_part + "\n" + depreciation::full_rate_heading(line), true, false, 14},
+        {addition, "Less than 180 Days\n(On or After " + line.short_text() + ")", true, false, 14},
+        {"", "Deduction", true, false, 12},
+        {"", "Total", true, false, 14},
+        {depreciation_band, "Normal", true, false, 12},
+        {depreciation_band, "Additional", true, false, 12},
+        {"", "WDV as on 31/03/" + std::to_string(year), true, false, 14},
+    };
+}
+
+// Opening, two kinds of addition, deduction, normal and additional depreciation, closing.
+struct ChartFigures {
+    double opening = 0, full = 0, half = 0, deduction = 0, normal = 0, additional = 0, closing = 0;
+    double total() const { return opening + full + half - deduction; }
+    void add(const ChartFigures& o) {
+        opening += o.opening;
+        full += o.full;
+        half += o.half;
+        deduction += o.deduction;
+        normal += o.normal;
+        additional += o.additional;
+        closing += o.closing;
+    }
+};
+
+std::vector<std::string> chart_cells(const std::string& name, const std::string& rate, const ChartFigures& f,
+                                     const char* mask) {
+    return {name,
+            rate,
+            format_mask(f.opening, mask),
+            format_mask(f.full, mask),
+            format_mask(f.half, mask),
+            format_mask(f.deduction, mask),
+            format_mask(f.total(), mask),
+            format_mask(f.normal, mask),
+            format_mask(f.additional, mask),
+            format_mask(f.closing, mask)};
+}
+
+void add_row(ReportDocument& doc, std::vector<std::string> cells, bool bold) {
+    doc.rows.push_back(std::move(cells));
+    doc.bold_rows.resize(doc.rows.size() - 1, false);
+    doc.bold_rows.push_back(bold);
+}
+
+}  // namespace
+
+std::string year_span(int closing_year) {
+    return std::to_string(closing_year - 1) + "-" + two_digits(closing_year);
+}
+
+std::vector<ChartLine> chart_lines(const CalculationResult& run) {
+    std::vector<ChartLine> lines;
+    const auto& blocks = run.income_tax.blocks;
+    std::size_t next_block = 0;
+    std::string last_name;
+    for (const auto& row : run.chart) {
+        if (row.Rate == -40) {
+            lines.push_back({last_name, &row});
+            continue;
+        }
+        std::string name;
+        if (!run.chart_hand_edited) {
+            // Built rows follow the blocks in order, land left out.
+            while (next_block < blocks.size() &&
+                   depreciation::chart_group(blocks[next_block].block_name, blocks[next_block].rate) == 0)
+                ++next_block;
+            if (next_block < blocks.size()) name = blocks[next_block++].block_name;
+        } else {
+            for (const auto& b : blocks)
+                if (b.rate == row.Rate && depreciation::chart_group(b.block_name, b.rate) == row.Grp) {
+                    name = b.block_name;
+                    break;
+                }
+        }
+        if (name.empty()) name = "Group " + std::to_string(row.Grp);
+        last_name = name;
+        lines.push_back({name, &row});
+    }
+    return lines;
+}
+
+ReportDocument income_tax_chart_report(const CalculationResult& run) {
+    ReportDocument doc;
+    doc.titles = chart_titles(run.year);
+    doc.columns = chart_columns(run.year, "Block", "180 Days or More");
+    ChartFigures total;
+    for (const auto& line : chart_lines(run)) {
+        const auto& r = *line.row;
+        // A block's part kept apart is already in its closing WDV; it has no line of its own.
+        if (r.Rate == -40) continue;
+        ChartFigures f;
+        f.opening = r.Wdv;
+        f.full = r.Add1;
+        f.half = r.Add2;
+        f.deduction = r.Cons1 + r.Cons2;
+        // The remaining half of additional depreciation brought from last year is shown
+        // with normal depreciation, as the note under the chart says.
+        f.normal = r.DeprF + r.DeprH + r.ADeprOpH;
+        f.additional = r.ADeprF + r.ADeprH;
+        f.closing = r.WdvCl;
+        total.add(f);
+        add_row(doc, chart_cells(line.block, format_mask(r.Rate, kRate), f, kWhole), false);
+    }
+    add_row(doc, chart_cells("Total", "", total, kWhole), true);
+    for (const auto& b : run.income_tax.blocks)
+        if (!b.carried_note.empty()) doc.notes.push_back(b.carried_note);
+    return doc;
+}
+
+ReportDocument books_chart_report(const CalculationResult& run) {
+    ReportDocument doc;
+    doc.titles = chart_titles(run.year);
+    doc.columns = chart_columns(run.year, "Asset Group", "More than 180 Days");
+    // One line per asset group, in the order the groups first appear.
+    struct Group {
+        std::string name;
+        ChartFigures f;
+        double rate = 0;
+        bool one_rate = true;
+        bool any = false;
+    };
+    std::vector<Group> groups;
+    std::map<long, std::size_t> index;
+    for (const auto& a : run.books_assets) {
+        auto [it, fresh] = index.try_emplace(a.IdFAGM, groups.size());
+        if (fresh) {
+            groups.emplace_back();
+            groups.back().name = a.AssetGroup.empty() ? "Group " + std::to_string(a.IdFAGM) : a.AssetGroup;
+        }
+        Group& g = groups[it->second];
+        g.f.opening += a.Opening;
+        (a.half_year ? g.f.half : g.f.full) += a.Addition;
+        g.f.deduction += a.DedAmt;
+        g.f.normal += a.DepFY;
+        g.f.closing += a.ClBal;
+        if (g.any && g.rate != a.Rate) g.one_rate = false;
+        g.rate = a.Rate;
+        g.any = true;
+    }
+    ChartFigures total;
+    for (const auto& g : groups) {
+        total.add(g.f);
+        add_row(doc, chart_cells(g.name, g.one_rate ? format_mask(g.rate, kRate) : "", g.f, kPaise), false);
+    }
+    add_row(doc, chart_cells("Total", "", total, kPaise), true);
+    return doc;
+}
+
+ReportDocument block_summary_report(const CalculationResult& run) {
+    const auto& s = run.block_summary;
+    ReportDocument doc;
+    doc.titles = {s.title, "F.Y. " + year_span(run.year)};
+    doc.columns = {{"", "Block", false, true, 30},
+                   {"", "Rate\n(%)", true, false, 6},
+                   {"", "", false, false, 12},
+                   {"", "Capital Gain / (Loss)", true, false, 16}};
+    for (const auto& r : s.rows) add_row(doc, {r.block, r.rate, r.status, r.gain_text}, false);
+    add_row(doc, {s.total_label, "", "", s.total_text}, true);
+    doc.landscape = false;
+    return doc;
+}
+
+ReportDocument calculation_sheet_report(const CalculationResult& run) {
+    ReportDocument doc;
+    if (is_income_tax_mode(run.mode)) {
+        doc.titles = chart_titles(run.year);
+        doc.columns = {{"", "Particulars", false, false, 60}, {"", "Amount", true, false, 16}};
+        for (const auto& b : run.income_tax_sheet) {
+            add_row(doc, {b.block_name + " @ " + format_mask(b.rate, kRate) + "%", ""}, true);
+            for (const auto& l : b.lines) add_row(doc, {"  " + l.label, format_mask(l.amount, kWhole)}, false);
+            add_row(doc, {"", ""}, false);
+        }
+        for (const auto& b : run.income_tax.blocks)
+            if (!b.carried_note.empty()) doc.notes.push_back(b.carried_note);
+        doc.landscape = false;
+        return doc;
+    }
+    using depreciation::CaSheetRowKind;
+    for (const auto& r : run.books_sheet) {
+        switch (r.kind) {
+            case CaSheetRowKind::Title:
+            case CaSheetRowKind::Heading:
+                for (const auto& c : r.cells) doc.titles.push_back(c);
+                break;
+            case CaSheetRowKind::ColumnHeadings:
+                doc.columns.clear();
+                for (std::size_t i = 0; i < r.cells.size(); ++i)
+                    doc.columns.push_back({"", r.cells[i], i > 1, i == 0, i == 0 ? 30 : 12});
+                break;
+            case CaSheetRowKind::Group:
+            case CaSheetRowKind::EntryHeading:
+            case CaSheetRowKind::GrandTotal:
+                add_row(doc, r.cells, true);
+                break;
+            default:
+                add_row(doc, r.cells, false);
+        }
+    }
+    return doc;
+}
+
+ReportDocument chart_report(const CalculationResult& run) {
+    return is_income_tax_mode(run.mode) ? income_tax_chart_report(run) : books_chart_report(run);
+}
+
+}  // namespace brenlow::reg

@@ -1,0 +1,38 @@
+#pragma once
+// The printed charts of a calculation run, as documents for the report object
+// (Ostikreport): the income-tax chart by block (DEP_IT), the books chart by asset
+// group (DEP_FA), the block-wise summary and the calculation sheet. The desktop shows
+// them in its print preview; the command line renders them as text or writes a PDF.
+
+#include <string>
+#include <vector>
+
+#include "register/calculation.h"
+#include "suite/report.h"
+
+namespace brenlow::reg {
+
+// One printed line of the income-tax chart: a chart row under its block's name.
+struct ChartLine {
+    std::string block;
+    const depreciation::ChartRow* row = nullptr;
+};
+
+// The chart rows of the run paired with their blocks' names; the Rate -40 rows that
+// list a block's part kept apart follow their block as in the stored chart. A row of
+// the hand-edited chart that matches no block of the run is named by its group.
+std::vector<ChartLine> chart_lines(const CalculationResult& run);
+
+// "2024-25" for the financial year ending in 2025.
+std::string year_span(int closing_year);
+
+Ostikreport::ReportDocument income_tax_chart_report(const CalculationResult& run);
+Ostikreport::ReportDocument books_chart_report(const CalculationResult& run);
+Ostikreport::ReportDocument block_summary_report(const CalculationResult& run);
+// The income-tax sheet block by block, or the books sheet asset by asset, by the run's mode.
+Ostikreport::ReportDocument calculation_sheet_report(const CalculationResult& run);
+
+// The chart of the run's mode: income-tax or books.
+Ostikreport::ReportDocument chart_report(const CalculationResult& run);
+
+}  // namespace brenlow::reg
