@@ -19,10 +19,21 @@ struct StatementDeleter {
 };
 using Statement = std::unique_ptr<sqlite3_stmt, StatementDeleter>;
 
-bool only_blank(const char* tail) {
-    for (; tail && *tail; ++tail) {
-        const char c = *tail;
-        if (c != ' ' && c != '\t' && c != '\r' && c != '\n' && c != ';') return false;
+// True when the text holds no statement: blanks, ';' and comments only.
+bool no_statement_in(sqlite3* db, std::string_view text) {
+    while (!text.empty()) {
+        sqlite3_stmt* raw = nullptr;
+        const char* tail = nullptr;
+        if (sqlite3_prepare_v2(db, text.data(), static_cast<int>(text.size()), &raw, &tail) != SQLITE_OK) {
+            return false;
+        }
+        if (raw) {
+            sqlite3_finalize(raw);
+            return false;
+        }
+        const auto used = static_cast<std::size_t>(tail - text.data());
+        if (used == 0) return true;
+        text.remove_prefix(used);
     }
     return true;
 }
@@ -189,7 +200,8 @@ void SqliteDatabase::for_each_row(std::string_view sql, const std::function<void
     }
     Statement s(raw);
     // One statement per call, as on MySQL: text glued on after a ';' is refused.
-    if (!only_blank(tail)) {
+    const auto rest = sql.substr(static_cast<std::size_t>(tail - sql.data()));
+    if (!no_statement_in(db_, rest)) {
         throw DbError(SQLITE_ERROR, "Only one statement may be run at a time.", std::string(sql));
     }
     if (!raw) return;  // nothing but blanks or a comment

@@ -501,6 +501,13 @@ TEST_P(StoreDatabase, FailingStatementReportsTheServersTextAndTheStatement) {
         EXPECT_EQ(e.sql(), "INSERT INTO NoSuchTable Values (1)");
     }
     EXPECT_THROW(db().query("SELEC 1"), DbError);
+
+    // One statement per call: a second one glued on is refused, not run.
+    db().execute("Create Table Kept (Sr Int(11))");
+    EXPECT_THROW(db().execute("INSERT INTO Kept Values (1); DROP TABLE Kept"), DbError);
+    EXPECT_TRUE(db().table_exists("Kept"));
+    db().execute("INSERT INTO Kept Values (2);");
+    EXPECT_EQ(db().query("SELECT Sr FROM Kept").first("Sr").as_int(), 2);
     EXPECT_EQ(db().query("SELECT 1 AS one").first("ONE").as_int(), 1);
 }
 
