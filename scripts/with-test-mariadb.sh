@@ -41,14 +41,19 @@ find_tool() {
     return 1
 }
 
-if ! find_tool mariadbd mysqld >/dev/null; then
+have_tools() {
+    find_tool mariadbd mysqld >/dev/null && find_tool mariadb-install-db mysql_install_db >/dev/null &&
+        find_tool mariadb-admin mysqladmin >/dev/null
+}
+
+if ! have_tools; then
     if [[ $(id -u) -eq 0 ]] && command -v apt-get >/dev/null 2>&1; then
         echo "with-test-mariadb: installing mariadb-server" >&2
         export DEBIAN_FRONTEND=noninteractive
         apt-get update -qq </dev/null
         apt-get install -y -qq mariadb-server </dev/null
     else
-        echo "with-test-mariadb: mariadbd is not installed (apt-get install mariadb-server)" >&2
+        echo "with-test-mariadb: MariaDB is not installed (apt-get install mariadb-server)" >&2
         exit 1
     fi
 fi
@@ -70,6 +75,7 @@ pidfile="$work/mariadbd.pid"
 log="$work/error.log"
 server_pid=""
 
+# shellcheck disable=SC2317  # called by the EXIT trap
 stop_server() {
     local pid="$server_pid"
     if [[ -z "$pid" && -s "$pidfile" ]]; then
