@@ -306,3 +306,36 @@ TEST(IncomeTaxBlock, WorksOutProfitOnSalePerAssetBeforeTheBlock) {
 
 }  // namespace
 }  // namespace brenlow::depreciation
+
+namespace brenlow::depreciation {
+namespace {
+
+TEST(IncomeTaxSheet, PrintsTheBlockLinesInSheetOrderWithTheCarriedHalfInsideNormal) {
+    // WDV 1,00,000 (carried half on 50,000 at 20% = 5,000), addition 40,000 on 01/12/2018,
+    // sale 10,000. Full part 90,000 x 15% = 13,500; half 40,000 x 7.5% = 3,000.
+    ItEntry e = opening("3", 100000);
+    e.addl_dep_on = 50000;
+    e.addl_rate = 20;
+    const auto r = calculate_income_tax(
+        run_of(2019, {sold(e, 10000, "01/06/2018"), addition("3", 40000, "01/12/2018")}));
+    const auto lines = block_sheet_lines(only_block(r));
+    ASSERT_EQ(lines.size(), 11u);
+    EXPECT_EQ(lines[0].label, "Written Down Value");
+    EXPECT_EQ(lines[5].label, "Balance");
+    EXPECT_EQ(lines[5].amount, 130000);
+    EXPECT_EQ(lines[7].label, "Amount on which Depreciation to be Calculated");
+    EXPECT_EQ(lines[7].amount, 130000);
+    EXPECT_EQ(lines[8].label, "Depreciation @ Normal Rate");
+    EXPECT_EQ(lines[8].amount, 13500 + 3000 + 5000);
+    EXPECT_EQ(lines[10].label, "Written Down Value After Adjustments");
+    EXPECT_EQ(lines[10].amount, 130000 - 21500);
+}
+
+TEST(IncomeTaxSheet, LabelsFullAndHalfRates) {
+    EXPECT_EQ(normal_rate_label(15, false), "Normal @ 15% Full Rate");
+    EXPECT_EQ(normal_rate_label(15, true), "Normal @ Half Rate [7.5%]");
+    EXPECT_EQ(additional_rate_label(20, true), "Additional @ Half Rate [10%]");
+}
+
+}  // namespace
+}  // namespace brenlow::depreciation
