@@ -399,8 +399,13 @@ void MysqlDatabase::end_group_locks() {
 void MysqlDatabase::begin() {
     if (depth_ == 0) {
         take_writer_lock();
-        // Not START TRANSACTION: that would release a LOCK TABLES taken before.
-        run("SET autocommit=0");
+        try {
+            // Not START TRANSACTION: that would release a LOCK TABLES taken before.
+            run("SET autocommit=0");
+        } catch (...) {
+            if (!lock_held_) release_writer_lock();
+            throw;
+        }
         group_failed_ = false;
         flush_pending_ = false;
     }

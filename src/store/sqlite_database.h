@@ -7,8 +7,12 @@
 //   SQLite grants to one connection at a time over the whole file; a second writer
 //   waits (busy timeout) instead of failing. "UNLOCK TABLES" commits it, so the
 //   serial taken under the lock becomes visible as the lock is released.
-// - A lock taken inside begin()/commit() joins that group; the group's end commits.
-//   A group begun while a lock is held is a savepoint of the lock's transaction.
+// - A lock taken inside begin()/commit() joins that group: whichever of the group's
+//   end and UNLOCK TABLES comes last commits. A group begun while a lock is held is
+//   a savepoint of the lock's transaction, so its rollback undoes only its own
+//   writes.
+// - begin() is an immediate write transaction as well: a group that reads and then
+//   writes never finds that another writer got in between.
 // - "Flush Tables" does nothing: every commit is already visible to the others.
 // - UCASE, LCASE and CONCAT exist as functions; text columns of "Create Table"
 //   get COLLATE NOCASE so that '=' compares case-blind as on MySQL.
