@@ -27,7 +27,15 @@ constexpr const char* kUsage =
     "  masters blocks|groups|particulars --client CODE --year YYYY [--json]\n"
     "                            list the blocks, asset groups or particulars of the year\n"
     "  masters block add|modify|delete, masters group add|modify|delete ...\n"
-    "                            keep them as the master screens do (brenlow masters --help)\n";
+    "                            keep them as the master screens do (brenlow masters --help)\n"
+    "  chart --client CODE --year YYYY --it|--books [--json|--pdf FILE]\n"
+    "                            calculate the year and print the income-tax chart by block\n"
+    "                            or the books chart by asset group\n"
+    "  register export FILE.json --client CODE --year YYYY\n"
+    "  register import FILE.json --client CODE --year YYYY [--replace]\n"
+    "                            the year's register as a JSON document, out and back in\n"
+    "  demo [--out DIR]          a demonstration client DEMO01 (F.Y. 2024-25) with both charts\n"
+    "                            printed and written as PDF files into DIR\n";
 
 using Handler = std::function<int(Context&, const std::vector<std::string>&)>;
 
@@ -35,6 +43,8 @@ const std::map<std::string, Handler>& commands() {
     static const std::map<std::string, Handler> table = {
         {"init", init_command},
         {"masters", masters_command},
+        {"chart", chart_command},
+        {"demo", demo_command},
     };
     return table;
 }
