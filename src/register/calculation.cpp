@@ -219,7 +219,7 @@ void run_books(store::RegisterStore& rs, const Masters& m, bool interactive, con
         if (const auto* g = m.group(e.group_id)) b.AssetGroup = g->Part;
         b.Particulars = e.particulars;
         b.PutDate = e.put_date;
-        b.Cost = e.kind == depreciation::EntryKind::Opening ? e.cost : 0;
+        b.Cost = e.cost;
         b.OpDep = e.op_dep;
         b.Opening = r.opening;
         b.Addition = r.addition;
@@ -227,6 +227,8 @@ void run_books(store::RegisterStore& rs, const Masters& m, bool interactive, con
         b.DepFY = r.depreciation;
         b.ClBal = r.closing;
         b.ProfitLoss = r.profit_loss;
+        b.DepAdjRemLife0_PL = r.adj_pl;
+        b.DepAdjRemLife0_RS = r.adj_rs;
         b.Rate = r.rate;
         b.RemLife = r.remaining_life;
         b.Days = r.days;

@@ -56,7 +56,7 @@ struct BooksAsset {
     std::string AssetGroup;  // the group's Part
     std::string Particulars;
     std::string PutDate;
-    double Cost = 0;        // opening: cost or WDV as per books; addition: 0 (its net amount is the Addition)
+    double Cost = 0;        // opening: cost or WDV as per books; addition: its net amount
     double OpDep = 0;       // depreciation up to the start of the year
     double Opening = 0;     // carrying amount on 01/04
     double Addition = 0;
@@ -64,6 +64,8 @@ struct BooksAsset {
     double DepFY = 0;
     double ClBal = 0;
     double ProfitLoss = 0;
+    double DepAdjRemLife0_PL = 0;  // carrying amount above the residual value of a nil remaining life,
+    double DepAdjRemLife0_RS = 0;  // to profit and loss or to reserves
     double Rate = 0;
     double RemLife = 0;
     int Days = 0;

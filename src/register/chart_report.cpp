@@ -171,7 +171,9 @@ ReportDocument books_chart_report(const CalculationResult& run) {
         Group& g = groups[it->second];
         g.f.opening += a.Opening;
         (a.half_year ? g.f.half : g.f.full) += a.Addition;
-        g.f.deduction += a.DedAmt;
+        // An asset whose life is over leaves the books through its adjustment, not its
+        // depreciation; the chart shows it with the deductions so that the line adds up.
+        g.f.deduction += a.DedAmt + a.DepAdjRemLife0_PL + a.DepAdjRemLife0_RS;
         g.f.normal += a.DepFY;
         g.f.closing += a.ClBal;
         if (g.any && g.rate != a.Rate) g.one_rate = false;
@@ -179,11 +181,16 @@ ReportDocument books_chart_report(const CalculationResult& run) {
         g.any = true;
     }
     ChartFigures total;
+    double residual_adjustment = 0;
+    for (const auto& a : run.books_assets) residual_adjustment += a.DepAdjRemLife0_PL + a.DepAdjRemLife0_RS;
     for (const auto& g : groups) {
         total.add(g.f);
         add_row(doc, chart_cells(g.name, g.one_rate ? format_mask(g.rate, kRate) : "", g.f, kPaise), false);
     }
     add_row(doc, chart_cells("Total", "", total, kPaise), true);
+    if (residual_adjustment != 0)
+        doc.notes.push_back("Deduction includes Rs. " + format_mask(residual_adjustment, kPaise) +
+                            " of assets whose remaining life is nil (carrying amount above residual value).");
     return doc;
 }
 

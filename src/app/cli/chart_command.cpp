@@ -1,0 +1,139 @@
+// brenlow chart: runs the calculation of a client's year, as the register's calculate
+// button does, and prints the chart as text, as JSON, or into a PDF file.
+
+#include <nlohmann/json.hpp>
+
+#include "app/cli/commands.h"
+#include "app/cli/options.h"
+#include "register/calculation.h"
+#include "register/chart_report.h"
+#include "suite/report.h"
+
+namespace brenlow::cli {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+Json income_tax_json(const reg::CalculationResult& run) {
+    Json blocks = Json::array();
+    for (const auto& line : reg::chart_lines(run)) {
+        const auto& r = *line.row;
+        blocks.push_back({{"Block", line.block},
+                          {"CapitalGain", r.CG},
+                          {"Code_No", r.Code_No},
+                          {"FYr", r.FYr},
+                          {"Grp", r.Grp},
+                          {"Rate", r.Rate},
+                          {"Wdv", r.Wdv},
+                          {"WdvOpHR", r.WdvOpHR},
+                          {"Add1", r.Add1},
+                          {"Cons1", r.Cons1},
+                          {"FullAmt", r.FullAmt},
+                          {"Add2", r.Add2},
+                          {"Cons2", r.Cons2},
+                          {"HalfAmt", r.HalfAmt},
+                          {"DeprF", r.DeprF},
+                          {"DeprH", r.DeprH},
+                          {"ADeprF", r.ADeprF},
+                          {"ADeprH", r.ADeprH},
+                          {"ADeprOpH", r.ADeprOpH},
+                          {"TotDep", r.TotDep},
+                          {"Dep38", r.Dep38},
+                          {"PropDep", r.PropDep},
+                          {"Exp", r.Exp},
+                          {"CG", r.CG},
+                          {"WdvCl", r.WdvCl}});
+    }
+    return {{"client", run.code},
+            {"year", run.year},
+            {"mode", reg::mode_name(run.mode)},
+            {"half_rate_line", run.income_tax.half_rate_line.text()},
+            {"hand_edited", run.chart_hand_edited},
+            {"net_capital_gain", run.income_tax.net_capital_gain},
+            {"DeprChart", blocks}};
+}
+
+Json books_json(const reg::CalculationResult& run) {
+    Json assets = Json::array();
+    for (const auto& a : run.books_assets) {
+        assets.push_back({{"Entry", a.kind == depreciation::EntryKind::Opening ? "opening" : "addition"},
+                          {"SrNoFATR", a.SrNoFATR},
+                          {"IdFAGM", a.IdFAGM},
+                          {"AssetGroup", a.AssetGroup},
+                          {"Particulars", a.Particulars},
+                          {"PutDate", a.PutDate},
+                          {"Cost", a.Cost},
+                          {"OpDep", a.OpDep},
+                          {"Opening", a.Opening},
+                          {"Addition", a.Addition},
+                          {"DedAmt", a.DedAmt},
+                          {"DepFY", a.DepFY},
+                          {"ClBal", a.ClBal},
+                          {"ProfitLoss", a.ProfitLoss},
+                          {"DepAdjRemLife0_PL", a.DepAdjRemLife0_PL},
+                          {"DepAdjRemLife0_RS", a.DepAdjRemLife0_RS},
+                          {"Rate", a.Rate},
+                          {"RemLife", a.RemLife},
+                          {"Days", a.Days}});
+    }
+    const auto& t = run.books.totals;
+    return {{"client", run.code},
+            {"year", run.year},
+            {"mode", reg::mode_name(run.mode)},
+            {"assets", assets},
+            {"totals",
+             {{"ClBal", t.closing},
+              {"DepFY", t.depreciation},
+              {"ProfitLoss", t.profit_loss},
+              {"DepAdjRemLife0_PL", t.adj_pl},
+              {"DepAdjRemLife0_RS", t.adj_rs}}}};
+}
+
+void select_year(Context& ctx, const std::string& code, int year) {
+    if (!ctx.base().select_client_year(code, year))
+        throw UsageError("client " + code + " has no financial year " + fy_text(year) +
+                         " (create it with brenlow init).");
+}
+
+void show_warnings(Context& ctx, const reg::CalculationResult& run) {
+    for (const auto& w : run.warnings)
+        if (w.show) ctx.err << w.text << "\n";
+}
+
+}  // namespace
+
+int chart_command(Context& ctx, const std::vector<std::string>& args) {
+    const Options opt(args, {"it", "books", "json"});
+    opt.reject_unknown({"client", "year", "it", "books", "json", "pdf"});
+    const std::string code = opt.require("client");
+    const int year = opt.require_int("year", 1990, 2099);
+    if (opt.has("it") == opt.has("books")) throw UsageError("choose one chart: --it or --books.");
+    if (opt.has("json") && opt.has("pdf")) throw UsageError("--json and --pdf do not go together.");
+    const bool it = opt.has("it");
+    select_year(ctx, code, year);
+
+    reg::CalculationOptions options;
+    options.keep_entries = false;
+    // The text form follows the income-tax chart with its block-wise summary.
+    options.sheets = it && !opt.has("json") && !opt.has("pdf");
+    const auto run = reg::run_calculation(ctx.base().dbobj(), code, year, it ? reg::Mode::DEP_IT : reg::Mode::DEP_FA,
+                                          true, options);
+    show_warnings(ctx, run);
+    if (run.no_assets) return 1;
+
+    if (opt.has("json")) {
+        ctx.out << (it ? income_tax_json(run) : books_json(run)).dump(2) << "\n";
+        return 0;
+    }
+    const auto doc = reg::chart_report(run);
+    if (const auto pdf = opt.get("pdf")) {
+        Ostikreport::write_pdf(doc, *pdf);
+        ctx.out << "Wrote " << *pdf << "\n";
+        return 0;
+    }
+    ctx.out << Ostikreport::render_text(doc);
+    if (it) ctx.out << "\n" << Ostikreport::render_text(reg::block_summary_report(run));
+    return 0;
+}
+
+}  // namespace brenlow::cli

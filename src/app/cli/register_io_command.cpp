@@ -1,0 +1,73 @@
+// brenlow register export|import: a client's register of one year out to a JSON
+// document and back in (the document's format is in the README).
+
+#include <fstream>
+#include <sstream>
+
+#include "app/cli/commands.h"
+#include "app/cli/options.h"
+#include "exchange/register_document.h"
+
+namespace brenlow::cli {
+namespace {
+
+struct Target {
+    std::string file;
+    std::string code;
+    int year = 0;
+};
+
+Target target_of(Context& ctx, const Options& opt, const char* sub) {
+    if (opt.positional().size() != 1) throw UsageError(std::string(sub) + " takes one file name.");
+    Target t{opt.positional()[0], opt.require("client"), opt.require_int("year", 1990, 2099)};
+    if (!ctx.base().select_client_year(t.code, t.year))
+        throw UsageError("client " + t.code + " has no financial year " + fy_text(t.year) +
+                         " (create it with brenlow init).");
+    return t;
+}
+
+int export_register(Context& ctx, const std::vector<std::string>& args) {
+    const Options opt(args, {});
+    opt.reject_unknown({"client", "year"});
+    const auto t = target_of(ctx, opt, "export");
+    const std::string json = exchange::export_register(ctx.base().dbobj(), t.code, t.year);
+    std::ofstream f(t.file, std::ios::binary);
+    f << json;
+    f.close();
+    if (!f) throw std::runtime_error("cannot write " + t.file);
+    ctx.out << "Wrote the register of " << t.code << " for F.Y. " << fy_text(t.year) << " to " << t.file << "\n";
+    return 0;
+}
+
+int import_register(Context& ctx, const std::vector<std::string>& args) {
+    const Options opt(args, {"replace"});
+    opt.reject_unknown({"client", "year", "replace"});
+    const auto t = target_of(ctx, opt, "import");
+    std::ifstream f(t.file, std::ios::binary);
+    if (!f) throw std::runtime_error("cannot read " + t.file);
+    std::ostringstream text;
+    text << f.rdbuf();
+    exchange::ImportOptions options;
+    options.replace = opt.has("replace");
+    const auto r = exchange::import_register(ctx.base().dbobj(), t.code, t.year, text.str(), options);
+    if (!r.errors.empty()) {
+        for (const auto& e : r.errors) ctx.err << e << "\n";
+        ctx.err << "Nothing was imported.\n";
+        return 1;
+    }
+    ctx.out << "Imported into " << t.code << " for F.Y. " << fy_text(t.year) << ": " << r.openings
+            << " opening entries, " << r.additions << " additions; asset groups " << r.groups_matched
+            << " matched, " << r.groups_created << " created" << (r.options_written ? "; options row written" : "")
+            << "\n";
+    return 0;
+}
+
+}  // namespace
+
+int register_io_command(Context& ctx, const std::string& sub, const std::vector<std::string>& args) {
+    if (sub == "export") return export_register(ctx, args);
+    if (sub == "import") return import_register(ctx, args);
+    throw UsageError("unknown register subcommand \"" + sub + "\" (export or import).");
+}
+
+}  // namespace brenlow::cli
