@@ -100,16 +100,16 @@ void frmNewFAGM::set_up_grids() {
         const char* heading;
         int width;
     } columns[] = {
-        {kColName, "", "Asset Group", 30},
+        {kColName, "", "Asset Group", 28},
         {kColBlockIT, "As per Income-Tax Act", "Block", 24},
-        {kColRateIT, "As per Income-Tax Act", "Rate", 7},
-        {kColAddlRateIT, "As per Income-Tax Act", "Addl. Rate", 7},
-        {kColBlockFA, "As per Books", "Block", 20},
-        {kColRateFA, "As per Books", "Rate", 7},
-        {kColBlockCL, "As per Companies Act", "Classification", 30},
-        {kColLifeYrs, "As per Companies Act", "Life (Yrs)", 7},
-        {kColRateSLM, "As per Companies Act", "SLM Rate", 7},
-        {kColRateWDV, "As per Companies Act", "WDV Rate", 7},
+        {kColRateIT, "As per Income-Tax Act", "Rate", 8},
+        {kColAddlRateIT, "As per Income-Tax Act", "Addl. Rate", 10},
+        {kColBlockFA, "As per Books", "Block", 22},
+        {kColRateFA, "As per Books", "Rate", 8},
+        {kColBlockCL, "As per Companies Act", "Classification", 34},
+        {kColLifeYrs, "As per Companies Act", "Life (Yrs)", 10},
+        {kColRateSLM, "As per Companies Act", "SLM Rate", 9},
+        {kColRateWDV, "As per Companies Act", "WDV Rate", 9},
     };
     vsM.set_fixed_rows(2);
     for (const auto& c : columns) {

@@ -35,8 +35,8 @@ void frmfamaster::Form_Load() {
         const char* heading;
         int width;
     } columns[] = {
-        {kColName, "Name of Asset", 30},  {kColMethod, "Method", 22},       {kColRateBooks, "Rate (Books)", 9},
-        {kColRateIT, "Rate (I.Tax)", 9},  {kColBooksBlock, "Block (Books)", 20}, {kColItBlock, "Block (I.Tax)", 20},
+        {kColName, "Name of Asset", 30},   {kColMethod, "Method", 28},           {kColRateBooks, "Rate (Books)", 13},
+        {kColRateIT, "Rate (I.Tax)", 13},  {kColBooksBlock, "Block (Books)", 26}, {kColItBlock, "Block (I.Tax)", 24},
     };
     for (const auto& c : columns) {
         vsf.set_heading(c.col, "", c.heading);
