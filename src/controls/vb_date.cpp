@@ -31,7 +31,7 @@ bool is_separator(char c) {
 }
 
 // Days since 01/01/1970 of a proleptic Gregorian date (Howard Hinnant's days_from_civil).
-int serial(const Date& d) {
+int day_serial(const Date& d) {
     const int y = d.year - (d.month <= 2 ? 1 : 0);
     const int era = (y >= 0 ? y : y - 399) / 400;
     const int yoe = y - era * 400;
@@ -41,7 +41,7 @@ int serial(const Date& d) {
     return era * 146097 + doe - 719468;
 }
 
-Date from_serial(int z) {
+Date date_of_serial(int z) {
     z += 719468;
     const int era = (z >= 0 ? z : z - 146096) / 146097;
     const int doe = z - era * 146097;
@@ -164,12 +164,23 @@ std::string Date::format(std::string_view pattern) const {
 }
 
 Date Date::add_days(int days) const {
-    return from_serial(serial(*this) + days);
+    return date_of_serial(day_serial(*this) + days);
+}
+
+long Date::serial() const { return day_serial(*this); }
+
+Date Date::from_serial(long serial) { return date_of_serial(static_cast<int>(serial)); }
+
+std::optional<Date> Date::parse_packed(std::string_view text) {
+    if (text.size() != 8 || !all_digits(text)) return std::nullopt;
+    return make(to_int(text.substr(4, 4)), to_int(text.substr(2, 2)), to_int(text.substr(0, 2)));
 }
 
 int days_between(const Date& a, const Date& b) {
-    return serial(b) - serial(a);
+    return day_serial(b) - day_serial(a);
 }
+
+int fy_length_days(int year_end) { return days_between(fy_first(year_end), fy_first(year_end + 1)); }
 
 Date fy_first(int year_end) {
     return Date{year_end - 1, 4, 1};

@@ -30,6 +30,15 @@ struct Date {
     std::string format(std::string_view pattern) const;
 
     Date add_days(int days) const;
+    Date plus_days(long days) const { return add_days(static_cast<int>(days)); }
+
+    // Exactly eight digits ddmmyyyy, as the remaining-life function takes a date.
+    static std::optional<Date> parse_packed(std::string_view text);
+    // Days since 01/01/1970, for arithmetic on many dates at once.
+    long serial() const;
+    static Date from_serial(long serial);
+    // "DD/MM/YY", as headings print a date.
+    std::string short_text() const { return format("DD/MM/YY"); }
 
     friend auto operator<=>(const Date&, const Date&) = default;
 };
@@ -44,6 +53,8 @@ int days_in_month(int year, int month);
 Date fy_first(int year_end);  // 01/04/(year_end - 1)
 Date fy_last(int year_end);   // 31/03/year_end
 int fy_year_of(const Date& date);
+// 366 when the February inside the year has 29 days.
+int fy_length_days(int year_end);
 
 // Whether a typed text is a date in day-month-year order, as the usual date
 // recognition of the desktop reads it: day, month and year separated by "/", "-",

@@ -96,3 +96,37 @@ TEST(IsDate, RecognisesDayMonthYearTextsAsTheDesktopDoes) {
 
 }  // namespace
 }  // namespace brenlow
+
+namespace brenlow {
+namespace {
+
+TEST(DateSerials, RunContinuouslyAcrossMonthsYearsAndLeapDays) {
+    const Date start{2023, 12, 30};
+    long previous = start.serial();
+    for (int i = 1; i < 800; ++i) {
+        const Date d = start.plus_days(i);
+        EXPECT_EQ(d.serial(), previous + 1);
+        EXPECT_EQ(Date::from_serial(d.serial()), d);
+        previous = d.serial();
+    }
+    EXPECT_EQ(Date{2024, 3, 1}.plus_days(-1), (Date{2024, 2, 29}));
+}
+
+TEST(PackedDates, AreExactlyEightDigitsOfARealDay) {
+    EXPECT_EQ(Date::parse_packed("15062010"), (Date{2010, 6, 15}));
+    EXPECT_FALSE(Date::parse_packed("1506201"));
+    EXPECT_FALSE(Date::parse_packed("15/06/10"));
+    EXPECT_FALSE(Date::parse_packed("29022023"));
+    EXPECT_TRUE(Date::parse_packed("29022024"));
+}
+
+TEST(FinancialYearLength, Is366WhenItsFebruaryHas29Days) {
+    EXPECT_EQ(fy_length_days(2024), 366);  // 01/04/2023 - 31/03/2024
+    EXPECT_EQ(fy_length_days(2025), 365);
+    EXPECT_EQ(fy_length_days(2000), 366);
+    EXPECT_EQ(fy_length_days(2100), 365);
+    EXPECT_EQ(Date(Date{2025, 3, 31}).short_text(), "31/03/25");
+}
+
+}  // namespace
+}  // namespace brenlow
