@@ -125,7 +125,7 @@ TEST(FinancialYearLength, Is366WhenItsFebruaryHas29Days) {
     EXPECT_EQ(fy_length_days(2025), 365);
     EXPECT_EQ(fy_length_days(2000), 366);
     EXPECT_EQ(fy_length_days(2100), 365);
-    EXPECT_EQ(Date(Date{2025, 3, 31}).short_text(), "31/03/25");
+    EXPECT_EQ((Date{2025, 3, 31}).short_text(), "31/03/25");
 }
 
 }  // namespace
