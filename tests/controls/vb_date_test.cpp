@@ -109,7 +109,7 @@ TEST(DateSerials, RunContinuouslyAcrossMonthsYearsAndLeapDays) {
         EXPECT_EQ(Date::from_serial(d.serial()), d);
         previous = d.serial();
     }
-    EXPECT_EQ(Date{2024, 3, 1}.plus_days(-1), (Date{2024, 2, 29}));
+    EXPECT_EQ((Date{2024, 3, 1}.plus_days(-1)), (Date{2024, 2, 29}));
 }
 
 TEST(PackedDates, AreExactlyEightDigitsOfARealDay) {
