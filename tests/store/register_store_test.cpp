@@ -1,0 +1,171 @@
+// The register's store on every backend: serials under the lock, the old-chart
+// marker, the options row rewritten whole, the groups with entries, packed lists.
+
+#include "store/register_store.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+#include <thread>
+
+#include "store/schema.h"
+#include "support/test_databases.h"
+
+namespace brenlow::store {
+namespace {
+
+class RegisterStoreTest : public test::BackendTest {
+protected:
+    void SetUp() override {
+        BackendTest::SetUp();
+        if (IsSkipped()) return;
+        create_shared_tables(db());
+        create_register_tables(db(), 2016);
+    }
+    long count(const std::string& what) {
+        return static_cast<long>(db().query("SELECT COUNT(*) AS n FROM " + what).first("n").as_int());
+    }
+    static OpeningRow opening(long group, std::string part) {
+        OpeningRow o;
+        o.IdFAGM = group;
+        o.Part = std::move(part);
+        return o;
+    }
+};
+
+TEST_P(RegisterStoreTest, FirstEntryOfAClientTakesSerialOneAndTheNextFollowsTheLargest) {
+    RegisterStore s(db(), "C001", 2016);
+    EXPECT_EQ(s.insert_opening(opening(1, "A")), 1);
+    db().execute("UPDATE NewFATRo2016 SET SrNoFATR=7");
+    EXPECT_EQ(s.insert_opening(opening(1, "B")), 8);
+    RegisterStore other(db(), "C002", 2016);
+    EXPECT_EQ(other.insert_opening(opening(1, "C")), 1);
+}
+
+TEST_P(RegisterStoreTest, RowsComeBackWithEveryColumnInPlace) {
+    RegisterStore s(db(), "C001", 2016);
+    OpeningRow o = opening(4, "LATHE 'A'");
+    o.CostWdv = 1000.5; o.OpDepr = 100; o.YrCalcCA = 2015; o.DepCalcCA = 50; o.ResValue = 40; o.LifeYrs = 15;
+    o.RateFACL = 18.1; o.WdvIT = 700; o.DetESA = "X"; o.RateIT = 15; o.AddlDepRT = 20; o.SaleDate = "01/01/2016";
+    o.SaleAmt = 90; o.SaleExp = 9; o.ShiftDet = "S"; o.DepFACL = 3; o.OthOpts = "|COST|WDV|"; o.PutDate = "01/04/2012";
+    o.AddlDepOn = 12;
+    const long sr = s.insert_opening(o);
+    const auto back = s.opening_entry(4, sr);
+    ASSERT_TRUE(back);
+    EXPECT_EQ(back->Part, "LATHE 'A'");
+    EXPECT_EQ(back->YrCalcCA, 2015);
+    EXPECT_EQ(back->SaleDate, "01/01/2016");
+    EXPECT_EQ(back->OthOpts, "|COST|WDV|");
+    EXPECT_EQ(back->PutDate, "01/04/2012");
+    EXPECT_DOUBLE_EQ(back->AddlDepOn, 12);
+    EXPECT_DOUBLE_EQ(back->CostWdv, 1000.5);
+    AdditionRow a;
+    a.IdFAGM = 4; a.Part = "DRILL"; a.PutDate = "15/06/2015"; a.AccDate = "10/06/2015"; a.PurAmt = 500;
+    a.Subsidy = 20; a.OthOpts = "SLM|NEW";
+    const long asr = s.insert_addition(a);
+    a.SrNoFATR = asr;
+    a.Part = "DRILL 2";
+    s.update_addition(a);
+    const auto aback = s.addition_entry(4, asr);
+    ASSERT_TRUE(aback);
+    EXPECT_EQ(aback->Part, "DRILL 2");
+    EXPECT_EQ(aback->AccDate, "10/06/2015");
+    EXPECT_DOUBLE_EQ(aback->Subsidy, 20);
+    EXPECT_EQ(aback->OthOpts, "SLM|NEW");
+}
+
+TEST_P(RegisterStoreTest, UsersAddingAtTheSameTimeNeverShareASerial) {
+    constexpr int kEach = 15;
+    std::vector<std::unique_ptr<Database>> users;
+    for (int u = 0; u < 3; ++u) users.push_back(temp().open_another());
+    std::vector<std::thread> threads;
+    std::vector<std::string> errors(users.size());
+    for (std::size_t u = 0; u < users.size(); ++u) {
+        threads.emplace_back([&, u] {
+            try {
+                RegisterStore s(*users[u], "C001", 2016);
+                for (int i = 0; i < kEach; ++i) s.insert_addition(AdditionRow{});
+            } catch (const std::exception& e) {
+                errors[u] = e.what();
+            }
+        });
+    }
+    for (auto& t : threads) t.join();
+    for (const auto& e : errors) EXPECT_EQ(e, "");
+    std::set<long> serials;
+    for (const auto& a : RegisterStore(db(), "C001", 2016).addition_entries()) serials.insert(a.SrNoFATR);
+    EXPECT_EQ(serials.size(), 3u * kEach);
+    EXPECT_EQ(*serials.rbegin(), 3 * kEach);
+}
+
+TEST_P(RegisterStoreTest, OldChartMarkerReplacesEverythingOfTheClientAndIsNoEntry) {
+    RegisterStore s(db(), "C001", 2016);
+    RegisterStore other(db(), "C002", 2016);
+    s.insert_opening(opening(1, "A"));
+    s.insert_addition(AdditionRow{});
+    s.rewrite_options_row("WDV");
+    s.rewrite_manual_depreciation({{1, 100.0}});
+    other.insert_opening(opening(1, "B"));
+    s.write_old_chart_marker();
+    EXPECT_TRUE(s.has_old_chart_marker());
+    EXPECT_FALSE(s.has_entries());
+    EXPECT_TRUE(s.opening_entries().empty());
+    EXPECT_EQ(count("NewFATRa2016 WHERE Code_No='C001'"), 0);
+    EXPECT_EQ(count("NewFAMI WHERE Code_No='C001'"), 0);
+    EXPECT_EQ(count("NewFAMD WHERE Code_No='C001'"), 0);
+    EXPECT_EQ(count("NewFATRo2016 WHERE Code_No='C002'"), 1);
+    EXPECT_FALSE(other.has_old_chart_marker());
+}
+
+TEST_P(RegisterStoreTest, OptionsRowIsRewrittenWholeForItsClientAndYear) {
+    RegisterStore s(db(), "C001", 2016);
+    EXPECT_FALSE(s.options_row());
+    s.rewrite_options_row("WDV|N");
+    s.rewrite_options_row("SLM|Y");
+    RegisterStore(db(), "C001", 2017).rewrite_options_row("OTHER YEAR");
+    EXPECT_EQ(count("NewFAMI WHERE Code_No='C001' AND Yr=2016"), 1);
+    EXPECT_EQ(*s.options_row(), "SLM|Y");
+}
+
+TEST_P(RegisterStoreTest, GroupsWithEntriesListEachGroupOnceOpeningsFirst) {
+    RegisterStore s(db(), "C001", 2016);
+    AdditionRow a;
+    a.IdFAGM = 9;
+    s.insert_addition(a);
+    s.insert_opening(opening(5, "A"));
+    s.insert_opening(opening(5, "B"));
+    a.IdFAGM = 5;
+    s.insert_addition(a);
+    EXPECT_EQ(s.groups_with_entries(), (std::vector<long>{5, 9}));
+}
+
+TEST_P(RegisterStoreTest, MissingGroupIsCreatedOnceWithTheNextSerialOverAllYears) {
+    RegisterStore s(db(), "C001", 2016);
+    db().execute("INSERT INTO NewFAGM Values (40,2015,'PLANT','3-15',15,20,0,15,'4.1',15,6.33,18.1)");
+    AssetGroupRow g = RegisterStore(db(), "C001", 2015).asset_groups().at(0);
+    const long made = s.find_or_create_group(g);
+    EXPECT_EQ(made, 41);
+    EXPECT_EQ(s.find_or_create_group(g), 41);
+    g.RateIT = 40;
+    EXPECT_EQ(s.find_or_create_group(g), 42);
+    EXPECT_EQ(count("NewFAGM WHERE Yr=2016"), 2);
+}
+
+TEST(RegisterPacking, ReadersAcceptATrailingSeparatorOrNone) {
+    const auto a = unpack_rows("01/04/2015,30/04/2015,2|01/05/2015,31/05/2015,3", ",");
+    const auto b = unpack_rows("01/04/2015,30/04/2015,2|01/05/2015,31/05/2015,3|", ",");
+    ASSERT_EQ(a.size(), 2u);
+    EXPECT_EQ(a, b);
+    EXPECT_EQ(a[1][2], "3");
+    EXPECT_TRUE(unpack_rows("", ",").empty());
+    EXPECT_EQ(pack_rows(a, ","), "01/04/2015,30/04/2015,2|01/05/2015,31/05/2015,3");
+    const auto esa = unpack_rows("CAR\xC2\xA6" "100\xC2\xA6\xC2\xA6" "5|", "\xC2\xA6");
+    ASSERT_EQ(esa.size(), 1u);
+    EXPECT_EQ(esa[0], (std::vector<std::string>{"CAR", "100", "", "5"}));
+}
+
+}  // namespace
+
+BRENLOW_INSTANTIATE_BACKENDS(RegisterStoreTest);
+
+}  // namespace brenlow::store
