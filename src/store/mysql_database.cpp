@@ -1,6 +1,8 @@
 #include "store/mysql_database.h"
 
+#include <errmsg.h>
 #include <mysql.h>
+#include <mysqld_error.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -253,7 +255,14 @@ DbError MysqlDatabase::error(std::string_view sql) const {
 }
 
 void MysqlDatabase::send(std::string_view sql) {
-    if (mysql_real_query(conn_, sql.data(), static_cast<unsigned long>(sql.size())) != 0) throw error(sql);
+    if (mysql_real_query(conn_, sql.data(), static_cast<unsigned long>(sql.size())) == 0) return;
+    // These errors take the whole transaction with them, not just the statement:
+    // what the group wrote before is gone, so it must not commit what comes after.
+    const unsigned code = mysql_errno(conn_);
+    if (depth_ > 0 && (code == ER_LOCK_DEADLOCK || code == CR_SERVER_GONE_ERROR || code == CR_SERVER_LOST)) {
+        group_failed_ = true;
+    }
+    throw error(sql);
 }
 
 void MysqlDatabase::run(std::string_view sql) {

@@ -212,9 +212,28 @@ void SqliteDatabase::for_each_row(std::string_view sql, const std::function<void
     for (;;) {
         const int rc = sqlite3_step(raw);
         if (rc == SQLITE_DONE) return;
-        if (rc != SQLITE_ROW) throw error(sql);
+        if (rc != SQLITE_ROW) {
+            auto e = error(sql);
+            s.reset();
+            after_failure();
+            throw e;
+        }
         for (int i = 0; i < columns; ++i) values[static_cast<std::size_t>(i)] = column_value(raw, i);
         fn(Row(&names, &values));
+    }
+}
+
+void SqliteDatabase::after_failure() {
+    if (!txn_open_ || sqlite3_get_autocommit(db_) == 0) return;
+    // Some failures (a full disk, an I/O error) take the whole transaction with them.
+    // A group that lost its earlier writes must not commit its later ones; a lock
+    // goes on holding the writers off.
+    savepoint_ = false;
+    if (depth_ > 0) group_failed_ = true;
+    try {
+        run("BEGIN IMMEDIATE");
+    } catch (...) {
+        txn_open_ = false;
     }
 }
 

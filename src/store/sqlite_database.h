@@ -50,6 +50,7 @@ private:
     void run(std::string_view sql);
     void lock_tables();
     void unlock_tables();
+    void after_failure();
     DbError error(std::string_view sql) const;
 
     std::string path_;
