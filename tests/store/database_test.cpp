@@ -488,6 +488,54 @@ TEST_P(StoreDatabase, RewriteThatTakesASerialAfterDeletingDoesNotDeadlockWithAno
     EXPECT_EQ(count_rows(db(), "FIXED_1 WHERE srno=3 AND code_no='C2'"), 1);
 }
 
+// A connection as an ordinary user of the database: on MySQL one with rights on this
+// database only (no RELOAD, so no real FLUSH), whose password needs %-escaping.
+class PlainUser {
+public:
+    explicit PlainUser(test::TempDatabase& temp) : temp_(temp) {
+        if (temp.backend() != Backend::mysql) {
+            db_ = temp.open_another();
+            return;
+        }
+        const auto& url = temp.url();
+        const auto slash = url.find('/', url.find("://") + 3);
+        const auto query = url.find('?');
+        const auto database = url.substr(slash + 1, query - slash - 1);
+        name_ = "u" + database.substr(database.size() > 30 ? database.size() - 30 : 0);
+        temp.db().execute("CREATE USER '" + name_ + "'@'localhost' IDENTIFIED BY 'p@ss:w/rd'");
+        temp.db().execute("GRANT ALL ON " + database + ".* TO '" + name_ + "'@'localhost'");
+        db_ = open_database("mysql://" + name_ + ":p%40ss%3Aw%2Frd@localhost" + url.substr(slash));
+    }
+    ~PlainUser() {
+        db_.reset();
+        if (!name_.empty()) temp_.db().execute("DROP USER '" + name_ + "'@'localhost'");
+    }
+    Database& db() { return *db_; }
+
+private:
+    test::TempDatabase& temp_;
+    std::string name_;
+    std::unique_ptr<Database> db_;
+};
+
+TEST_P(StoreDatabase, OrdinaryUserCanLockFlushAndGroupWrites) {
+    db().execute("Create Table NewFAGM (SrNoFAGM Int(11), Part Char(50))");
+    PlainUser user(temp());
+    user.db().execute("LOCK TABLE NewFAGM Write");
+    const auto max =
+        user.db().query("SELECT MAX(SrNoFAGM) as MaxSrNo FROM NewFAGM").first("maxsrno").as_int();
+    user.db().execute("INSERT INTO NewFAGM Values (" + std::to_string(max + 1) + ", 'Plant')");
+    user.db().execute("Flush Tables");
+    user.db().execute("UNLOCK TABLES");
+    {
+        Transaction tx(user.db());
+        user.db().execute("INSERT INTO NewFAGM Values (2, 'Furniture')");
+        user.db().execute("Flush Tables");
+        tx.commit();
+    }
+    EXPECT_EQ(count_rows(db(), "NewFAGM"), 2);
+}
+
 // --- Failures -----------------------------------------------------------------------
 
 TEST_P(StoreDatabase, FailingStatementReportsTheServersTextAndTheStatement) {
