@@ -31,6 +31,10 @@ constexpr const char* kUsage =
     "  chart --client CODE --year YYYY --it|--books [--json|--pdf FILE]\n"
     "                            calculate the year and print the income-tax chart by block\n"
     "                            or the books chart by asset group\n"
+    "  register list --client CODE --year YYYY [--group ID] [--json]\n"
+    "  register add-opening|add-addition|edit|delete ... [--yes]\n"
+    "                            the asset register: entries listed, added, edited and deleted\n"
+    "                            through the register screen's checks (brenlow register --help)\n"
     "  register export FILE.json --client CODE --year YYYY\n"
     "  register import FILE.json --client CODE --year YYYY [--replace]\n"
     "                            the year's register as a JSON document, out and back in\n"
@@ -45,6 +49,7 @@ const std::map<std::string, Handler>& commands() {
         {"masters", masters_command},
         {"chart", chart_command},
         {"demo", demo_command},
+        {"register", register_command},
     };
     return table;
 }

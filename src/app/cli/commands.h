@@ -12,6 +12,7 @@ int init_command(Context& ctx, const std::vector<std::string>& args);
 int masters_command(Context& ctx, const std::vector<std::string>& args);
 int chart_command(Context& ctx, const std::vector<std::string>& args);
 int demo_command(Context& ctx, const std::vector<std::string>& args);
+int register_command(Context& ctx, const std::vector<std::string>& args);
 // `register export|import`: the words after the subcommand's name.
 int register_io_command(Context& ctx, const std::string& sub, const std::vector<std::string>& args);
 
