@@ -1,0 +1,331 @@
+// brenlow register: lists a client's register of one year, and adds, edits and
+// deletes its entries by running the register screen's own events with the options
+// as the person's input. "register export|import" belong to register_io_command.
+
+#include <iomanip>
+#include <memory>
+#include <optional>
+#include <sstream>
+
+#include "app/cli/commands.h"
+#include "app/cli/options.h"
+#include "controls/cli_ui.h"
+#include "frame/component.h"
+#include "register/frm_new_fatr.h"
+
+namespace brenlow::cli {
+namespace {
+
+using S = reg::frmNewFATR;
+using reg::CheckBox;
+using reg::ComboBox;
+
+constexpr const char* kHelp =
+    "Usage: brenlow register list --client CODE --year YYYY [--group ID] [--json]\n"
+    "       brenlow register add-opening|add-addition --client CODE --year YYYY --group ID --part TEXT [fields] [--yes]\n"
+    "       brenlow register edit --opening|--addition --serial N --client CODE --year YYYY [fields] [--yes]\n"
+    "       brenlow register delete --opening|--addition (--serial N | --all [--group ID]) --client CODE\n"
+    "                       --year YYYY [--yes]\n"
+    "       brenlow register export|import FILE --client CODE --year YYYY\n"
+    "\n"
+    "Fields (amounts in rupees, dates dd/mm/yyyy):\n"
+    "  both sides:  --put-date D --residual N --life YEARS --rate R --rate-it R --method WDV|SLM\n"
+    "               --sale-date D --sale-amount N --sale-expenses N --depreciation N (typed, not calculated)\n"
+    "  opening:     --cost N --dep-to-date N --wdv-it N --addl-rate R --calc-ca-year YYYY --dep-calc-ca N\n"
+    "               --basis COST|CA --it-state other|not-exist|nil-wdv\n"
+    "  addition:    --acc-date D --cost N --excise N --currency-diff N --subsidy N --addl-dep\n"
+    "  A residual value, life or rate given is typed in; left out, the group's default or the\n"
+    "  auto-calculated figure is taken.\n"
+    "\n"
+    "A question the options do not answer stops the command (exit code 2); --yes answers Yes.\n";
+
+// A question is answered Yes with --yes; without it the screen hears No (so it
+// stops without writing) and the command then stops at that question.
+class RegisterUi : public CliUi {
+public:
+    RegisterUi(std::ostream& err, bool yes) : CliUi(err, yes), yes_(yes) {}
+    bool ask_yes_no(std::string_view text, MsgIcon icon, bool default_yes, std::string_view title) override {
+        if (yes_) return CliUi::ask_yes_no(text, icon, default_yes, title);
+        if (!unanswered_) unanswered_ = std::string(text);
+        return false;
+    }
+    const std::optional<std::string>& unanswered() const { return unanswered_; }
+
+private:
+    bool yes_;
+    std::optional<std::string> unanswered_;
+};
+
+struct Session {
+    frame::Component component;
+    std::unique_ptr<RegisterUi> ui;
+    std::unique_ptr<S> screen;
+};
+
+std::unique_ptr<Session> open(Context& ctx, const Options& opt) {
+    const std::string code = opt.require("client");
+    const int year = opt.require_int("year", 1990, 2099);
+    if (!ctx.base().select_client_year(code, year))
+        throw UsageError("Client " + code + " has no financial year " + fy_text(year) + " (create it with brenlow init).");
+    auto s = std::make_unique<Session>();
+    s->component.base = std::shared_ptr<TarrowBase::ClsMain>(&ctx.base(), [](TarrowBase::ClsMain*) {});
+    s->component.log.set_exe_path(Context::exe_dir());
+    s->ui = std::make_unique<RegisterUi>(ctx.err, opt.has("yes"));
+    s->screen = std::make_unique<S>(s->component, *s->ui);
+    const bool loaded = s->screen->Form_Load();
+    if (s->ui->unanswered()) throw QuestionUnanswered(*s->ui->unanswered());
+    if (!loaded) throw std::runtime_error("the register could not be opened; see " + s->component.log.path());
+    if (const auto g = opt.get("group")) {
+        const int i = s->screen->cboFAGM.List.index_of_id(*g);
+        if (i >= 0) s->screen->cboFAGM_Click(i);
+    }
+    return s;
+}
+
+int outcome(const Session& s, int logged_before, bool done) {
+    if (s.ui->unanswered()) throw QuestionUnanswered(*s.ui->unanswered());
+    if (s.component.log.logged() > logged_before)
+        throw std::runtime_error("a database error was written to " + s.component.log.path());
+    return done ? 0 : 1;
+}
+
+std::string json_text(std::string_view s) {
+    std::ostringstream out;
+    out << '"';
+    for (const char ch : s) {
+        const auto c = static_cast<unsigned char>(ch);
+        if (c == '"' || c == '\\') out << '\\' << ch;
+        else if (c < 0x20) out << "\\u" << std::hex << std::setw(4) << std::setfill('0') << int(c) << std::dec;
+        else out << ch;
+    }
+    out << '"';
+    return out.str();
+}
+
+void print_grid(std::ostream& out, const Grid& g, const char* title) {
+    out << title << "\n";
+    std::vector<int> cols;
+    for (int c = 0; c < g.cols(); ++c)
+        if (!g.column(c).hidden) cols.push_back(c);
+    std::vector<std::size_t> width(cols.size(), 0);
+    const auto heading = [&](int c) {
+        const std::string band = g.text_matrix(0, c), own = g.text_matrix(g.fixed_rows() - 1, c);
+        return band.empty() || band == own ? own : band + " / " + own;
+    };
+    for (std::size_t i = 0; i < cols.size(); ++i) {
+        width[i] = heading(cols[i]).size();
+        for (int r = g.fixed_rows(); r < g.rows(); ++r) width[i] = std::max(width[i], g.display_text(r, cols[i]).size());
+    }
+    for (std::size_t i = 0; i < cols.size(); ++i) out << (i ? " | " : "") << std::left << std::setw(int(width[i])) << heading(cols[i]);
+    out << "\n";
+    for (int r = g.fixed_rows(); r < g.rows(); ++r) {
+        for (std::size_t i = 0; i < cols.size(); ++i) {
+            const bool right = g.column(cols[i]).alignment == Align::right;
+            out << (i ? " | " : "") << (right ? std::right : std::left) << std::setw(int(width[i]))
+                << g.display_text(r, cols[i]);
+        }
+        out << "\n";
+    }
+    out << std::left;
+}
+
+void print_json(std::ostream& out, const Grid& g) {
+    out << "[";
+    for (int r = g.fixed_rows(); r < g.rows(); ++r) {
+        out << (r > g.fixed_rows() ? ",\n  {" : "\n  {");
+        bool first = true;
+        for (int c = 0; c < g.cols(); ++c) {
+            if (g.col_key(c) == "SN") continue;
+            out << (first ? "" : ", ") << json_text(g.col_key(c)) << ": " << json_text(g.display_text(r, c));
+            first = false;
+        }
+        out << "}";
+    }
+    out << (g.data_rows() ? "\n]" : "]");
+}
+
+int list(Context& ctx, const Options& opt) {
+    opt.reject_unknown({"client", "year", "group", "json", "yes"});
+    auto s = open(ctx, opt);
+    auto& scr = *s->screen;
+    if (opt.has("json")) {
+        ctx.out << "{\"client\": " << json_text(scr.Code()) << ", \"year\": " << scr.Year()
+                << ", \"old_chart\": " << (scr.OldChart() ? "true" : "false") << ",\n\"opening\": ";
+        print_json(ctx.out, scr.vsO);
+        ctx.out << ",\n\"additions\": ";
+        print_json(ctx.out, scr.vsA);
+        ctx.out << "}\n";
+    } else {
+        ctx.out << scr.Caption() << "\n\n";
+        print_grid(ctx.out, scr.vsO, "Opening entries");
+        ctx.out << "\n";
+        print_grid(ctx.out, scr.vsA, "Additions");
+    }
+    return 0;
+}
+
+// Types one field, with its tick turned off when the tick gave its default.
+void type(vTXT& field, CheckBox* tick, const std::optional<std::string>& value) {
+    if (!value) return;
+    if (tick && tick->Value) tick->Value = false;
+    field.set_text(*value);
+}
+
+// The options as the person's typing into the open entry frame; false when a field
+// was refused on leaving it.
+bool fill(S& s, const Options& opt, bool opening) {
+    if (const auto g = opt.get("group")) {
+        if (!s.SelectAssetGroup(std::stol(*g))) throw UsageError("The year has no asset group " + *g + ".");
+    }
+    if (const auto p = opt.get("part")) s.txtPart.set_text(*p);
+    if (const auto m = opt.get("method")) {
+        ComboBox& c = opening ? s.cboMODo : s.cboMODa;
+        const int i = c.List.index_of_id(*m);
+        if (i < 0) throw UsageError("--method is WDV or SLM.");
+        opening ? s.cboMODo_Click(i) : s.cboMODa_Click(i);
+    }
+    bool ok = true;
+    if (opening) {
+        if (const auto b = opt.get("basis")) s.cboResValOfO_Click(s.cboResValOfO.List.index_of_id(*b));
+        if (const auto y = opt.get("calc-ca-year")) s.cboCalcCA_Click(s.cboCalcCA.List.index_of_id(*y));
+        if (const auto d = opt.get("dep-calc-ca")) s.txtCalcCA.set_text(*d);
+        if (const auto st = opt.get("it-state"))
+            s.optsWdvIT_Click(*st == "not-exist" ? S::WdvIT_NotExist : *st == "nil-wdv" ? S::WdvIT_NilWdv : S::WdvIT_Other);
+        const std::pair<const char*, int> fields[] = {
+            {"put-date", S::O_PutDate}, {"cost", S::O_CostWdv}, {"dep-to-date", S::O_OpDepr}, {"residual", S::O_ResValue},
+            {"life", S::O_LifeYrs}, {"rate", S::O_RateFACL}, {"wdv-it", S::O_WdvIT}, {"rate-it", S::O_RateIT},
+            {"addl-rate", S::O_AddlDepRT}};
+        // Life before residual value and rate, as the frame is filled from top to bottom.
+        for (const auto& [name, i] : fields) {
+            if (!opt.has(name)) continue;
+            type(s.txtfieldsO[i], &s.chkfieldsO[i], opt.get(name));
+            ok = ok && s.txtfieldsO_Validate(i);
+        }
+    } else {
+        const std::pair<const char*, int> fields[] = {
+            {"put-date", S::A_PutDate}, {"acc-date", S::A_AccDate}, {"cost", S::A_PurAmt}, {"excise", S::A_ExciseCr},
+            {"currency-diff", S::A_CurrDiff}, {"subsidy", S::A_Subsidy}, {"residual", S::A_ResValue},
+            {"life", S::A_LifeYrs}, {"rate", S::A_RateFACL}, {"rate-it", S::A_RateIT}};
+        for (const auto& [name, i] : fields) {
+            if (!opt.has(name)) continue;
+            type(s.txtfieldsA[i], &s.chkfieldsA[i], opt.get(name));
+            ok = ok && s.txtfieldsA_Validate(i);
+        }
+        if (opt.has("addl-dep") != s.chkfieldsA[S::A_AddlDepRT].Value) s.chkfieldsA_Click(S::A_AddlDepRT);
+    }
+    const std::pair<const char*, int> sale[] = {{"sale-date", S::D_SaleDate}, {"sale-amount", S::D_SaleAmt},
+                                                {"sale-expenses", S::D_SaleExp}};
+    for (const auto& [name, i] : sale) {
+        if (!opt.has(name)) continue;
+        type(s.txtfieldsD[i], nullptr, opt.get(name));
+        ok = ok && s.txtfieldsD_Validate(i);
+    }
+    if (const auto d = opt.get("depreciation")) {
+        if (s.chkAutoCalcDeprCL.Value) s.chkAutoCalcDeprCL_Click();
+        s.txtAutoCalcDeprCL.set_text(*d);
+    }
+    return ok;
+}
+
+const std::set<std::string> kFieldOptions = {
+    "client", "year", "group", "part", "put-date", "acc-date", "cost", "dep-to-date", "residual", "life", "rate",
+    "wdv-it", "rate-it", "addl-rate", "calc-ca-year", "dep-calc-ca", "basis", "it-state", "excise", "currency-diff",
+    "subsidy", "addl-dep", "method", "sale-date", "sale-amount", "sale-expenses", "depreciation", "yes", "opening",
+    "addition", "serial"};
+
+// Selects the grid row of a serial; false when the shown register has none.
+bool select_serial(S& s, bool opening, long serial) {
+    Grid& g = opening ? s.vsO : s.vsA;
+    for (int r = g.fixed_rows(); r < g.rows(); ++r) {
+        if (g.row_data(r) == serial) {
+            (opening ? s.vsO_Row : s.vsA_Row) = r;
+            return true;
+        }
+    }
+    return false;
+}
+
+bool side_of(const Options& opt) {
+    if (opt.has("opening") == opt.has("addition")) throw UsageError("Give one of --opening and --addition.");
+    return opt.has("opening");
+}
+
+int add(Context& ctx, const Options& opt, bool opening) {
+    opt.reject_unknown(kFieldOptions);
+    opt.require("group");
+    opt.require("part");
+    auto s = open(ctx, opt);
+    const int before = s->component.log.logged();
+    opening ? s->screen->cmdAddO_Click() : s->screen->cmdAddA_Click();
+    if (s->screen->Mode().empty()) throw UsageError("The client keeps the old depreciation chart for this year.");
+    if (!fill(*s->screen, opt, opening)) return outcome(*s, before, false);
+    const bool done = s->screen->cmdUpdate_Click();
+    const int rc = outcome(*s, before, done);
+    if (rc == 0) ctx.out << (opening ? "Opening entry" : "Addition") << " saved.\n";
+    return rc;
+}
+
+int edit(Context& ctx, const Options& opt) {
+    opt.reject_unknown(kFieldOptions);
+    const bool opening = side_of(opt);
+    const long serial = opt.require_int("serial", 1, 2000000000);
+    auto s = open(ctx, opt);
+    if (!select_serial(*s->screen, opening, serial)) throw UsageError("No entry with serial " + std::to_string(serial) + ".");
+    const int before = s->component.log.logged();
+    opening ? s->screen->cmdEditO_Click() : s->screen->cmdEditA_Click();
+    if (!fill(*s->screen, opt, opening)) return outcome(*s, before, false);
+    const bool done = s->screen->cmdUpdate_Click();
+    const int rc = outcome(*s, before, done);
+    if (rc == 0) ctx.out << "Entry " << serial << " saved.\n";
+    return rc;
+}
+
+int remove(Context& ctx, const Options& opt) {
+    opt.reject_unknown({"client", "year", "group", "opening", "addition", "serial", "all", "yes"});
+    const bool opening = side_of(opt);
+    auto s = open(ctx, opt);
+    auto& scr = *s->screen;
+    const int before = s->component.log.logged();
+    if (opt.has("all")) {
+        if (opt.has("group") && scr.cboFAGM.Id() != *opt.get("group")) {
+            ctx.out << "Nothing to delete.\n";
+            return 0;
+        }
+        opening ? scr.cmdDelAllO_Click() : scr.cmdDelAllA_Click();
+    } else {
+        const long serial = opt.require_int("serial", 1, 2000000000);
+        if (!select_serial(scr, opening, serial)) throw UsageError("No entry with serial " + std::to_string(serial) + ".");
+        opening ? scr.cmdDelO_Click() : scr.cmdDelA_Click();
+    }
+    const int rc = outcome(*s, before, true);
+    if (rc == 0) ctx.out << "Deleted.\n";
+    return rc;
+}
+
+}  // namespace
+
+int register_command(Context& ctx, const std::vector<std::string>& args) {
+    if (args.empty() || args[0] == "--help" || args[0] == "-h") {
+        (args.empty() ? ctx.err : ctx.out) << kHelp;
+        return args.empty() ? 1 : 0;
+    }
+    const std::string sub = args[0];
+    const std::vector<std::string> rest(args.begin() + 1, args.end());
+    if (sub == "export" || sub == "import") return register_io_command(ctx, sub, rest);
+    const std::set<std::string> flags = {"json", "yes", "opening", "addition", "all", "addl-dep"};
+    try {
+        const Options opt(rest, flags);
+        if (sub == "list") return list(ctx, opt);
+        if (sub == "add-opening") return add(ctx, opt, true);
+        if (sub == "add-addition") return add(ctx, opt, false);
+        if (sub == "edit") return edit(ctx, opt);
+        if (sub == "delete") return remove(ctx, opt);
+    } catch (const UsageError& e) {
+        ctx.err << "brenlow register: " << e.what() << "\n";
+        return 1;
+    }
+    ctx.err << "brenlow register: unknown action \"" << sub << "\".\n" << kHelp;
+    return 1;
+}
+
+}  // namespace brenlow::cli
