@@ -1,6 +1,9 @@
 #include "register/calculation.h"
 
+#include <algorithm>
 #include <array>
+#include <cstdlib>
+#include <iterator>
 #include <unordered_map>
 #include <utility>
 
@@ -138,31 +141,93 @@ depreciation::CaEntry books_entry(const store::AdditionRow& a, const Masters& m,
     return e;
 }
 
+// The groups of each income-tax block of the year, blocks in the order the engine
+// lists them (by block and rate). Groups not considered under the Act, or naming no
+// block of the year, have nothing to add to any block and are not read.
+struct BlockGroups {
+    const store::ItBlockRow* master = nullptr;
+    std::vector<long> groups;
+};
+
+std::vector<BlockGroups> blocks_with_groups(const Masters& m) {
+    std::unordered_map<std::string, std::size_t> index;
+    std::vector<BlockGroups> out;
+    for (const auto& b : m.it_blocks) {
+        index.emplace(b.ID, out.size());
+        out.push_back({&b, {}});
+    }
+    for (const auto& g : m.groups) {
+        const auto it = index.find(g.BlockIdIT);
+        if (it != index.end()) out[it->second].groups.push_back(g.SrNoFAGM);
+    }
+    std::erase_if(out, [](const BlockGroups& b) { return b.groups.empty(); });
+    std::stable_sort(out.begin(), out.end(), [](const BlockGroups& x, const BlockGroups& y) {
+        const double vx = std::strtod(x.master->ID.c_str(), nullptr), vy = std::strtod(y.master->ID.c_str(), nullptr);
+        if (vx != vy) return vx < vy;
+        if (x.master->ID != y.master->ID) return x.master->ID < y.master->ID;
+        return x.master->rate < y.master->rate;
+    });
+    return out;
+}
+
+void merge_warnings(std::vector<depreciation::Warning>& into, std::vector<depreciation::Warning>&& from) {
+    // Each kind of warning once per run, whichever block raised it first.
+    for (auto& w : from) {
+        const bool seen = std::any_of(into.begin(), into.end(), [&](const auto& x) { return x.kind == w.kind; });
+        if (!seen) into.push_back(std::move(w));
+    }
+}
+
 void run_income_tax(store::Database& db, store::RegisterStore& rs, const Masters& m, bool interactive,
                     const CalculationOptions& options, CalculationResult& out) {
-    depreciation::ItRunInput in;
-    in.year = out.year;
-    in.interactive = interactive;
-    in.explain = options.sheets;
-    for (const auto& b : m.it_blocks) in.blocks.push_back({b.ID, b.Part, b.rate});
-    rs.for_each_opening(std::nullopt, [&](store::OpeningRow&& o) {
-        in.entries.push_back(income_tax_entry(o, m.group(o.IdFAGM)));
-    });
-    rs.for_each_addition(std::nullopt, [&](store::AdditionRow&& a) {
-        in.entries.push_back(income_tax_entry(a, m.group(a.IdFAGM)));
-    });
+    auto& total = out.income_tax;
+    total.half_rate_line = depreciation::half_rate_line(out.year - 1);
+    // Blocks are worked out apart from one another, so the register is read and
+    // calculated one block at a time: a large register never sits in memory whole.
+    for (const auto& block : blocks_with_groups(m)) {
+        depreciation::ItRunInput in;
+        in.year = out.year;
+        in.interactive = interactive;
+        in.explain = options.sheets;
+        in.blocks.push_back({block.master->ID, block.master->Part, block.master->rate});
+        const auto group_of = [&](long id) { return m.group(id); };
+        for (long g : block.groups)
+            rs.for_each_opening(g, [&](store::OpeningRow&& o) {
+                in.entries.push_back(income_tax_entry(o, group_of(o.IdFAGM)));
+            });
+        for (long g : block.groups)
+            rs.for_each_addition(g, [&](store::AdditionRow&& a) {
+                in.entries.push_back(income_tax_entry(a, group_of(a.IdFAGM)));
+            });
+        if (in.entries.empty()) continue;
 
-    // Profit or loss on sale comes first, asset by asset; tax is then charged on the block.
-    if (options.keep_entries) {
-        out.profit_on_sale.reserve(in.entries.size());
-        for (const auto& e : in.entries) out.profit_on_sale.push_back(depreciation::profit_on_sale(e));
+        // Profit or loss on sale comes first, asset by asset; tax is then charged on the block.
+        if (options.keep_entries)
+            for (const auto& e : in.entries) out.profit_on_sale.push_back(depreciation::profit_on_sale(e));
+        auto run = depreciation::calculate_income_tax(in);
+        merge_warnings(out.warnings, std::move(run.warnings));
+        total.net_capital_gain += run.net_capital_gain;
+        if (options.keep_entries) {
+            const std::size_t entry_base = out.it_entries.size(), block_base = total.blocks.size();
+            for (auto& r : run.rows) {
+                r.entry += entry_base;
+                r.block += block_base;
+                total.rows.push_back(r);
+            }
+            std::move(in.entries.begin(), in.entries.end(), std::back_inserter(out.it_entries));
+        }
+        std::move(run.blocks.begin(), run.blocks.end(), std::back_inserter(total.blocks));
     }
-    out.income_tax = depreciation::calculate_income_tax(in);
-    out.no_assets = out.income_tax.no_assets;
-    out.warnings = std::move(out.income_tax.warnings);
-    out.income_tax.warnings.clear();
-    if (options.keep_entries) out.it_entries = std::move(in.entries);
-    in.entries = {};
+    if (total.blocks.empty()) {
+        // Nothing counts under the Act: the engine's own answer for an empty register.
+        depreciation::ItRunInput none;
+        none.year = out.year;
+        none.interactive = interactive;
+        auto run = depreciation::calculate_income_tax(none);
+        total.no_assets = run.no_assets;
+        merge_warnings(out.warnings, std::move(run.warnings));
+    }
+    out.no_assets = total.no_assets;
     if (out.no_assets) return;
 
     const std::string second_date = fy_last(out.year).text();
@@ -172,14 +237,14 @@ void run_income_tax(store::Database& db, store::RegisterStore& rs, const Masters
         out.chart = store::read_chart(db, store::ChartTable::TmpDepChart, out.code, out.year);
         out.chart_hand_edited = true;
     } else {
-        out.chart = depreciation::chart_rows_from_blocks(out.code, out.year, out.income_tax);
+        out.chart = depreciation::chart_rows_from_blocks(out.code, out.year, total);
         store::rewrite_built_chart(db, out.code, out.year, out.chart);
     }
 
     if (options.sheets) {
-        for (const auto& b : out.income_tax.blocks)
+        for (const auto& b : total.blocks)
             out.income_tax_sheet.push_back({b.block_name, b.rate, depreciation::block_sheet_lines(b)});
-        out.block_summary = depreciation::block_wise_summary(out.income_tax);
+        out.block_summary = depreciation::block_wise_summary(total);
     }
 }
 
@@ -195,23 +260,21 @@ void run_books(store::RegisterStore& rs, const Masters& m, bool interactive, con
     in.round_to_rupees = common.optRndFA == "Y";
     in.interactive = interactive;
     in.explain = options.sheets;
-    rs.for_each_opening(std::nullopt,
-                        [&](store::OpeningRow&& o) { in.entries.push_back(books_entry(o, m, common)); });
-    rs.for_each_addition(std::nullopt,
-                         [&](store::AdditionRow&& a) { in.entries.push_back(books_entry(a, m, common)); });
-
-    out.books = depreciation::calculate_companies_act(in);
-    out.no_assets = out.books.no_assets;
-    out.warnings = std::move(out.books.warnings);
-    out.books.warnings.clear();
-    if (options.sheets) out.books_sheet = depreciation::companies_act_sheet(in, out.books);
-
+    const bool keep = options.keep_entries || options.sheets;
+    depreciation::WarningLog log(interactive);
+    auto& totals = out.books.totals;
     // The printed books chart splits additions by the same line as the income-tax chart.
     const auto line = depreciation::half_rate_line(out.year - 1);
-    out.books_assets.reserve(in.entries.size());
-    for (std::size_t i = 0; i < in.entries.size(); ++i) {
-        const auto& e = in.entries[i];
-        const auto& r = out.books.assets[i];
+
+    // Assets are worked out one at a time as they are read; the entries and the engine's
+    // own results are kept only when the screen or the sheet needs them.
+    const auto calculate = [&](depreciation::CaEntry&& e) {
+        auto r = depreciation::calculate_asset(e, in, log);
+        totals.closing += r.closing;
+        totals.depreciation += r.depreciation;
+        totals.profit_loss += r.profit_loss;
+        totals.adj_pl += r.adj_pl;
+        totals.adj_rs += r.adj_rs;
         BooksAsset b;
         b.kind = e.kind;
         b.SrNoFATR = e.sr_no;
@@ -237,7 +300,17 @@ void run_books(store::RegisterStore& rs, const Masters& m, bool interactive, con
             b.half_year = put && depreciation::is_half_rate_addition(*put, line);
         }
         out.books_assets.push_back(std::move(b));
-    }
+        if (keep) {
+            in.entries.push_back(std::move(e));
+            out.books.assets.push_back(std::move(r));
+        }
+    };
+    rs.for_each_opening(std::nullopt, [&](store::OpeningRow&& o) { calculate(books_entry(o, m, common)); });
+    rs.for_each_addition(std::nullopt, [&](store::AdditionRow&& a) { calculate(books_entry(a, m, common)); });
+
+    out.books.no_assets = out.no_assets = out.books_assets.empty();
+    out.warnings = log.take();
+    if (options.sheets) out.books_sheet = depreciation::companies_act_sheet(in, out.books);
 }
 
 }  // namespace
