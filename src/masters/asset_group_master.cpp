@@ -13,7 +13,8 @@ constexpr const char* kModule = "frmNewFAGM";
 constexpr const char* kTextNotConsideredIT = "(Does Not Consider for Calculation as per Income-Tax Act)";
 constexpr const char* kTextNotConsideredFA = "(Does Not Consider for Calculation as per Books)";
 constexpr const char* kTextNotConsideredCL = "(Does Not Consider for Calculation as per Companies Act)";
-constexpr const char* kSelect = "(Select)";
+// A classification not chosen yet reads as an empty combo box does.
+constexpr const char* kSelect = ComboBox::kNothingChosen;
 constexpr const char* kAddEditBlocks = "(Add/Edit Block Master)";
 constexpr const char* kNotApplicable = "N/A";
 constexpr const char* kRateMask = "###0.00";

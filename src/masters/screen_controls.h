@@ -13,6 +13,8 @@ namespace brenlow::masters {
 // A drop-down list. ListIndex -1 is "nothing chosen", which the screens show as
 // "(Select)".
 struct ComboBox {
+    static constexpr const char* kNothingChosen = "(Select)";
+
     IdTextList list;
     int ListIndex = -1;
     bool Enabled = true;
@@ -26,7 +28,7 @@ struct ComboBox {
     }
     // The id of the chosen entry; "" when nothing is chosen.
     std::string id() const { return ListIndex < 0 ? std::string() : list.items().at(ListIndex).id; }
-    std::string Text() const { return ListIndex < 0 ? std::string("(Select)") : list.items().at(ListIndex).text; }
+    std::string Text() const { return ListIndex < 0 ? std::string(kNothingChosen) : list.items().at(ListIndex).text; }
     // Chooses the entry with this id; nothing is chosen when the list lacks it.
     bool select_id(std::string_view wanted) {
         ListIndex = list.index_of_id(wanted);

@@ -67,7 +67,7 @@ void MasterWindow::show_combo(QComboBox* box, const brenlow::masters::ComboBox& 
         box->clear();
         box->addItems(texts);
     }
-    box->setPlaceholderText("(Select)");
+    box->setPlaceholderText(brenlow::masters::ComboBox::kNothingChosen);
     box->setCurrentIndex(combo.ListIndex);
     box->setEnabled(combo.Enabled);
     box->setVisible(combo.Visible);
