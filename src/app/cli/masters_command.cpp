@@ -2,6 +2,7 @@
 // year, and adds, modifies and deletes blocks and asset groups by running the
 // master screens' own events with the options as the person's input.
 
+#include <algorithm>
 #include <iomanip>
 #include <memory>
 #include <optional>
