@@ -1,0 +1,180 @@
+// brenlow demo, chart and register export/import on both backends.
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "app/cli/cli.h"
+#include "app/cli/commands.h"
+#include "support/test_databases.h"
+
+namespace brenlow::cli {
+namespace {
+
+struct Result {
+    int code;
+    std::string out, err;
+};
+
+Result run_cli(const std::vector<std::string>& args) {
+    std::ostringstream out, err;
+    const int code = run(args, out, err);
+    return {code, out.str(), err.str()};
+}
+
+std::string slurp(const std::filesystem::path& p) {
+    std::ifstream f(p, std::ios::binary);
+    std::ostringstream s;
+    s << f.rdbuf();
+    return s.str();
+}
+
+class ChartCli : public test::BackendTest {
+protected:
+    void SetUp() override {
+        BackendTest::SetUp();
+        if (IsSkipped()) return;
+        dir_ = std::filesystem::temp_directory_path() /
+               ("brenlow-chart-cli-" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) + "-" +
+                ::testing::UnitTest::GetInstance()->current_test_info()->name());
+        std::filesystem::remove_all(dir_);
+        std::filesystem::create_directories(dir_);
+        const auto r = run_cli({"--db", temp().url(), "demo", "--out", dir_.string()});
+        ASSERT_EQ(r.code, 0) << r.err;
+        demo_out_ = r.out;
+    }
+    void TearDown() override {
+        if (!dir_.empty()) std::filesystem::remove_all(dir_);
+        BackendTest::TearDown();
+    }
+    Result chart(std::vector<std::string> extra) {
+        std::vector<std::string> args = {"--db", temp().url(), "chart", "--client", "DEMO01", "--year", "2025"};
+        args.insert(args.end(), extra.begin(), extra.end());
+        return run_cli(args);
+    }
+    // `register export|import` through the command's own entry.
+    Result register_io(const std::string& sub, std::vector<std::string> args) {
+        std::ostringstream out, err;
+        Context ctx(temp().url(), out, err);
+        const int code = register_io_command(ctx, sub, args);
+        return {code, out.str(), err.str()};
+    }
+
+    std::filesystem::path dir_;
+    std::string demo_out_;
+};
+
+TEST_P(ChartCli, TheDemoPrintsBothChartsAndWritesTheirPdfs) {
+    EXPECT_NE(demo_out_.find("Block"), std::string::npos);
+    EXPECT_NE(demo_out_.find("Asset Group"), std::string::npos);
+    EXPECT_NE(demo_out_.find("BLOCK WISE SUMMARY"), std::string::npos);
+    EXPECT_NE(demo_out_.find("(Before 04/10/24)"), std::string::npos);
+    for (const char* f : {"demo-income-tax-chart.pdf", "demo-books-chart.pdf"})
+        EXPECT_EQ(slurp(dir_ / f).rfind("%PDF-", 0), 0u) << f;
+}
+
+TEST_P(ChartCli, RunningTheDemoAgainRebuildsTheSameRegister) {
+    const auto first = chart({"--books", "--json"});
+    const auto again = run_cli({"--db", temp().url(), "demo", "--out", dir_.string()});
+    ASSERT_EQ(again.code, 0) << again.err;
+    const auto second = chart({"--books", "--json"});
+    EXPECT_EQ(first.out, second.out);
+    EXPECT_EQ(again.out, demo_out_);
+}
+
+TEST_P(ChartCli, TheIncomeTaxJsonListsEveryBlockUnderTheChartColumnsWithItsNameAndGain) {
+    const auto r = chart({"--it", "--json"});
+    ASSERT_EQ(r.code, 0) << r.err;
+    const auto doc = nlohmann::json::parse(r.out);
+    EXPECT_EQ(doc["half_rate_line"], "04/10/2024");
+    EXPECT_EQ(doc["hand_edited"], false);
+    EXPECT_EQ(doc["net_capital_gain"], 33000);
+    const auto& rows = doc["DeprChart"];
+    ASSERT_EQ(rows.size(), 5u);
+    for (const auto& row : rows)
+        for (const char* k : {"Block", "CapitalGain", "Code_No", "FYr", "Grp", "Rate", "Wdv", "WdvOpHR", "Add1",
+                              "Cons1", "FullAmt", "Add2", "Cons2", "HalfAmt", "DeprF", "DeprH", "ADeprF", "ADeprH",
+                              "ADeprOpH", "TotDep", "Dep38", "PropDep", "Exp", "CG", "WdvCl"})
+            EXPECT_TRUE(row.contains(k)) << k;
+    const auto& plant = rows[2];
+    EXPECT_EQ(plant["Block"], "MACHINERY AND PLANT");
+    EXPECT_EQ(plant["Grp"], 3);
+    EXPECT_EQ(plant["Rate"], 15);
+    EXPECT_EQ(plant["Add1"], 1000000);  // packaging machine net of subsidy, conveyor on 03/10/2024
+    EXPECT_EQ(plant["Add2"], 592000);   // compressor on the line, boiler with its currency difference
+    EXPECT_EQ(plant["ADeprOpH"], 60000);
+    const auto& computers = rows[3];
+    EXPECT_EQ(computers["Rate"], 40);
+    EXPECT_EQ(computers["CapitalGain"], 33000);
+    EXPECT_EQ(computers["WdvCl"], 0);
+}
+
+TEST_P(ChartCli, TheBooksJsonGivesEachAssetItsFigures) {
+    const auto r = chart({"--books", "--json"});
+    ASSERT_EQ(r.code, 0) << r.err;
+    const auto doc = nlohmann::json::parse(r.out);
+    const auto& assets = doc["assets"];
+    ASSERT_EQ(assets.size(), 14u);
+    for (const char* k : {"Particulars", "Cost", "OpDep", "Addition", "DedAmt", "DepFY", "ClBal", "ProfitLoss", "Rate",
+                          "RemLife", "Days"})
+        EXPECT_TRUE(assets[0].contains(k)) << k;
+    bool life_over = false;
+    for (const auto& a : assets)
+        if (a["Particulars"] == "Reception furniture (life over)") {
+            life_over = true;
+            EXPECT_EQ(a["RemLife"], 0);
+            EXPECT_GT(a["DepAdjRemLife0_PL"].get<double>(), 0);
+        }
+    EXPECT_TRUE(life_over);
+}
+
+TEST_P(ChartCli, TheTextChartAndThePdfComeFromTheSameCalculation) {
+    auto r = chart({"--it"});
+    ASSERT_EQ(r.code, 0) << r.err;
+    EXPECT_NE(r.out.find("FIXED ASSETS"), std::string::npos);
+    EXPECT_NE(r.out.find("A.Y. 2025-26"), std::string::npos);
+    EXPECT_NE(r.out.find("Net Capital Gain / (Loss)"), std::string::npos);
+    const auto pdf = (dir_ / "books.pdf").string();
+    r = chart({"--books", "--pdf", pdf});
+    ASSERT_EQ(r.code, 0) << r.err;
+    EXPECT_EQ(slurp(pdf).rfind("%PDF-", 0), 0u);
+}
+
+TEST_P(ChartCli, AChartNeedsOneKindAndAYearThatExists) {
+    auto r = chart({"--it", "--books"});
+    EXPECT_EQ(r.code, 1);
+    r = run_cli({"--db", temp().url(), "chart", "--client", "DEMO01", "--year", "2019", "--it"});
+    EXPECT_EQ(r.code, 1);
+    EXPECT_NE(r.err.find("2018-19"), std::string::npos) << r.err;
+}
+
+TEST_P(ChartCli, ARegisterDocumentComesBackUnchangedThroughExportAndImport) {
+    const auto file = (dir_ / "register.json").string();
+    auto r = register_io("export", {file, "--client", "DEMO01", "--year", "2025"});
+    ASSERT_EQ(r.code, 0) << r.err;
+    const std::string exported = slurp(file);
+    r = register_io("import", {file, "--client", "DEMO01", "--year", "2025", "--replace"});
+    ASSERT_EQ(r.code, 0) << r.err;
+    const auto again = (dir_ / "again.json").string();
+    r = register_io("export", {again, "--client", "DEMO01", "--year", "2025"});
+    ASSERT_EQ(r.code, 0) << r.err;
+    EXPECT_EQ(slurp(again), exported);
+}
+
+TEST_P(ChartCli, AnImportWithErrorsNamesThemAndWritesNothing) {
+    const auto file = (dir_ / "bad.json").string();
+    std::ofstream(file) << R"({"format":"brenlow-register","version":1,"NewFAGM":[],"NewFATRo":[{"IdFAGM":"x"}]})";
+    const auto before = chart({"--books", "--json"});
+    const auto r = register_io("import", {file, "--client", "DEMO01", "--year", "2025", "--replace"});
+    EXPECT_EQ(r.code, 1);
+    EXPECT_NE(r.err.find("NewFATRo"), std::string::npos) << r.err;
+    EXPECT_EQ(chart({"--books", "--json"}).out, before.out);
+}
+
+BRENLOW_INSTANTIATE_BACKENDS(ChartCli);
+
+}  // namespace
+}  // namespace brenlow::cli
