@@ -23,6 +23,7 @@ public:
     QPushButton* cmdAdd() const { return add_; }
     QPushButton* cmdUpdate() const { return update_; }
     QPushButton* cmdBlockIT() const { return block_it_; }
+    QPushButton* cmdBlockFA() const { return block_fa_; }
 
 protected:
     void take_input() override;

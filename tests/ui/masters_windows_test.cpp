@@ -1,8 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QComboBox>
+#include <QDialog>
 #include <QLabel>
 #include <QTest>
+#include <QTimer>
 #include <filesystem>
 
 #include "masters/asset_group_master.h"
@@ -175,6 +178,33 @@ TEST_P(MastersWindows, TheGroupMasterChoosesBlocksFromItsChoosersWithTheMouse) {
     EXPECT_EQ(g.first("BlockIdIT").as_text(), "3-15");
     EXPECT_DOUBLE_EQ(g.first("AddlRateIT").as_double(), 20);
     EXPECT_EQ(window.vsM()->model()->rowCount(), 5);
+}
+
+TEST_P(MastersWindows, TheBlockMasterEntryOpensTheCompanyBlockMasterAndTheChooserShowsTheNewBlock) {
+    GroupMasterWindow window(component_);
+    window.show();
+    QTest::mouseClick(window.cmdAdd(), Qt::LeftButton);
+    QTest::mouseClick(window.cmdBlockFA(), Qt::LeftButton);
+    ASSERT_TRUE(window.vsFA()->isVisible());
+    const int last = window.vsFA()->model()->rowCount() - 1;
+    EXPECT_EQ(window.vsFA()->model()->index(last, bm::frmNewFAGM::kColNature).data().toString(),
+              "(Add/Edit Block Master)");
+    QString opened;
+    QTimer::singleShot(0, [&] {
+        auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+        ASSERT_NE(dialog, nullptr);
+        opened = dialog->windowTitle();
+        auto* blocks = dialog->findChild<BlockMasterWindow*>();
+        ASSERT_NE(blocks, nullptr);
+        QTest::mouseClick(blocks->cmdaddded(), Qt::LeftButton);
+        QTest::keyClicks(blocks->txtfields(), "moulds");
+        QTest::mouseClick(blocks->cmdupdateded(), Qt::LeftButton);
+        QTest::mouseClick(blocks->cmdback(), Qt::LeftButton);
+    });
+    click_row(window.vsFA(), last);
+    EXPECT_EQ(opened, "Company Block Master");
+    EXPECT_GE(model_row_with(window.vsFA(), bm::frmNewFAGM::kColNature, "MOULDS"), 0);
+    EXPECT_TRUE(window.vsFA()->isVisible());
 }
 
 TEST_P(MastersWindows, TheParticularsMasterSavesTheChosenMethodAndBlocks) {
