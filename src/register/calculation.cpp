@@ -279,9 +279,7 @@ void run_books(store::RegisterStore& rs, const Masters& m, bool interactive, con
         b.kind = e.kind;
         b.SrNoFATR = e.sr_no;
         b.IdFAGM = e.group_id;
-        if (const auto* g = m.group(e.group_id)) b.AssetGroup = g->Part;
         b.Particulars = e.particulars;
-        b.PutDate = e.put_date;
         b.Cost = e.cost;
         b.OpDep = e.op_dep;
         b.Opening = r.opening;
@@ -394,6 +392,7 @@ CalculationResult run_calculation(store::Database& db, const std::string& code, 
     store::RegisterStore rs(db, code, year);
     const bool income_tax = is_income_tax_mode(mode);
     const Masters m = read_masters(rs, income_tax);
+    for (const auto& g : m.groups) out.asset_groups[g.SrNoFAGM] = g.Part;
     if (income_tax)
         run_income_tax(db, rs, m, interactive, options, out);
     else

@@ -9,6 +9,7 @@
 // The result is plain data: the screen and the command line show it, print it through
 // chart_report.h, and show each warning marked `show` once.
 
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -53,9 +54,7 @@ struct BooksAsset {
     depreciation::EntryKind kind = depreciation::EntryKind::Opening;
     long SrNoFATR = 0;
     long IdFAGM = 0;
-    std::string AssetGroup;  // the group's Part
     std::string Particulars;
-    std::string PutDate;
     double Cost = 0;        // opening: cost or WDV as per books; addition: its net amount
     double OpDep = 0;       // depreciation up to the start of the year
     double Opening = 0;     // carrying amount on 01/04
@@ -84,6 +83,7 @@ struct CalculationResult {
     Mode mode = Mode::DEP_IT;
     bool no_assets = false;
     std::vector<depreciation::Warning> warnings;
+    std::map<long, std::string> asset_groups;  // SrNoFAGM -> Part, the groups of the year
 
     // Income-tax modes.
     depreciation::ItRunResult income_tax;             // blocks, working rows, half-rate line

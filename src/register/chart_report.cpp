@@ -166,7 +166,8 @@ ReportDocument books_chart_report(const CalculationResult& run) {
         auto [it, fresh] = index.try_emplace(a.IdFAGM, groups.size());
         if (fresh) {
             groups.emplace_back();
-            groups.back().name = a.AssetGroup.empty() ? "Group " + std::to_string(a.IdFAGM) : a.AssetGroup;
+            const auto name = run.asset_groups.find(a.IdFAGM);
+            groups.back().name = name != run.asset_groups.end() ? name->second : "Group " + std::to_string(a.IdFAGM);
         }
         Group& g = groups[it->second];
         g.f.opening += a.Opening;

@@ -267,7 +267,7 @@ TEST_P(Calculation, TheBooksRunGivesEachAssetItsFiguresAndAdjustsAnAssetWhoseLif
     ASSERT_EQ(result.books_assets.size(), 2u);
     const auto& t = result.books_assets[0];
     EXPECT_EQ(t.Particulars, "Office tables");
-    EXPECT_EQ(t.AssetGroup, "FURNITURE");
+    EXPECT_EQ(result.asset_groups.at(t.IdFAGM), "FURNITURE");
     EXPECT_EQ(t.Cost, 100000);
     EXPECT_EQ(t.OpDep, 38000);
     EXPECT_EQ(t.Opening, 62000);

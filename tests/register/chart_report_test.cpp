@@ -140,7 +140,6 @@ CalculationResult books_run() {
     run.mode = Mode::DEP_FA;
     BooksAsset a;
     a.IdFAGM = 7;
-    a.AssetGroup = "PLANT";
     a.Opening = 100000;
     a.DepFY = 18100;
     a.ClBal = 81900;
@@ -158,12 +157,12 @@ CalculationResult books_run() {
     half.ClBal = 19000;
     BooksAsset old;
     old.IdFAGM = 9;
-    old.AssetGroup = "FURNITURE";
     old.Opening = 20000;
     old.DepAdjRemLife0_PL = 15000;
     old.ClBal = 5000;
     old.Rate = 25.89;
     run.books_assets = {a, full, half, old};
+    run.asset_groups = {{7, "PLANT"}, {9, "FURNITURE"}};
     return run;
 }
 

@@ -53,15 +53,19 @@ Json income_tax_json(const reg::CalculationResult& run) {
             {"DeprChart", blocks}};
 }
 
+std::string group_name(const reg::CalculationResult& run, long id) {
+    const auto it = run.asset_groups.find(id);
+    return it == run.asset_groups.end() ? std::string() : it->second;
+}
+
 Json books_json(const reg::CalculationResult& run) {
     Json assets = Json::array();
     for (const auto& a : run.books_assets) {
         assets.push_back({{"Entry", a.kind == depreciation::EntryKind::Opening ? "opening" : "addition"},
                           {"SrNoFATR", a.SrNoFATR},
                           {"IdFAGM", a.IdFAGM},
-                          {"AssetGroup", a.AssetGroup},
+                          {"AssetGroup", group_name(run, a.IdFAGM)},
                           {"Particulars", a.Particulars},
-                          {"PutDate", a.PutDate},
                           {"Cost", a.Cost},
                           {"OpDep", a.OpDep},
                           {"Opening", a.Opening},
