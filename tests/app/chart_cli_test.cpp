@@ -8,7 +8,6 @@
 #include <sstream>
 
 #include "app/cli/cli.h"
-#include "app/cli/commands.h"
 #include "support/test_databases.h"
 
 namespace brenlow::cli {
@@ -55,12 +54,9 @@ protected:
         args.insert(args.end(), extra.begin(), extra.end());
         return run_cli(args);
     }
-    // `register export|import` through the command's own entry.
     Result register_io(const std::string& sub, std::vector<std::string> args) {
-        std::ostringstream out, err;
-        Context ctx(temp().url(), out, err);
-        const int code = register_io_command(ctx, sub, args);
-        return {code, out.str(), err.str()};
+        args.insert(args.begin(), {"--db", temp().url(), "register", sub});
+        return run_cli(args);
     }
 
     std::filesystem::path dir_;
