@@ -9,4 +9,4 @@ build=${BUILD_DIR:-$root/build}
 db="sqlite:$build/demo/demo.db"
 mkdir -p "$build/demo"
 "$build/src/app/brenlow" --version
-"$build/src/app/brenlow" --db "$db" init --client DEMO01 --year 2025 --name "DEMO TRADERS" --status 3
+"$build/src/app/brenlow" --db "$db" demo --out "$build/artifacts"

@@ -77,6 +77,26 @@ std::vector<std::string> chart_cells(const std::string& name, const std::string&
             format_mask(f.closing, mask)};
 }
 
+// A note runs under the table on lines no wider than this.
+constexpr std::size_t kNoteWidth = 130;
+
+void add_note(ReportDocument& doc, const std::string& text) {
+    std::string line;
+    std::size_t from = 0;
+    while (from < text.size()) {
+        auto to = text.find(' ', from);
+        if (to == std::string::npos) to = text.size();
+        const std::string word = text.substr(from, to - from);
+        if (!line.empty() && line.size() + 1 + word.size() > kNoteWidth) {
+            doc.notes.push_back(line);
+            line.clear();
+        }
+        line += (line.empty() ? "" : " ") + word;
+        from = to + 1;
+    }
+    if (!line.empty()) doc.notes.push_back(line);
+}
+
 void add_row(ReportDocument& doc, std::vector<std::string> cells, bool bold) {
     doc.rows.push_back(std::move(cells));
     doc.bold_rows.resize(doc.rows.size() - 1, false);
@@ -144,7 +164,7 @@ ReportDocument income_tax_chart_report(const CalculationResult& run) {
     }
     add_row(doc, chart_cells("Total", "", total, kWhole), true);
     for (const auto& b : run.income_tax.blocks)
-        if (!b.carried_note.empty()) doc.notes.push_back(b.carried_note);
+        if (!b.carried_note.empty()) add_note(doc, b.carried_note);
     return doc;
 }
 
@@ -190,8 +210,8 @@ ReportDocument books_chart_report(const CalculationResult& run) {
     }
     add_row(doc, chart_cells("Total", "", total, kPaise), true);
     if (residual_adjustment != 0)
-        doc.notes.push_back("Deduction includes Rs. " + format_mask(residual_adjustment, kPaise) +
-                            " of assets whose remaining life is nil (carrying amount above residual value).");
+        add_note(doc, "Deduction includes Rs. " + format_mask(residual_adjustment, kPaise) +
+                          " of assets whose remaining life is nil (carrying amount above residual value).");
     return doc;
 }
 
@@ -220,7 +240,7 @@ ReportDocument calculation_sheet_report(const CalculationResult& run) {
             add_row(doc, {"", ""}, false);
         }
         for (const auto& b : run.income_tax.blocks)
-            if (!b.carried_note.empty()) doc.notes.push_back(b.carried_note);
+            if (!b.carried_note.empty()) add_note(doc, b.carried_note);
         doc.landscape = false;
         return doc;
     }
