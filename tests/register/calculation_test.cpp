@@ -173,6 +173,36 @@ TEST_P(Calculation, ASaleBeyondTheBlockLeavesItNilWithACapitalGain) {
     EXPECT_TRUE(nil_shown);
 }
 
+TEST_P(Calculation, AnAdditionNotYetPutToUseIsListedApartOnARowAtRateMinusForty) {
+    const long plant = group("PLANT", "3-15", 15);
+    opening(plant, 100000);
+    addition(plant, "", 5000);
+    run();
+    const auto rows = stored();
+    ASSERT_EQ(rows.size(), 2u);
+    EXPECT_EQ(rows[0].Rate, 15);
+    EXPECT_EQ(rows[0].DeprF, 15000);
+    EXPECT_EQ(rows[1].Grp, 3);
+    EXPECT_EQ(rows[1].Rate, -40);
+    EXPECT_EQ(rows[1].Wdv, 5000);
+    EXPECT_EQ(rows[1].TotDep, 0);
+}
+
+TEST_P(Calculation, TheEarlierYearsAdjustmentOfAnOpeningAssetComesOffTheBlockBeforeDepreciation) {
+    const long plant = group("PLANT", "3-15", 15);
+    store::OpeningRow o;
+    o.IdFAGM = plant;
+    o.Part = "Press with a part scrapped";
+    o.PutDate = "01/04/2015";
+    o.WdvIT = 100000;
+    o.DetESA = "Scrapped part\xC2\xA6" "20000\xC2\xA6" "01/05/2023\xC2\xA6" "0\xC2\xA6" "0\xC2\xA6" "10000";
+    store::RegisterStore(db(), kCode, kYear).insert_opening(o);
+    run();
+    const auto& r = only_row(stored(), 3, 15);
+    EXPECT_EQ(r.Wdv, 90000);
+    EXPECT_EQ(r.DeprF, 13500);
+}
+
 TEST_P(Calculation, EachBlockGoesToTheChartGroupOfItsNameAndRate) {
     opening(group("BUILDINGS", "1-10", 10), 1000);
     opening(group("FURNITURE", "2-10", 10), 1000);
