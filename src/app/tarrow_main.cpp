@@ -27,7 +27,10 @@ int main(int argc, char** argv) {
                        {"create", "Create the client's year when missing."},
                        {"name", "Client name when creating.", "name"},
                        {"status", "Client status 1-4 when creating.", "status"},
-                       {"screenshot", "Save a picture of the window and quit.", "file"}});
+                       {"open", "Open a screen: register, groups, company-blocks, income-tax-blocks, "
+                                "particulars, schedules, capital.", "screen"},
+                       {"screenshot", "Save a picture of the window (or of the opened screen) and quit.",
+                        "file"}});
     parser.process(app);
 
     brenlow::tarrow::HostWindow window;
@@ -50,11 +53,20 @@ int main(int argc, char** argv) {
         }
     }
     window.show();
+    QWidget* shown = &window;
+    if (opened && parser.isSet("open")) {
+        QWidget* screen = window.open_by_name(parser.value("open"));
+        if (!screen && parser.isSet("screenshot")) {
+            std::fprintf(stderr, "tarrow: %s did not open\n", qPrintable(parser.value("open")));
+            return 1;
+        }
+        if (screen) shown = screen;
+    }
 
     if (parser.isSet("screenshot")) {
         QApplication::processEvents();
         const QString file = parser.value("screenshot");
-        if (!window.grab().save(file)) {
+        if (!shown->grab().save(file)) {
             std::fprintf(stderr, "tarrow: could not save %s\n", qPrintable(file));
             return 1;
         }

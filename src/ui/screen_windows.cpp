@@ -1,5 +1,7 @@
 #include "ui/screen_windows.h"
 
+#include "ui/masters_windows.h"
+
 namespace brenlow::ui {
 
 QWidget* make_screen_window(std::shared_ptr<frame::Screen> /*screen*/, frame::Component& /*component*/,
@@ -7,8 +9,16 @@ QWidget* make_screen_window(std::shared_ptr<frame::Screen> /*screen*/, frame::Co
     return nullptr;
 }
 
-QWidget* make_block_master_window(frame::Component&, int, QWidget*) { return nullptr; }
-QWidget* make_group_master_window(frame::Component&, QWidget*) { return nullptr; }
-QWidget* make_particulars_master_window(frame::Component&, QWidget*) { return nullptr; }
+QWidget* make_block_master_window(frame::Component& component, int kind, QWidget* parent) {
+    return masters::make_block_master_window(component, kind, parent);
+}
+
+QWidget* make_group_master_window(frame::Component& component, QWidget* parent) {
+    return masters::make_group_master_window(component, parent);
+}
+
+QWidget* make_particulars_master_window(frame::Component& component, QWidget* parent) {
+    return masters::make_particulars_master_window(component, parent);
+}
 
 }  // namespace brenlow::ui

@@ -176,6 +176,19 @@ void HostWindow::show_screen_window(QWidget* window, const QString& what) {
     window->setWindowFlag(Qt::Window);
     window->show();
     window->raise();
+    last_window_ = window;
+}
+
+QWidget* HostWindow::open_by_name(const QString& name) {
+    last_window_ = nullptr;
+    if (name == "register") open_register();
+    else if (name == "groups") open_group_master();
+    else if (name == "company-blocks") open_block_master(1);
+    else if (name == "income-tax-blocks") open_block_master(2);
+    else if (name == "particulars") open_particulars_master();
+    else if (name == "schedules") open_schedules();
+    else if (name == "capital") open_capital();
+    return last_window_;
 }
 
 void HostWindow::open_register() {

@@ -33,6 +33,9 @@ public:
     suite::BaseServices* base() const;
     frame::Forms* forms() const { return forms_.get(); }
     QString database_url() const { return url_; }
+    // Opens a screen by its menu name: register, groups, company-blocks, income-tax-blocks,
+    // particulars, schedules, capital. Returns its window, or nothing.
+    QWidget* open_by_name(const QString& name);
 
 public slots:
     void choose_client_year();
@@ -58,6 +61,7 @@ private:
     std::unique_ptr<frame::Forms> forms_;
     QLabel* summary_ = nullptr;
     QList<QAction*> needs_year_;
+    QPointer<QWidget> last_window_;
 };
 
 }  // namespace brenlow::tarrow
