@@ -90,6 +90,12 @@ TEST(IncomeTaxChartReport, MovesTheLineToTheFifthOfOctoberWhenFebruaryHasTwentyN
     EXPECT_EQ(doc.titles[1], "F.Y. 2023-24");
 }
 
+TEST(IncomeTaxChartReport, KeepsTheFourthOfOctoberForAYearThatBeganIn2005OrEarlierEvenBeforeALeapFebruary) {
+    const auto doc = income_tax_chart_report(income_tax_run(2004));
+    EXPECT_EQ(column(doc, 3).heading, "180 Days or More\n(Before 04/10/03)");
+    EXPECT_EQ(column(doc, 4).heading, "Less than 180 Days\n(On or After 04/10/03)");
+}
+
 TEST(IncomeTaxChartReport, PrintsWholeRupeesRoundedHalfAwayFromZeroWithGroupedThousands) {
     const auto doc = income_tax_chart_report(income_tax_run(2025));
     ASSERT_EQ(doc.rows.size(), 3u);  // two blocks and the total; the part kept apart has no line
