@@ -141,34 +141,90 @@ depreciation::CaEntry books_entry(const store::AdditionRow& a, const Masters& m,
     return e;
 }
 
-// The groups of each income-tax block of the year, blocks in the order the engine
-// lists them (by block and rate). Groups not considered under the Act, or naming no
-// block of the year, have nothing to add to any block and are not read.
-struct BlockGroups {
-    const store::ItBlockRow* master = nullptr;
-    std::vector<long> groups;
+// The income-tax blocks of the year that the register's groups use, in the order the
+// engine lists blocks (by block and rate), and the block of each group. Groups not
+// considered under the Act, or naming no block of the year, belong to none.
+struct BlockPlan {
+    std::vector<const store::ItBlockRow*> blocks;
+    std::unordered_map<long, std::size_t> block_of_group;
 };
 
-std::vector<BlockGroups> blocks_with_groups(const Masters& m) {
-    std::unordered_map<std::string, std::size_t> index;
-    std::vector<BlockGroups> out;
-    for (const auto& b : m.it_blocks) {
-        index.emplace(b.ID, out.size());
-        out.push_back({&b, {}});
-    }
+BlockPlan plan_blocks(const Masters& m) {
+    std::unordered_map<std::string, const store::ItBlockRow*> by_id;
+    for (const auto& b : m.it_blocks) by_id.emplace(b.ID, &b);
+    BlockPlan plan;
     for (const auto& g : m.groups) {
-        const auto it = index.find(g.BlockIdIT);
-        if (it != index.end()) out[it->second].groups.push_back(g.SrNoFAGM);
+        const auto it = by_id.find(g.BlockIdIT);
+        if (it != by_id.end() &&
+            std::find(plan.blocks.begin(), plan.blocks.end(), it->second) == plan.blocks.end())
+            plan.blocks.push_back(it->second);
     }
-    std::erase_if(out, [](const BlockGroups& b) { return b.groups.empty(); });
-    std::stable_sort(out.begin(), out.end(), [](const BlockGroups& x, const BlockGroups& y) {
-        const double vx = std::strtod(x.master->ID.c_str(), nullptr), vy = std::strtod(y.master->ID.c_str(), nullptr);
+    std::stable_sort(plan.blocks.begin(), plan.blocks.end(), [](const auto* x, const auto* y) {
+        const double vx = std::strtod(x->ID.c_str(), nullptr), vy = std::strtod(y->ID.c_str(), nullptr);
         if (vx != vy) return vx < vy;
-        if (x.master->ID != y.master->ID) return x.master->ID < y.master->ID;
-        return x.master->rate < y.master->rate;
+        if (x->ID != y->ID) return x->ID < y->ID;
+        return x->rate < y->rate;
     });
-    return out;
+    for (const auto& g : m.groups) {
+        const auto it = by_id.find(g.BlockIdIT);
+        if (it == by_id.end()) continue;
+        const auto pos = std::find(plan.blocks.begin(), plan.blocks.end(), it->second) - plan.blocks.begin();
+        plan.block_of_group[g.SrNoFAGM] = static_cast<std::size_t>(pos);
+    }
+    return plan;
 }
+
+// An entry parked until its block is worked out: the figures the block calculation
+// reads, in a third of the room of the engine's own entry. Dates are held as their
+// stored text (dd/mm/yyyy is never longer than ten characters; a longer text is no
+// date, and stays no date).
+struct ParkedEntry {
+    double wdv_cost = 0, addl_rate = 0, sale_amt = 0, sale_exp = 0, addl_dep_on = 0, adj_earlier = 0;
+    int sr_no = 0, group_id = 0;
+    std::array<char, 10> put_date{}, sale_date{};
+    bool opening = true, asset_exists = true;
+
+    static void put(std::array<char, 10>& to, const std::string& date) {
+        if (date.size() <= to.size())
+            std::copy(date.begin(), date.end(), to.begin());
+        else
+            to[0] = '?';
+    }
+    static std::string get(const std::array<char, 10>& from) {
+        return std::string(from.data(), std::find(from.begin(), from.end(), '\0'));
+    }
+
+    explicit ParkedEntry(const depreciation::ItEntry& e)
+        : wdv_cost(e.wdv_cost), addl_rate(e.addl_rate), sale_amt(e.sale_amt), sale_exp(e.sale_exp),
+          addl_dep_on(e.addl_dep_on), adj_earlier(e.adj_earlier), sr_no(e.sr_no), group_id(e.group_id),
+          opening(e.kind == depreciation::EntryKind::Opening), asset_exists(e.asset_exists) {
+        put(put_date, e.put_date);
+        put(sale_date, e.sale_date);
+    }
+    depreciation::ItEntry entry(const std::string& block_id, std::string particulars) const {
+        depreciation::ItEntry e;
+        e.kind = opening ? depreciation::EntryKind::Opening : depreciation::EntryKind::Addition;
+        e.sr_no = sr_no;
+        e.group_id = group_id;
+        e.particulars = std::move(particulars);
+        e.block_id = block_id;
+        e.wdv_cost = wdv_cost;
+        e.addl_rate = addl_rate;
+        e.put_date = get(put_date);
+        e.sale_date = get(sale_date);
+        e.sale_amt = sale_amt;
+        e.sale_exp = sale_exp;
+        e.addl_dep_on = addl_dep_on;
+        e.adj_earlier = adj_earlier;
+        e.asset_exists = asset_exists;
+        return e;
+    }
+};
+
+struct ParkedBlock {
+    std::vector<ParkedEntry> entries;
+    std::vector<std::string> particulars;  // only when the texts are wanted
+};
 
 void merge_warnings(std::vector<depreciation::Warning>& into, std::vector<depreciation::Warning>&& from) {
     // Each kind of warning once per run, whichever block raised it first.
@@ -182,24 +238,40 @@ void run_income_tax(store::Database& db, store::RegisterStore& rs, const Masters
                     const CalculationOptions& options, CalculationResult& out) {
     auto& total = out.income_tax;
     total.half_rate_line = depreciation::half_rate_line(out.year - 1);
-    // Blocks are worked out apart from one another, so the register is read and
-    // calculated one block at a time: a large register never sits in memory whole.
-    for (const auto& block : blocks_with_groups(m)) {
+    // Blocks are worked out apart from one another. The register is read once, each
+    // entry parked under its block, and then calculated one block at a time, so that
+    // the engine never holds a large register whole.
+    const BlockPlan plan = plan_blocks(m);
+    const bool texts = options.keep_entries || options.sheets;
+    std::vector<ParkedBlock> parked(plan.blocks.size());
+    const auto park = [&](long group, std::string& part, const depreciation::ItEntry& e) {
+        const auto it = plan.block_of_group.find(group);
+        if (it == plan.block_of_group.end()) return;
+        auto& p = parked[it->second];
+        p.entries.emplace_back(e);
+        if (texts) p.particulars.push_back(std::move(part));
+    };
+    rs.for_each_opening(std::nullopt, [&](store::OpeningRow&& o) {
+        park(o.IdFAGM, o.Part, income_tax_entry(o, m.group(o.IdFAGM)));
+    });
+    rs.for_each_addition(std::nullopt, [&](store::AdditionRow&& a) {
+        park(a.IdFAGM, a.Part, income_tax_entry(a, m.group(a.IdFAGM)));
+    });
+
+    for (std::size_t k = 0; k < plan.blocks.size(); ++k) {
+        const auto& master = *plan.blocks[k];
         depreciation::ItRunInput in;
         in.year = out.year;
         in.interactive = interactive;
         in.explain = options.sheets;
-        in.blocks.push_back({block.master->ID, block.master->Part, block.master->rate});
-        const auto group_of = [&](long id) { return m.group(id); };
-        for (long g : block.groups)
-            rs.for_each_opening(g, [&](store::OpeningRow&& o) {
-                in.entries.push_back(income_tax_entry(o, group_of(o.IdFAGM)));
-            });
-        for (long g : block.groups)
-            rs.for_each_addition(g, [&](store::AdditionRow&& a) {
-                in.entries.push_back(income_tax_entry(a, group_of(a.IdFAGM)));
-            });
-        if (in.entries.empty()) continue;
+        in.blocks.push_back({master.ID, master.Part, master.rate});
+        {
+            ParkedBlock p = std::move(parked[k]);
+            if (p.entries.empty()) continue;
+            in.entries.reserve(p.entries.size());
+            for (std::size_t i = 0; i < p.entries.size(); ++i)
+                in.entries.push_back(p.entries[i].entry(master.ID, texts ? std::move(p.particulars[i]) : ""));
+        }
 
         // Profit or loss on sale comes first, asset by asset; tax is then charged on the block.
         if (options.keep_entries)
