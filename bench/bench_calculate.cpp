@@ -123,7 +123,13 @@ void write_register(store::Database& db, int n) {
                     o.SaleAmt = cost * 0.4;
                     o.SaleExp = 500;
                 }
-                if (rng.below(100) == 0) o.DetESA = "Old part\xC2\xA6" "1000\xC2\xA6\xC2\xA6" "0\xC2\xA6" "0\xC2\xA6" "250";
+                if (rng.below(100) == 0)
+                    o.DetESA =
+                        "Old part\xC2\xA6"
+                        "1000\xC2\xA6\xC2\xA6"
+                        "0\xC2\xA6"
+                        "0\xC2\xA6"
+                        "250";
                 openings.push_back(std::move(o));
             } else {
                 store::AdditionRow a;
@@ -238,10 +244,9 @@ void register_all() {
     for (const auto& [backend, name] : backends) {
         for (const auto& [mode, mode_name] :
              {std::pair{reg::Mode::DEP_IT, "IncomeTaxChart"}, std::pair{reg::Mode::DEP_FA, "BooksChart"}}) {
-            benchmark::RegisterBenchmark((std::string("Calculate/") + mode_name + "/" + name).c_str(),
-                                         [backend = backend, mode = mode](benchmark::State& s) {
-                                             calculate(s, backend, mode);
-                                         })
+            benchmark::RegisterBenchmark(
+                (std::string("Calculate/") + mode_name + "/" + name).c_str(),
+                [backend = backend, mode = mode](benchmark::State& s) { calculate(s, backend, mode); })
                 ->Arg(10000)
                 ->Arg(100000)
                 ->Arg(1000000)

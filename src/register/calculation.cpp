@@ -55,7 +55,9 @@ Masters read_masters(store::RegisterStore& rs, bool income_tax) {
     return m;
 }
 
-std::string block_of(const store::AssetGroupRow* group) { return group ? group->BlockIdIT : std::string("-1"); }
+std::string block_of(const store::AssetGroupRow* group) {
+    return group ? group->BlockIdIT : std::string("-1");
+}
 
 // The books class of an entry follows its group's income-tax block: intangible
 // assets apart, land not depreciated at all.
@@ -91,7 +93,8 @@ void settled_figures(depreciation::CaEntry& e, double residual, double life, dou
     e.rate_auto = rate == 0 && life > 0;
 }
 
-depreciation::CaEntry books_entry(const store::OpeningRow& o, const Masters& m, const RegisterOptions& common) {
+depreciation::CaEntry books_entry(const store::OpeningRow& o, const Masters& m,
+                                  const RegisterOptions& common) {
     const auto opts = OpeningOpts::parse(o.OthOpts);
     const auto* g = m.group(o.IdFAGM);
     depreciation::CaEntry e;
@@ -117,7 +120,8 @@ depreciation::CaEntry books_entry(const store::OpeningRow& o, const Masters& m, 
     return e;
 }
 
-depreciation::CaEntry books_entry(const store::AdditionRow& a, const Masters& m, const RegisterOptions& common) {
+depreciation::CaEntry books_entry(const store::AdditionRow& a, const Masters& m,
+                                  const RegisterOptions& common) {
     const auto opts = AdditionOpts::parse(a.OthOpts);
     const auto* g = m.group(a.IdFAGM);
     depreciation::CaEntry e;
@@ -195,9 +199,16 @@ struct ParkedEntry {
     }
 
     explicit ParkedEntry(const depreciation::ItEntry& e)
-        : wdv_cost(e.wdv_cost), addl_rate(e.addl_rate), sale_amt(e.sale_amt), sale_exp(e.sale_exp),
-          addl_dep_on(e.addl_dep_on), adj_earlier(e.adj_earlier), sr_no(e.sr_no), group_id(e.group_id),
-          opening(e.kind == depreciation::EntryKind::Opening), asset_exists(e.asset_exists) {
+        : wdv_cost(e.wdv_cost),
+          addl_rate(e.addl_rate),
+          sale_amt(e.sale_amt),
+          sale_exp(e.sale_exp),
+          addl_dep_on(e.addl_dep_on),
+          adj_earlier(e.adj_earlier),
+          sr_no(e.sr_no),
+          group_id(e.group_id),
+          opening(e.kind == depreciation::EntryKind::Opening),
+          asset_exists(e.asset_exists) {
         put(put_date, e.put_date);
         put(sale_date, e.sale_date);
     }
@@ -229,7 +240,8 @@ struct ParkedBlock {
 void merge_warnings(std::vector<depreciation::Warning>& into, std::vector<depreciation::Warning>&& from) {
     // Each kind of warning once per run, whichever block raised it first.
     for (auto& w : from) {
-        const bool seen = std::any_of(into.begin(), into.end(), [&](const auto& x) { return x.kind == w.kind; });
+        const bool seen =
+            std::any_of(into.begin(), into.end(), [&](const auto& x) { return x.kind == w.kind; });
         if (!seen) into.push_back(std::move(w));
     }
 }
@@ -320,8 +332,8 @@ void run_income_tax(store::Database& db, store::RegisterStore& rs, const Masters
     }
 }
 
-void run_books(store::RegisterStore& rs, const Masters& m, bool interactive, const CalculationOptions& options,
-               CalculationResult& out) {
+void run_books(store::RegisterStore& rs, const Masters& m, bool interactive,
+               const CalculationOptions& options, CalculationResult& out) {
     const auto common = RegisterOptions::parse(rs.options_row().value_or(""));
     depreciation::CaRunInput in;
     in.year = out.year;
@@ -417,7 +429,9 @@ double det_esa_adjustment(std::string_view det_esa) {
     return total;
 }
 
-double net_amount(const store::AdditionRow& a) { return a.PurAmt - a.ExciseCr + a.CurrDiff - a.Subsidy; }
+double net_amount(const store::AdditionRow& a) {
+    return a.PurAmt - a.ExciseCr + a.CurrDiff - a.Subsidy;
+}
 
 depreciation::ItEntry income_tax_entry(const store::OpeningRow& o, const store::AssetGroupRow* group) {
     depreciation::ItEntry t;

@@ -55,9 +55,9 @@ struct BooksAsset {
     long SrNoFATR = 0;
     long IdFAGM = 0;
     std::string Particulars;
-    double Cost = 0;        // opening: cost or WDV as per books; addition: its net amount
-    double OpDep = 0;       // depreciation up to the start of the year
-    double Opening = 0;     // carrying amount on 01/04
+    double Cost = 0;     // opening: cost or WDV as per books; addition: its net amount
+    double OpDep = 0;    // depreciation up to the start of the year
+    double Opening = 0;  // carrying amount on 01/04
     double Addition = 0;
     double DedAmt = 0;
     double DepFY = 0;
@@ -86,11 +86,11 @@ struct CalculationResult {
     std::map<long, std::string> asset_groups;  // SrNoFAGM -> Part, the groups of the year
 
     // Income-tax modes.
-    depreciation::ItRunResult income_tax;             // blocks, working rows, half-rate line
-    std::vector<depreciation::ItEntry> it_entries;    // when kept
-    std::vector<double> profit_on_sale;               // per kept entry, before the block calculation
-    std::vector<depreciation::ChartRow> chart;        // as written to TmpDepChart
-    bool chart_hand_edited = false;                   // copied from DeprChart
+    depreciation::ItRunResult income_tax;           // blocks, working rows, half-rate line
+    std::vector<depreciation::ItEntry> it_entries;  // when kept
+    std::vector<double> profit_on_sale;             // per kept entry, before the block calculation
+    std::vector<depreciation::ChartRow> chart;      // as written to TmpDepChart
+    bool chart_hand_edited = false;                 // copied from DeprChart
     std::vector<IncomeTaxBlockSheet> income_tax_sheet;
     depreciation::ItSummary block_summary;
 

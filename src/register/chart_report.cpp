@@ -12,8 +12,8 @@ namespace {
 using Ostikreport::ReportColumn;
 using Ostikreport::ReportDocument;
 
-constexpr const char* kWhole = "#,##0";         // income-tax amounts: whole rupees
-constexpr const char* kPaise = "#,##0.00";      // books amounts
+constexpr const char* kWhole = "#,##0";     // income-tax amounts: whole rupees
+constexpr const char* kPaise = "#,##0.00";  // books amounts
 constexpr const char* kRate = "###0.00";
 
 std::string two_digits(int n) {
@@ -187,7 +187,8 @@ ReportDocument books_chart_report(const CalculationResult& run) {
         if (fresh) {
             groups.emplace_back();
             const auto name = run.asset_groups.find(a.IdFAGM);
-            groups.back().name = name != run.asset_groups.end() ? name->second : "Group " + std::to_string(a.IdFAGM);
+            groups.back().name =
+                name != run.asset_groups.end() ? name->second : "Group " + std::to_string(a.IdFAGM);
         }
         Group& g = groups[it->second];
         g.f.opening += a.Opening;
@@ -236,7 +237,8 @@ ReportDocument calculation_sheet_report(const CalculationResult& run) {
         doc.columns = {{"", "Particulars", false, false, 60}, {"", "Amount", true, false, 16}};
         for (const auto& b : run.income_tax_sheet) {
             add_row(doc, {b.block_name + " @ " + format_mask(b.rate, kRate) + "%", ""}, true);
-            for (const auto& l : b.lines) add_row(doc, {"  " + l.label, format_mask(l.amount, kWhole)}, false);
+            for (const auto& l : b.lines)
+                add_row(doc, {"  " + l.label, format_mask(l.amount, kWhole)}, false);
             add_row(doc, {"", ""}, false);
         }
         for (const auto& b : run.income_tax.blocks)

@@ -37,8 +37,8 @@ protected:
         BackendTest::SetUp();
         if (IsSkipped()) return;
         dir_ = std::filesystem::temp_directory_path() /
-               ("brenlow-chart-cli-" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) + "-" +
-                ::testing::UnitTest::GetInstance()->current_test_info()->name());
+               ("brenlow-chart-cli-" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) +
+                "-" + ::testing::UnitTest::GetInstance()->current_test_info()->name());
         std::filesystem::remove_all(dir_);
         std::filesystem::create_directories(dir_);
         const auto r = run_cli({"--db", temp().url(), "demo", "--out", dir_.string()});
@@ -50,7 +50,8 @@ protected:
         BackendTest::TearDown();
     }
     Result chart(std::vector<std::string> extra) {
-        std::vector<std::string> args = {"--db", temp().url(), "chart", "--client", "DEMO01", "--year", "2025"};
+        std::vector<std::string> args = {"--db",   temp().url(), "chart", "--client",
+                                         "DEMO01", "--year",     "2025"};
         args.insert(args.end(), extra.begin(), extra.end());
         return run_cli(args);
     }
@@ -91,9 +92,10 @@ TEST_P(ChartCli, TheIncomeTaxJsonListsEveryBlockUnderTheChartColumnsWithItsNameA
     const auto& rows = doc["DeprChart"];
     ASSERT_EQ(rows.size(), 5u);
     for (const auto& row : rows)
-        for (const char* k : {"Block", "CapitalGain", "Code_No", "FYr", "Grp", "Rate", "Wdv", "WdvOpHR", "Add1",
-                              "Cons1", "FullAmt", "Add2", "Cons2", "HalfAmt", "DeprF", "DeprH", "ADeprF", "ADeprH",
-                              "ADeprOpH", "TotDep", "Dep38", "PropDep", "Exp", "CG", "WdvCl"})
+        for (const char* k : {"Block",   "CapitalGain", "Code_No", "FYr",     "Grp",      "Rate",   "Wdv",
+                              "WdvOpHR", "Add1",        "Cons1",   "FullAmt", "Add2",     "Cons2",  "HalfAmt",
+                              "DeprF",   "DeprH",       "ADeprF",  "ADeprH",  "ADeprOpH", "TotDep", "Dep38",
+                              "PropDep", "Exp",         "CG",      "WdvCl"})
             EXPECT_TRUE(row.contains(k)) << k;
     const auto& plant = rows[2];
     EXPECT_EQ(plant["Block"], "MACHINERY AND PLANT");
@@ -114,8 +116,8 @@ TEST_P(ChartCli, TheBooksJsonGivesEachAssetItsFigures) {
     const auto doc = nlohmann::json::parse(r.out);
     const auto& assets = doc["assets"];
     ASSERT_EQ(assets.size(), 14u);
-    for (const char* k : {"Particulars", "Cost", "OpDep", "Addition", "DedAmt", "DepFY", "ClBal", "ProfitLoss", "Rate",
-                          "RemLife", "Days"})
+    for (const char* k : {"Particulars", "Cost", "OpDep", "Addition", "DedAmt", "DepFY", "ClBal",
+                          "ProfitLoss", "Rate", "RemLife", "Days"})
         EXPECT_TRUE(assets[0].contains(k)) << k;
     bool life_over = false;
     for (const auto& a : assets)
@@ -162,7 +164,8 @@ TEST_P(ChartCli, ARegisterDocumentComesBackUnchangedThroughExportAndImport) {
 
 TEST_P(ChartCli, AnImportWithErrorsNamesThemAndWritesNothing) {
     const auto file = (dir_ / "bad.json").string();
-    std::ofstream(file) << R"({"format":"brenlow-register","version":1,"NewFAGM":[],"NewFATRo":[{"IdFAGM":"x"}]})";
+    std::ofstream(file)
+        << R"({"format":"brenlow-register","version":1,"NewFAGM":[],"NewFATRo":[{"IdFAGM":"x"}]})";
     const auto before = chart({"--books", "--json"});
     const auto r = register_io("import", {file, "--client", "DEMO01", "--year", "2025", "--replace"});
     EXPECT_EQ(r.code, 1);

@@ -42,7 +42,8 @@ protected:
         g.rate_wdv = 25.89;
         return store::add_asset_group(db(), g);
     }
-    void opening(long grp, double wdv_it, const std::string& sale_date = "", double sale = 0, double exp = 0) {
+    void opening(long grp, double wdv_it, const std::string& sale_date = "", double sale = 0,
+                 double exp = 0) {
         store::OpeningRow o;
         o.IdFAGM = grp;
         o.Part = "Opening asset";
@@ -169,7 +170,8 @@ TEST_P(Calculation, ASaleBeyondTheBlockLeavesItNilWithACapitalGain) {
     EXPECT_EQ(r.Exp, 2000);
     EXPECT_EQ(result.income_tax.net_capital_gain, 33000);
     bool nil_shown = false;
-    for (const auto& s : result.block_summary.rows) nil_shown |= s.status == "Block Nil" && s.gain_text == "33,000";
+    for (const auto& s : result.block_summary.rows)
+        nil_shown |= s.status == "Block Nil" && s.gain_text == "33,000";
     EXPECT_TRUE(nil_shown);
 }
 
@@ -195,7 +197,13 @@ TEST_P(Calculation, TheEarlierYearsAdjustmentOfAnOpeningAssetComesOffTheBlockBef
     o.Part = "Press with a part scrapped";
     o.PutDate = "01/04/2015";
     o.WdvIT = 100000;
-    o.DetESA = "Scrapped part\xC2\xA6" "20000\xC2\xA6" "01/05/2023\xC2\xA6" "0\xC2\xA6" "0\xC2\xA6" "10000";
+    o.DetESA =
+        "Scrapped part\xC2\xA6"
+        "20000\xC2\xA6"
+        "01/05/2023\xC2\xA6"
+        "0\xC2\xA6"
+        "0\xC2\xA6"
+        "10000";
     store::RegisterStore(db(), kCode, kYear).insert_opening(o);
     run();
     const auto& r = only_row(stored(), 3, 15);
@@ -325,7 +333,8 @@ TEST_P(Calculation, AnEmptyRegisterEndsWithNoAssetsAndWritesNoChart) {
 BRENLOW_INSTANTIATE_BACKENDS(Calculation);
 
 TEST(CalculationModes, TheIncomeTaxModesAreThoseOfTheBlockCalculation) {
-    for (const char* name : {"DEP_IT", "DEP_CAL_IT", "DEP_3CD_IT", "DEP_SCH_IT_FROM_IT", "DEP_SCH_IT_FROM_FA"})
+    for (const char* name :
+         {"DEP_IT", "DEP_CAL_IT", "DEP_3CD_IT", "DEP_SCH_IT_FROM_IT", "DEP_SCH_IT_FROM_FA"})
         EXPECT_TRUE(is_income_tax_mode(*mode_from_name(name))) << name;
     for (const char* name : {"DEP_FA", "DEP_CAL_FA", "DEP_REP_FA", "DEP_SCH_FA"})
         EXPECT_FALSE(is_income_tax_mode(*mode_from_name(name))) << name;
@@ -334,8 +343,9 @@ TEST(CalculationModes, TheIncomeTaxModesAreThoseOfTheBlockCalculation) {
 
 TEST(CalculationInputs, TheEarlierYearsAdjustmentIsTheSumOfTheAmountsToBeAdjusted) {
     const std::string bar = "\xC2\xA6";
-    const std::string two = "Scrapped press" + bar + "5000" + bar + "01/05/2024" + bar + "1000" + bar + "0" + bar +
-                            "4000|Old tools" + bar + "" + bar + "" + bar + "" + bar + "" + bar + "250.5|";
+    const std::string two = "Scrapped press" + bar + "5000" + bar + "01/05/2024" + bar + "1000" + bar + "0" +
+                            bar + "4000|Old tools" + bar + "" + bar + "" + bar + "" + bar + "" + bar +
+                            "250.5|";
     EXPECT_DOUBLE_EQ(det_esa_adjustment(two), 4250.5);
     EXPECT_DOUBLE_EQ(det_esa_adjustment(""), 0);
 }

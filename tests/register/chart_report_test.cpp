@@ -16,7 +16,9 @@ std::vector<std::string> headings(const ReportDocument& doc) {
     return out;
 }
 
-const Ostikreport::ReportColumn& column(const ReportDocument& doc, std::size_t i) { return doc.columns.at(i); }
+const Ostikreport::ReportColumn& column(const ReportDocument& doc, std::size_t i) {
+    return doc.columns.at(i);
+}
 
 depreciation::ItBlockResult block(const std::string& id, const std::string& name, double rate) {
     depreciation::ItBlockResult b;
@@ -31,7 +33,8 @@ CalculationResult income_tax_run(int year) {
     run.code = "C001";
     run.year = year;
     run.mode = Mode::DEP_IT;
-    run.income_tax.blocks = {block("2-10", "FURNITURE AND FITTINGS", 10), block("3-15", "MACHINERY AND PLANT", 15)};
+    run.income_tax.blocks = {block("2-10", "FURNITURE AND FITTINGS", 10),
+                             block("3-15", "MACHINERY AND PLANT", 15)};
     depreciation::ChartRow furniture;
     furniture.Grp = 2;
     furniture.Rate = 10;
@@ -71,10 +74,11 @@ TEST(IncomeTaxChartReport, CarriesTheTitlesOfTheFinancialAndAssessmentYear) {
 
 TEST(IncomeTaxChartReport, SplitsAdditionsAtTheHalfRateLineOfAnOrdinaryYear) {
     const auto doc = income_tax_chart_report(income_tax_run(2025));
-    EXPECT_EQ(headings(doc), (std::vector<std::string>{"Block", "Rate\n(%)", "WDV as on 01/04/2024",
-                                                        "180 Days or More\n(Before 04/10/24)",
-                                                        "Less than 180 Days\n(On or After 04/10/24)", "Deduction",
-                                                        "Total", "Normal", "Additional", "WDV as on 31/03/2025"}));
+    EXPECT_EQ(headings(doc),
+              (std::vector<std::string>{"Block", "Rate\n(%)", "WDV as on 01/04/2024",
+                                        "180 Days or More\n(Before 04/10/24)",
+                                        "Less than 180 Days\n(On or After 04/10/24)", "Deduction", "Total",
+                                        "Normal", "Additional", "WDV as on 31/03/2025"}));
     EXPECT_EQ(column(doc, 3).band, "Addition");
     EXPECT_EQ(column(doc, 4).band, "Addition");
     EXPECT_EQ(column(doc, 7).band, "Depreciation for the Year");
@@ -134,8 +138,9 @@ TEST(IncomeTaxChartReport, NamesTheRowsOfAHandEditedChartByTheirBlocks) {
 
 TEST(IncomeTaxChartReport, AFullLineOfTextCarriesEveryHeading) {
     const auto text = Ostikreport::render_text(income_tax_chart_report(income_tax_run(2025)));
-    for (const char* h : {"FIXED ASSETS", "Addition", "180 Days or More", "(Before 04/10/24)", "Less than 180 Days",
-                          "(On or After 04/10/24)", "Depreciation for the Year", "WDV as on 31/03/2025"})
+    for (const char* h :
+         {"FIXED ASSETS", "Addition", "180 Days or More", "(Before 04/10/24)", "Less than 180 Days",
+          "(On or After 04/10/24)", "Depreciation for the Year", "WDV as on 31/03/2025"})
         EXPECT_NE(text.find(h), std::string::npos) << h;
 }
 

@@ -18,31 +18,14 @@ Json income_tax_json(const reg::CalculationResult& run) {
     Json blocks = Json::array();
     for (const auto& line : reg::chart_lines(run)) {
         const auto& r = *line.row;
-        blocks.push_back({{"Block", line.block},
-                          {"CapitalGain", r.CG},
-                          {"Code_No", r.Code_No},
-                          {"FYr", r.FYr},
-                          {"Grp", r.Grp},
-                          {"Rate", r.Rate},
-                          {"Wdv", r.Wdv},
-                          {"WdvOpHR", r.WdvOpHR},
-                          {"Add1", r.Add1},
-                          {"Cons1", r.Cons1},
-                          {"FullAmt", r.FullAmt},
-                          {"Add2", r.Add2},
-                          {"Cons2", r.Cons2},
-                          {"HalfAmt", r.HalfAmt},
-                          {"DeprF", r.DeprF},
-                          {"DeprH", r.DeprH},
-                          {"ADeprF", r.ADeprF},
-                          {"ADeprH", r.ADeprH},
-                          {"ADeprOpH", r.ADeprOpH},
-                          {"TotDep", r.TotDep},
-                          {"Dep38", r.Dep38},
-                          {"PropDep", r.PropDep},
-                          {"Exp", r.Exp},
-                          {"CG", r.CG},
-                          {"WdvCl", r.WdvCl}});
+        blocks.push_back(
+            {{"Block", line.block}, {"CapitalGain", r.CG},  {"Code_No", r.Code_No},   {"FYr", r.FYr},
+             {"Grp", r.Grp},        {"Rate", r.Rate},       {"Wdv", r.Wdv},           {"WdvOpHR", r.WdvOpHR},
+             {"Add1", r.Add1},      {"Cons1", r.Cons1},     {"FullAmt", r.FullAmt},   {"Add2", r.Add2},
+             {"Cons2", r.Cons2},    {"HalfAmt", r.HalfAmt}, {"DeprF", r.DeprF},       {"DeprH", r.DeprH},
+             {"ADeprF", r.ADeprF},  {"ADeprH", r.ADeprH},   {"ADeprOpH", r.ADeprOpH}, {"TotDep", r.TotDep},
+             {"Dep38", r.Dep38},    {"PropDep", r.PropDep}, {"Exp", r.Exp},           {"CG", r.CG},
+             {"WdvCl", r.WdvCl}});
     }
     return {{"client", run.code},
             {"year", run.year},
@@ -120,8 +103,8 @@ int chart_command(Context& ctx, const std::vector<std::string>& args) {
     options.keep_entries = false;
     // The text form follows the income-tax chart with its block-wise summary.
     options.sheets = it && !opt.has("json") && !opt.has("pdf");
-    const auto run = reg::run_calculation(ctx.base().dbobj(), code, year, it ? reg::Mode::DEP_IT : reg::Mode::DEP_FA,
-                                          true, options);
+    const auto run = reg::run_calculation(ctx.base().dbobj(), code, year,
+                                          it ? reg::Mode::DEP_IT : reg::Mode::DEP_FA, true, options);
     show_warnings(ctx, run);
     if (run.no_assets) return 1;
 

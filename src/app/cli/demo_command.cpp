@@ -73,8 +73,8 @@ std::vector<long> ensure_groups(store::Database& db) {
     return serials;
 }
 
-store::OpeningRow opening(long group, const char* part, const char* put, double cost, double op_dep, double life,
-                          double rate, const char* method, double wdv_it, double rate_it) {
+store::OpeningRow opening(long group, const char* part, const char* put, double cost, double op_dep,
+                          double life, double rate, const char* method, double wdv_it, double rate_it) {
     store::OpeningRow o;
     o.IdFAGM = group;
     o.Part = part;
@@ -92,8 +92,8 @@ store::OpeningRow opening(long group, const char* part, const char* put, double 
     return o;
 }
 
-store::AdditionRow addition(long group, const char* part, const char* put, double cost, double life, double rate,
-                            const char* method, double rate_it, double addl) {
+store::AdditionRow addition(long group, const char* part, const char* put, double cost, double life,
+                            double rate, const char* method, double rate_it, double addl) {
     store::AdditionRow a;
     a.IdFAGM = group;
     a.Part = part;
@@ -119,18 +119,19 @@ void build_register(store::Database& db, const std::vector<long>& g) {
     rs.delete_all_additions(std::nullopt);
     rs.rewrite_options_row(reg::RegisterOptions{}.compose());
 
-    rs.insert_opening(opening(g[Building], "Factory shed, Plot 14 MIDC", "12/07/2018", 2400000, 380000, 30, 3.17,
-                              "SLM", 1735000, 10));
+    rs.insert_opening(opening(g[Building], "Factory shed, Plot 14 MIDC", "12/07/2018", 2400000, 380000, 30,
+                              3.17, "SLM", 1735000, 10));
     rs.insert_opening(opening(g[Furniture], "Office furniture and fixtures", "01/05/2017", 450000, 210000, 10,
                               25.89, "WDV", 265000, 10));
     // Put to use in 2013 with a life of ten years: nothing of its life is left.
-    rs.insert_opening(opening(g[Furniture], "Reception furniture (life over)", "15/04/2013", 120000, 100000, 10,
-                              25.89, "WDV", 38000, 10));
-    rs.insert_opening(opening(g[Plant], "CNC lathe", "20/09/2020", 1800000, 520000, 15, 18.10, "WDV", 1150000, 15));
+    rs.insert_opening(opening(g[Furniture], "Reception furniture (life over)", "15/04/2013", 120000, 100000,
+                              10, 25.89, "WDV", 38000, 10));
+    rs.insert_opening(
+        opening(g[Plant], "CNC lathe", "20/09/2020", 1800000, 520000, 15, 18.10, "WDV", 1150000, 15));
     // Added last year after the line with additional depreciation: the remaining half
     // of it (20% of 6,00,000 halved) comes in this year.
-    auto moulding = opening(g[Plant], "Injection moulding machine", "10/01/2024", 600000, 27150, 15, 18.10, "WDV",
-                            495000, 15);
+    auto moulding = opening(g[Plant], "Injection moulding machine", "10/01/2024", 600000, 27150, 15, 18.10,
+                            "WDV", 495000, 15);
     moulding.AddlDepRT = 20;
     moulding.AddlDepOn = 600000;
     {
@@ -141,14 +142,14 @@ void build_register(store::Database& db, const std::vector<long>& g) {
     rs.insert_opening(moulding);
     // The whole computer block is sold for more than its WDV: the block ends nil with
     // a capital gain of 95,000 - 2,000 - 60,000.
-    auto desktops = opening(g[Computers], "Desktops and printers", "05/06/2021", 300000, 220000, 3, 63.16, "WDV",
-                            60000, 40);
+    auto desktops = opening(g[Computers], "Desktops and printers", "05/06/2021", 300000, 220000, 3, 63.16,
+                            "WDV", 60000, 40);
     desktops.SaleDate = "18/11/2024";
     desktops.SaleAmt = 95000;
     desktops.SaleExp = 2000;
     rs.insert_opening(desktops);
-    rs.insert_opening(opening(g[Intangible], "ERP software licence", "01/04/2021", 500000, 150000, 10, 10, "SLM",
-                              281250, 25));
+    rs.insert_opening(opening(g[Intangible], "ERP software licence", "01/04/2021", 500000, 150000, 10, 10,
+                              "SLM", 281250, 25));
 
     auto packaging = addition(g[Plant], "Packaging machine", "12/06/2024", 800000, 15, 18.10, "WDV", 15, 20);
     packaging.Subsidy = 50000;
@@ -159,8 +160,10 @@ void build_register(store::Database& db, const std::vector<long>& g) {
     boiler.CurrDiff = 12000;
     rs.insert_addition(boiler);
     rs.insert_addition(addition(g[Furniture], "Workstations", "20/08/2024", 90000, 10, 25.89, "WDV", 10, 0));
-    rs.insert_addition(addition(g[Building], "Warehouse extension", "10/01/2025", 600000, 30, 3.17, "SLM", 10, 0));
-    rs.insert_addition(addition(g[Intangible], "Patent - valve design", "01/02/2025", 200000, 10, 10, "SLM", 25, 0));
+    rs.insert_addition(
+        addition(g[Building], "Warehouse extension", "10/01/2025", 600000, 30, 3.17, "SLM", 10, 0));
+    rs.insert_addition(
+        addition(g[Intangible], "Patent - valve design", "01/02/2025", 200000, 10, 10, "SLM", 25, 0));
 }
 
 }  // namespace
@@ -176,8 +179,8 @@ int demo_command(Context& ctx, const std::vector<std::string>& args) {
     auto& db = base.dbobj();
     build_register(db, ensure_groups(db));
     ctx.out << "Database: " << db.describe() << "\n"
-            << "Demo client " << kCode << " (" << kName << "), status " << kStatus << ", F.Y. " << fy_text(kYear)
-            << "\n\n";
+            << "Demo client " << kCode << " (" << kName << "), status " << kStatus << ", F.Y. "
+            << fy_text(kYear) << "\n\n";
 
     const auto it = reg::run_calculation(db, kCode, kYear, reg::Mode::DEP_IT, false);
     const auto books = reg::run_calculation(db, kCode, kYear, reg::Mode::DEP_FA, false);

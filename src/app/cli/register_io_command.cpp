@@ -35,7 +35,8 @@ int export_register(Context& ctx, const std::vector<std::string>& args) {
     f << json;
     f.close();
     if (!f) throw std::runtime_error("cannot write " + t.file);
-    ctx.out << "Wrote the register of " << t.code << " for F.Y. " << fy_text(t.year) << " to " << t.file << "\n";
+    ctx.out << "Wrote the register of " << t.code << " for F.Y. " << fy_text(t.year) << " to " << t.file
+            << "\n";
     return 0;
 }
 
@@ -57,8 +58,8 @@ int import_register(Context& ctx, const std::vector<std::string>& args) {
     }
     ctx.out << "Imported into " << t.code << " for F.Y. " << fy_text(t.year) << ": " << r.openings
             << " opening entries, " << r.additions << " additions; asset groups " << r.groups_matched
-            << " matched, " << r.groups_created << " created" << (r.options_written ? "; options row written" : "")
-            << "\n";
+            << " matched, " << r.groups_created << " created"
+            << (r.options_written ? "; options row written" : "") << "\n";
     return 0;
 }
 
