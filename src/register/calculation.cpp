@@ -270,13 +270,16 @@ void run_income_tax(store::Database& db, store::RegisterStore& rs, const Masters
         park(a.IdFAGM, a.Part, income_tax_entry(a, m.group(a.IdFAGM)));
     });
 
+    std::vector<depreciation::ItBlockMaster> all_blocks;
+    for (const auto& b : m.it_blocks) all_blocks.push_back({b.ID, b.Part, b.rate});
     for (std::size_t k = 0; k < plan.blocks.size(); ++k) {
         const auto& master = *plan.blocks[k];
         depreciation::ItRunInput in;
         in.year = out.year;
         in.interactive = interactive;
         in.explain = options.sheets;
-        in.blocks.push_back({master.ID, master.Part, master.rate});
+        // Every block of the year, as a whole run would see them; only this one has entries.
+        in.blocks = all_blocks;
         {
             ParkedBlock p = std::move(parked[k]);
             if (p.entries.empty()) continue;
