@@ -211,6 +211,42 @@ TEST_P(Calculation, TheEarlierYearsAdjustmentOfAnOpeningAssetComesOffTheBlockBef
     EXPECT_EQ(r.DeprF, 13500);
 }
 
+TEST_P(Calculation, WorkingBlockByBlockGivesWhatOneRunOverTheWholeRegisterGives) {
+    const long plant = group("PLANT", "3-15", 15, 20);
+    const long lorries = group("LORRIES", "3-30", 30);
+    const long furniture = group("FURNITURE", "2-10", 10);
+    const long fittings = group("FITTINGS", "2-10", 10);  // a second group of the same block
+    const long building = group("BUILDINGS", "1-10", 10);
+    opening(plant, 400000);
+    opening(lorries, 90000, "01/01/2025", 150000, 1000);
+    opening(furniture, 50000);
+    opening(fittings, 20000);
+    opening(building, 1000000);
+    addition(plant, "03/10/2024", 100000, 20);
+    addition(fittings, "04/10/2024", 30000);
+    addition(building, "", 70000);
+    addition(furniture, "31/03/2025", 1000);
+    CalculationOptions keep;
+    keep.keep_entries = true;
+    const auto result = run(Mode::DEP_IT, keep);
+
+    depreciation::ItRunInput whole;
+    whole.year = kYear;
+    whole.entries = result.it_entries;
+    for (const auto& b : store::RegisterStore(db(), kCode, kYear).income_tax_blocks())
+        whole.blocks.push_back({b.ID, b.Part, b.rate});
+    const auto once = depreciation::calculate_income_tax(whole);
+    EXPECT_EQ(result.chart, depreciation::chart_rows_from_blocks(kCode, kYear, once));
+    EXPECT_EQ(result.income_tax.net_capital_gain, once.net_capital_gain);
+    ASSERT_EQ(result.income_tax.rows.size(), once.rows.size());
+    for (std::size_t i = 0; i < once.rows.size(); ++i) {
+        EXPECT_EQ(result.income_tax.rows[i].entry, once.rows[i].entry);
+        EXPECT_EQ(result.income_tax.rows[i].block, once.rows[i].block);
+    }
+    EXPECT_EQ(result.it_entries.size(), 9u);
+    EXPECT_EQ(result.profit_on_sale.size(), 9u);
+}
+
 TEST_P(Calculation, EachBlockGoesToTheChartGroupOfItsNameAndRate) {
     opening(group("BUILDINGS", "1-10", 10), 1000);
     opening(group("FURNITURE", "2-10", 10), 1000);
