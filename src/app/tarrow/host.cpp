@@ -14,6 +14,7 @@
 #include "app/tarrow/client_dialog.h"
 #include "store/seed.h"
 #include "suite/defaults.h"
+#include "ui/report_preview.h"
 #include "ui/screen_windows.h"
 
 namespace brenlow::tarrow {
@@ -84,6 +85,7 @@ bool HostWindow::open_database(const QString& url) {
         const std::string exe = cli::Context::exe_dir();
         suite::register_defaults(catalogue, {url.toStdString(), exe, store::reference_data_dir(exe)});
         forms_ = std::make_unique<frame::Forms>(catalogue, ui_, frame::ScreenMakers{});
+        ui::preview_reports_on_desktop(*forms_->component().report, this);
         url_ = url;
         QSettings().setValue("database/url", url);
     } catch (const std::exception& e) {

@@ -1,0 +1,63 @@
+#include "ui/report_preview.h"
+
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <QPainter>
+#include <QPrinter>
+#include <QTemporaryDir>
+
+#include "qt_app.h"
+
+namespace brenlow::ui {
+namespace {
+
+Ostikreport::ReportDocument rows_report(int rows) {
+    Ostikreport::ReportDocument doc;
+    doc.titles = {"FIXED ASSETS"};
+    doc.columns = {{"", "Block", false, false, 20}, {"Addition", "180 Days\nor More", true, false, 12}};
+    for (int i = 0; i < rows; ++i) doc.rows.push_back({"BLOCK " + std::to_string(i), "1,00,000"});
+    return doc;
+}
+
+TEST(ReportPreview, PaintsEveryRowOnAsManyPagesAsItNeeds) {
+    test::ensure_qt_app();
+    QTemporaryDir dir;
+    auto pages_for = [&](int rows) {
+        QPrinter printer(QPrinter::HighResolution);
+        printer.setOutputFormat(QPrinter::PdfFormat);
+        printer.setOutputFileName(dir.filePath(QString("r%1.pdf").arg(rows)));
+        printer.setPageOrientation(QPageLayout::Landscape);
+        QPainter painter(&printer);
+        const int pages = paint_report(rows_report(rows), printer, painter);
+        painter.end();
+        EXPECT_GT(QFile(dir.filePath(QString("r%1.pdf").arg(rows))).size(), 0);
+        return pages;
+    };
+    EXPECT_EQ(pages_for(3), 1);
+    const int many = pages_for(400);
+    EXPECT_GT(many, 1);
+    // Twice the rows take about twice the pages: the heading block repeats, rows are not lost.
+    EXPECT_GE(pages_for(800), 2 * many - 1);
+}
+
+TEST(ReportPreview, TheReportObjectShowsThroughTheViewerItWasGiven) {
+    test::ensure_qt_app();
+    struct Report : Ostikreport::ClsMain {
+        void WriteToReport(const Ostikreport::ReportDocument& d) override { doc = d; }
+        void createtable(std::string_view, int) override {}
+        void RowBackForeColorMain(int, long, long) override {}
+        void PrintText(std::string_view) override {}
+        void showreport() override { if (viewer) viewer(doc); }
+        const Ostikreport::ReportDocument& prepared() const override { return doc; }
+        void set_viewer(Viewer v) override { viewer = std::move(v); }
+        Ostikreport::ReportDocument doc;
+        Viewer viewer;
+    } report;
+    QWidget owner;
+    preview_reports_on_desktop(report, &owner);
+    EXPECT_TRUE(static_cast<bool>(report.viewer));
+}
+
+}  // namespace
+}  // namespace brenlow::ui
