@@ -179,6 +179,10 @@ void frmNewFATR::set_up_grids() {
     for (Grid* g : {&vsO, &vsA}) {
         for (int c = 0; c < g->cols(); ++c)
             if (!g->column(c).format.empty() && g->column(c).format != "dd/MM/yy") g->set_col_alignment(c, Align::right);
+        for (int c = 0; c < g->cols(); ++c) g->set_col_width(c, 17);
+        for (const char* k : {"OpDepr", "PutDate", "AccDate"})
+            if (g->col_index(k) >= 0) g->set_col_width(g->col_index(k), 24);
+        g->set_col_width(g->col_index("SN"), 5);
         g->set_col_width(g->col_index("Particulars"), 30);
         g->set_col_width(g->col_index("AssetGroup"), 22);
     }

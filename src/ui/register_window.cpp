@@ -1,0 +1,574 @@
+#include "ui/register_window.h"
+
+#include <QButtonGroup>
+#include <algorithm>
+#include <QFormLayout>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QItemSelectionModel>
+#include <QScrollArea>
+#include <QSplitter>
+#include <QTimer>
+#include <QVBoxLayout>
+
+#include "ui/grid_table_model.h"
+
+namespace brenlow::ui {
+namespace {
+
+using S = reg::frmNewFATR;
+
+QString q(const std::string& s) { return QString::fromStdString(s); }
+std::string s(const QString& t) { return t.toStdString(); }
+
+QLabel* heading(const QString& text, QWidget* parent) {
+    auto* l = new QLabel("<b>" + text + "</b>", parent);
+    return l;
+}
+
+}  // namespace
+
+RegisterWindow::RegisterWindow(frame::Component& component, QWidget* parent)
+    : QWidget(parent), ui_(this), screen_(std::make_shared<S>(component, ui_)) {
+    screen_->Form_Load();
+    build();
+}
+
+RegisterWindow::RegisterWindow(std::shared_ptr<S> screen, frame::Component& component, QWidget* parent)
+    : QWidget(parent), ui_(this), screen_(std::move(screen)) {
+    (void)component;
+    if (screen_->Year() == 0) screen_->Form_Load();
+    build();
+}
+
+RegisterWindow::~RegisterWindow() {
+    // The grid views go first: their models hold on to the screen's grids.
+    for (GridView* view : findChildren<GridView*>()) delete view;
+}
+
+void RegisterWindow::run(const std::function<void()>& event) {
+    if (refreshing_) return;
+    take_input();
+    event();
+    refresh();
+}
+
+QPushButton* RegisterWindow::button(const QString& caption, const std::function<void()>& event, QWidget* parent) {
+    auto* b = new QPushButton(caption, parent);
+    b->setAutoDefault(false);
+    connect(b, &QPushButton::clicked, this, [this, event] { run(event); });
+    return b;
+}
+
+VTxtEdit* RegisterWindow::field(vTXT& model, QWidget* parent) {
+    auto* edit = new VTxtEdit(ui_, parent);
+    edit->field().read_properties(model.properties());
+    edit->set_MaxLength(model.MaxLength());
+    // Enter moves on, as Tab does; the leave-field check runs on the way out.
+    connect(edit, &VTxtEdit::enterPressed, this, [this] { focusNextChild(); });
+    return edit;
+}
+
+// The screen's leave-field check when the focus goes; a refusal brings it back.
+void RegisterWindow::bind_leave(VTxtEdit* edit, const std::function<bool()>& check) {
+    connect(edit, &QLineEdit::editingFinished, this, [this, edit, check] {
+        if (refreshing_ || leaving_ || !edit->isEnabled()) return;
+        leaving_ = true;
+        bool ok = true;
+        run([&] { ok = check(); });
+        leaving_ = false;
+        if (!ok) QTimer::singleShot(0, edit, [edit] { edit->setFocus(); edit->selectAll(); });
+    });
+}
+
+// The live figures follow every keystroke; the field being typed into keeps its text.
+void RegisterWindow::bind_change(VTxtEdit* edit, const std::function<void()>& change) {
+    connect(edit, &QLineEdit::textChanged, this, [this, edit, change] {
+        if (refreshing_) return;
+        const QString typed = edit->text();
+        const int caret = edit->cursorPosition();
+        run(change);
+        if (edit->text() != typed) {
+            edit->setText(typed);
+            edit->setCursorPosition(caret);
+        }
+    });
+}
+
+GridView* RegisterWindow::grid(Grid& g, int* row, QWidget* parent) {
+    auto* view = new GridView(parent);
+    view->show_grid(g);
+    view->setSelectionBehavior(QAbstractItemView::SelectRows);
+    view->setSelectionMode(QAbstractItemView::SingleSelection);
+    if (row) {
+        view->setEditTriggers(QAbstractItemView::NoEditTriggers);
+        connect(view->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+                [this, view, row](const QModelIndex& current) {
+                    if (refreshing_ || !current.isValid()) return;
+                    *row = view->grid_model()->grid_row(current.row());
+                });
+    }
+    return view;
+}
+
+void RegisterWindow::build() {
+    setWindowTitle(q(screen_->Caption()));
+    auto* layout = new QVBoxLayout(this);
+    auto* splitter = new QSplitter(Qt::Vertical, this);
+    splitter_ = splitter;
+    splitter->setChildrenCollapsible(false);
+    layout->addWidget(splitter);
+    splitter->addWidget(build_browse());
+    entry_ = new QWidget(this);
+    auto* entry_layout = new QVBoxLayout(entry_);
+    entry_layout->setContentsMargins(0, 0, 0, 0);
+    auto* top = new QHBoxLayout;
+    group_ = new QComboBox(entry_);
+    for (const auto& g : screen_->AssetGroups()) group_->addItem(q(g.Part), static_cast<qlonglong>(g.SrNoFAGM));
+    group_->setPlaceholderText("(Select)");
+    connect(group_, &QComboBox::activated, this, [this](int i) {
+        const long id = group_->itemData(i).toLongLong();
+        run([&] { screen_->SelectAssetGroup(id); });
+        focusNextChild();
+    });
+    txtPart_ = field(screen_->txtPart, entry_);
+    lblGroupInfo_ = new QLabel(entry_);
+    top->addWidget(new QLabel("Asset &Group", entry_));
+    top->addWidget(group_, 1);
+    top->addWidget(new QLabel("Particulars", entry_));
+    top->addWidget(txtPart_, 2);
+    top->addWidget(lblGroupInfo_);
+    entry_layout->addLayout(top);
+    auto* frames = new QHBoxLayout;
+    famEditO_ = build_opening_frame();
+    famEditA_ = build_addition_frame();
+    frames->addWidget(famEditO_, 3);
+    frames->addWidget(famEditA_, 3);
+    frames->addWidget(build_sale_frame(), 2);
+    entry_layout->addLayout(frames);
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch(1);
+    buttons->addWidget(button("&Update", [this] { screen_->cmdUpdate_Click(); }, entry_));
+    buttons->addWidget(button("&Cancel", [this] { screen_->cmdCancel_Click(); }, entry_));
+    auto* master = new QPushButton("Manage Asset &Group Master", entry_);
+    master->setEnabled(false);  // the masters have their own window in the host's menu
+    buttons->addWidget(master);
+    entry_layout->addLayout(buttons);
+    scroll_ = new QScrollArea(this);
+    scroll_->setWidget(entry_);
+    scroll_->setWidgetResizable(true);
+    scroll_->setFrameShape(QFrame::NoFrame);
+    splitter->addWidget(scroll_);
+    splitter->setStretchFactor(0, 2);
+    splitter->setStretchFactor(1, 3);
+    for (auto* box : findChildren<QComboBox*>()) box->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    resize(1280, 900);
+    refresh();
+}
+
+QWidget* RegisterWindow::build_browse() {
+    browse_ = new QWidget(this);
+    auto* layout = new QVBoxLayout(browse_);
+    layout->setContentsMargins(0, 0, 0, 0);
+    auto* options = new QHBoxLayout;
+    cboFAGM_ = new QComboBox(browse_);
+    connect(cboFAGM_, &QComboBox::activated, this, [this](int i) { run([&] { screen_->cboFAGM_Click(i); }); });
+    options->addWidget(new QLabel("Asset &Group", browse_));
+    options->addWidget(cboFAGM_, 1);
+    auto* mod = new QGroupBox("Method of Depreciation", browse_);
+    auto* mod_layout = new QHBoxLayout(mod);
+    optWDV_ = new QRadioButton("WDV", mod);
+    optSLM_ = new QRadioButton("SLM", mod);
+    mod_layout->addWidget(optWDV_);
+    mod_layout->addWidget(optSLM_);
+    connect(optWDV_, &QRadioButton::clicked, this, [this] { run([&] { screen_->optMOD_Click("WDV"); }); });
+    connect(optSLM_, &QRadioButton::clicked, this, [this] { run([&] { screen_->optMOD_Click("SLM"); }); });
+    auto* res = new QGroupBox("Residual Value (5%) Of", browse_);
+    auto* res_layout = new QHBoxLayout(res);
+    optCost_ = new QRadioButton("Cost", res);
+    optCA_ = new QRadioButton("Carrying Amount", res);
+    res_layout->addWidget(optCost_);
+    res_layout->addWidget(optCA_);
+    connect(optCost_, &QRadioButton::clicked, this, [this] { run([&] { screen_->optResValOf_Click("COST"); }); });
+    connect(optCA_, &QRadioButton::clicked, this, [this] { run([&] { screen_->optResValOf_Click("CA"); }); });
+    cboRndRemLife_ = new QComboBox(browse_);
+    connect(cboRndRemLife_, &QComboBox::activated, this,
+            [this](int i) { run([&] { screen_->cboRndRemLife_Click(i); }); });
+    cboBADep_ = new QComboBox(browse_);
+    connect(cboBADep_, &QComboBox::activated, this, [this](int i) { run([&] { screen_->cboBADep_Click(i); }); });
+    options->addWidget(mod);
+    options->addWidget(res);
+    auto* rounding = new QFormLayout;
+    rounding->addRow("Rounding of Remaining Life", cboRndRemLife_);
+    rounding->addRow("Books", cboBADep_);
+    options->addLayout(rounding);
+    layout->addLayout(options);
+
+    const auto side = [&](const QString& title, Grid& g, int* row, GridView*& view, const std::function<void()>& add,
+                          const std::function<void()>& edit, const std::function<void()>& del,
+                          const std::function<void()>& del_all) {
+        auto* line = new QHBoxLayout;
+        line->addWidget(heading(title, browse_));
+        line->addStretch(1);
+        for (auto [caption, event] : std::vector<std::pair<QString, std::function<void()>>>{
+                 {"&Add", add}, {"&Edit", edit}, {"&Delete", del}, {"Delete A&ll", del_all}}) {
+            auto* b = button(caption, event, browse_);
+            browse_buttons_.push_back(b);
+            line->addWidget(b);
+        }
+        layout->addLayout(line);
+        view = grid(g, row, browse_);
+        connect(view, &QAbstractItemView::doubleClicked, this, [this, edit] { run(edit); });
+        layout->addWidget(view, 1);
+    };
+    side("Opening Assets (As on 01/04/" + QString::number(screen_->Year() - 1) + ")", screen_->vsO, &screen_->vsO_Row,
+         vsO_, [this] { screen_->cmdAddO_Click(); }, [this] { screen_->cmdEditO_Click(); },
+         [this] { screen_->cmdDelO_Click(); }, [this] { screen_->cmdDelAllO_Click(); });
+    side("Additions during the Year", screen_->vsA, &screen_->vsA_Row, vsA_, [this] { screen_->cmdAddA_Click(); },
+         [this] { screen_->cmdEditA_Click(); }, [this] { screen_->cmdDelA_Click(); },
+         [this] { screen_->cmdDelAllA_Click(); });
+
+    auto* buttons = new QHBoxLayout;
+    // The calculation, export, import and transfers come with their own work.
+    for (const char* caption : {"&Calculate Depreciation", "&Export to Excel", "&Import from Excel",
+                                "&Transfer to Trial Balance", "Edit Depreciation (&FA)"}) {
+        auto* b = new QPushButton(caption, browse_);
+        b->setEnabled(false);
+        buttons->addWidget(b);
+    }
+    auto* old = button("&Old Depreciation Chart", [this] { screen_->cmdOldDepChart_Click(); }, browse_);
+    browse_buttons_.push_back(old);
+    buttons->addWidget(old);
+    buttons->addStretch(1);
+    auto* back = button("&Back", [this] { screen_->cmdBack_Click(); }, browse_);
+    buttons->addWidget(back);
+    layout->addLayout(buttons);
+    return browse_;
+}
+
+QWidget* RegisterWindow::build_opening_frame() {
+    auto* frame = new QGroupBox("Opening Asset", this);
+    auto* layout = new QGridLayout(frame);
+    txtfieldsO_.resize(S::O_Count);
+    lblfieldsO_.resize(S::O_Count);
+    chkfieldsO_.resize(S::O_Count, nullptr);
+    for (int i = 0; i < S::O_Count; ++i) {
+        txtfieldsO_[i] = field(screen_->txtfieldsO[i], frame);
+        lblfieldsO_[i] = new QLabel(frame);
+        lblfieldsO_[i]->setBuddy(txtfieldsO_[i]);
+        bind_leave(txtfieldsO_[i], [this, i] { return screen_->txtfieldsO_Validate(i); });
+        bind_change(txtfieldsO_[i], [this, i] { screen_->txtfieldsO_Change(i); });
+        if (screen_->chkfieldsO[i].Enabled) {
+            chkfieldsO_[i] = new QCheckBox(frame);
+            connect(chkfieldsO_[i], &QCheckBox::clicked, this, [this, i] { run([&] { screen_->chkfieldsO_Click(i); }); });
+        }
+    }
+    int r = 0;
+    layout->addWidget(heading("For Calculation as per Companies Act 2013", frame), r++, 0, 1, 3);
+    const auto row = [&](int i) {
+        layout->addWidget(lblfieldsO_[i], r, 0);
+        layout->addWidget(txtfieldsO_[i], r, 1);
+        if (chkfieldsO_[i]) layout->addWidget(chkfieldsO_[i], r, 2);
+        ++r;
+    };
+    row(S::O_PutDate);
+    row(S::O_CostWdv);
+    row(S::O_OpDepr);
+    cboCalcCA_ = new QComboBox(frame);
+    connect(cboCalcCA_, &QComboBox::activated, this, [this](int i) { run([&] { screen_->cboCalcCA_Click(i); }); });
+    txtCalcCA_ = field(screen_->txtCalcCA, frame);
+    bind_change(txtCalcCA_, [this] { screen_->txtfieldsO_Change(S::O_CostWdv); });
+    layout->addWidget(new QLabel(q(screen_->lblCalcCA), frame), r, 0);
+    layout->addWidget(cboCalcCA_, r, 1);
+    layout->addWidget(txtCalcCA_, r++, 2);
+    row(S::O_ResValue);
+    cboResValOfO_ = new QComboBox(frame);
+    connect(cboResValOfO_, &QComboBox::activated, this, [this](int i) { run([&] { screen_->cboResValOfO_Click(i); }); });
+    layout->addWidget(new QLabel(q(screen_->lblResValOfO), frame), r, 0);
+    layout->addWidget(cboResValOfO_, r++, 1);
+    row(S::O_LifeYrs);
+    lblRemLifeO_ = new QLabel(frame);
+    layout->addWidget(lblRemLifeO_, r++, 0, 1, 3);
+    row(S::O_RateFACL);
+    cboMODo_ = new QComboBox(frame);
+    connect(cboMODo_, &QComboBox::activated, this, [this](int i) { run([&] { screen_->cboMODo_Click(i); }); });
+    layout->addWidget(new QLabel("Method of Depreciation", frame), r, 0);
+    layout->addWidget(cboMODo_, r++, 1);
+    layout->addWidget(heading("For Calculation as per Income-Tax Act 1961", frame), r++, 0, 1, 3);
+    lblBlockO_ = new QLabel(frame);
+    layout->addWidget(lblBlockO_, r++, 0, 1, 3);
+    row(S::O_WdvIT);
+    row(S::O_RateIT);
+    row(S::O_AddlDepRT);
+    auto* choices = new QHBoxLayout;
+    auto* group = new QButtonGroup(frame);
+    const char* texts[] = {"Other", "Asset does not Exist", "Asset Exists but WDV is NIL"};
+    for (int c = 0; c < 3; ++c) {
+        optsWdvIT_[c] = new QRadioButton(texts[c], frame);
+        group->addButton(optsWdvIT_[c]);
+        choices->addWidget(optsWdvIT_[c]);
+        connect(optsWdvIT_[c], &QRadioButton::clicked, this, [this, c] { run([&] { screen_->optsWdvIT_Click(c); }); });
+    }
+    layout->addLayout(choices, r++, 0, 1, 3);
+    chkfieldsO_[S::O_AddlDepOn]->setText(q(screen_->chkfieldsO[S::O_AddlDepOn].Caption));
+    layout->addWidget(chkfieldsO_[S::O_AddlDepOn], r++, 0, 1, 3);
+    layout->addWidget(txtfieldsO_[S::O_AddlDepOn], r++, 1);
+    lblfieldsO_[S::O_AddlDepOn]->hide();
+    layout->addWidget(heading("Adjustment on Account of Excess Sale/Deduction of Other Assets in Block (if any) in "
+                              "Earlier Years", frame), r++, 0, 1, 3);
+    vsESA_ = grid(screen_->vsESA, &vsESA_row_, frame);
+    vsESA_->setMinimumHeight(90);
+    layout->addWidget(vsESA_, r++, 0, 1, 3);
+    auto* esa = new QHBoxLayout;
+    const char* hints[] = {"Particulars", "WDV", "Date", "Amount", "Excess", "Adjust"};
+    for (int c = 0; c < 6; ++c) {
+        esaInput_[c] = new QLineEdit(frame);
+        esaInput_[c]->setPlaceholderText(hints[c]);
+        esa->addWidget(esaInput_[c], c == 0 ? 2 : 1);
+    }
+    esa->addWidget(button("Add &Row", [this] {
+        if (screen_->AddESARow(s(esaInput_[0]->text()), s(esaInput_[1]->text()), s(esaInput_[2]->text()),
+                               s(esaInput_[3]->text()), s(esaInput_[4]->text()), s(esaInput_[5]->text())))
+            for (auto* e : esaInput_) e->clear();
+    }, frame));
+    layout->addLayout(esa, r++, 0, 1, 3);
+    chkTotESA_ = new QCheckBox("Gross", frame);
+    connect(chkTotESA_, &QCheckBox::clicked, this, [this] { run([&] { screen_->chkTotESA_Click(); }); });
+    txtTotESA_ = field(screen_->txtTotESA, frame);
+    bind_leave(txtTotESA_, [this] { screen_->txtTotESA_Validate(); return true; });
+    layout->addWidget(chkTotESA_, r, 0);
+    layout->addWidget(txtTotESA_, r++, 1);
+    layout->setColumnStretch(1, 1);
+    return frame;
+}
+
+QWidget* RegisterWindow::build_addition_frame() {
+    auto* frame = new QGroupBox("Addition during the Year", this);
+    auto* layout = new QGridLayout(frame);
+    txtfieldsA_.resize(S::A_Count);
+    lblfieldsA_.resize(S::A_Count);
+    chkfieldsA_.resize(S::A_Count, nullptr);
+    for (int i = 0; i < S::A_Count; ++i) {
+        txtfieldsA_[i] = field(screen_->txtfieldsA[i], frame);
+        lblfieldsA_[i] = new QLabel(frame);
+        lblfieldsA_[i]->setBuddy(txtfieldsA_[i]);
+        bind_leave(txtfieldsA_[i], [this, i] { return screen_->txtfieldsA_Validate(i); });
+        bind_change(txtfieldsA_[i], [this, i] { screen_->txtfieldsA_Change(i); });
+        if (screen_->chkfieldsA[i].Enabled) {
+            chkfieldsA_[i] = new QCheckBox(frame);
+            connect(chkfieldsA_[i], &QCheckBox::clicked, this, [this, i] { run([&] { screen_->chkfieldsA_Click(i); }); });
+        }
+    }
+    int r = 0;
+    const auto row = [&](int i) {
+        layout->addWidget(lblfieldsA_[i], r, 0);
+        layout->addWidget(txtfieldsA_[i], r, 1);
+        if (chkfieldsA_[i]) layout->addWidget(chkfieldsA_[i], r, 2);
+        ++r;
+    };
+    for (int i : {S::A_PutDate, S::A_AccDate, S::A_PurAmt, S::A_ExciseCr, S::A_CurrDiff, S::A_Subsidy}) row(i);
+    lblMiscAdjA_ = new QLabel(frame);
+    lblNetAmtA_ = new QLabel(frame);
+    layout->addWidget(new QLabel("Misc. Adjustments", frame), r, 0);
+    layout->addWidget(lblMiscAdjA_, r++, 1);
+    layout->addWidget(new QLabel("Net Amount", frame), r, 0);
+    layout->addWidget(lblNetAmtA_, r++, 1);
+    layout->addWidget(heading("For Calculation as per Companies Act 2013", frame), r++, 0, 1, 3);
+    row(S::A_ResValue);
+    row(S::A_LifeYrs);
+    lblRemLifeA_ = new QLabel(frame);
+    layout->addWidget(lblRemLifeA_, r++, 0, 1, 3);
+    row(S::A_RateFACL);
+    cboMODa_ = new QComboBox(frame);
+    connect(cboMODa_, &QComboBox::activated, this, [this](int i) { run([&] { screen_->cboMODa_Click(i); }); });
+    layout->addWidget(new QLabel("Method of Depreciation", frame), r, 0);
+    layout->addWidget(cboMODa_, r++, 1);
+    cboRndAddRtAuto_ = new QComboBox(frame);
+    connect(cboRndAddRtAuto_, &QComboBox::activated, this,
+            [this](int i) { run([&] { screen_->cboRndAddRtAuto_Click(i); }); });
+    layout->addWidget(cboRndAddRtAuto_, r++, 1, 1, 2);
+    layout->addWidget(heading("For Calculation as per Income-Tax Act 1961", frame), r++, 0, 1, 3);
+    lblBlockA_ = new QLabel(frame);
+    layout->addWidget(lblBlockA_, r++, 0, 1, 3);
+    row(S::A_RateIT);
+    row(S::A_AddlDepRT);
+    layout->setColumnStretch(1, 1);
+    layout->setRowStretch(r, 1);
+    return frame;
+}
+
+QWidget* RegisterWindow::build_sale_frame() {
+    auto* box = new QWidget(this);
+    auto* outer = new QVBoxLayout(box);
+    outer->setContentsMargins(0, 0, 0, 0);
+    auto* sale = new QGroupBox("Details of Sale/Deduction", box);
+    auto* form = new QFormLayout(sale);
+    txtfieldsD_.resize(S::D_Count);
+    for (int i = 0; i < S::D_Count; ++i) {
+        txtfieldsD_[i] = field(screen_->txtfieldsD[i], sale);
+        bind_leave(txtfieldsD_[i], [this, i] { return screen_->txtfieldsD_Validate(i); });
+        form->addRow(q(screen_->lblfieldsD[i]), txtfieldsD_[i]);
+    }
+    outer->addWidget(sale);
+    auto* shifts = new QGroupBox("Extra Shift", box);
+    auto* shift_layout = new QVBoxLayout(shifts);
+    lblNESD_ = new QLabel(shifts);
+    shift_layout->addWidget(lblNESD_);
+    vsS_ = new GridView(shifts);
+    vsS_->show_grid(screen_->vsS);
+    vsS_->setMinimumHeight(90);
+    shift_layout->addWidget(vsS_);
+    auto* shift_buttons = new QHBoxLayout;
+    shift_buttons->addWidget(button("Add S&hift", [this] { screen_->AddShiftRow("", "", 1); }, shifts));
+    shift_buttons->addWidget(button("Check Shi&fts", [this] { screen_->cmdShiftOK_Click(); }, shifts));
+    shift_layout->addLayout(shift_buttons);
+    lblShiftDays_ = new QLabel(shifts);
+    lblShiftDays_->setWordWrap(true);
+    shift_layout->addWidget(lblShiftDays_);
+    outer->addWidget(shifts);
+    auto* depr = new QGroupBox("Depreciation for the Year", box);
+    auto* depr_layout = new QFormLayout(depr);
+    chkAutoCalcDeprCL_ = new QCheckBox(q(screen_->chkAutoCalcDeprCL.Caption), depr);
+    connect(chkAutoCalcDeprCL_, &QCheckBox::clicked, this, [this] { run([&] { screen_->chkAutoCalcDeprCL_Click(); }); });
+    txtAutoCalcDeprCL_ = field(screen_->txtAutoCalcDeprCL, depr);
+    lblDaysDeprCL_ = new QLabel(depr);
+    depr_layout->addRow(chkAutoCalcDeprCL_, txtAutoCalcDeprCL_);
+    depr_layout->addRow("Days", lblDaysDeprCL_);
+    outer->addWidget(depr);
+    outer->addStretch(1);
+    return box;
+}
+
+void RegisterWindow::take_input() {
+    auto& sc = *screen_;
+    const auto take = [](const VTxtEdit* e, vTXT& f) {
+        if (e && e->isEnabled()) f.set_text(e->text().toLatin1().toStdString());
+    };
+    take(txtPart_, sc.txtPart);
+    for (int i = 0; i < S::O_Count; ++i) take(txtfieldsO_[i], sc.txtfieldsO[i]);
+    for (int i = 0; i < S::A_Count; ++i) take(txtfieldsA_[i], sc.txtfieldsA[i]);
+    for (int i = 0; i < S::D_Count; ++i) take(txtfieldsD_[i], sc.txtfieldsD[i]);
+    take(txtCalcCA_, sc.txtCalcCA);
+    take(txtTotESA_, sc.txtTotESA);
+    take(txtAutoCalcDeprCL_, sc.txtAutoCalcDeprCL);
+}
+
+void RegisterWindow::show_combo(QComboBox* box, const reg::ComboBox& combo) {
+    QStringList texts;
+    for (const auto& item : combo.List.items()) texts << q(item.text);
+    QStringList shown;
+    for (int i = 0; i < box->count(); ++i) shown << box->itemText(i);
+    if (shown != texts) {
+        box->clear();
+        box->addItems(texts);
+    }
+    box->setCurrentIndex(combo.ListIndex);
+    box->setEnabled(combo.Enabled);
+}
+
+void RegisterWindow::refresh() {
+    refreshing_ = true;
+    auto& sc = *screen_;
+    const bool entering = !sc.Mode().empty();
+    const auto show = [](VTxtEdit* e, const vTXT& f, bool enabled) {
+        const QString t = QString::fromLatin1(f.text().data(), static_cast<qsizetype>(f.text().size()));
+        if (e->text() != t) e->setText(t);
+        e->setEnabled(enabled);
+    };
+    setWindowTitle(q(sc.Caption()));
+    browse_->setEnabled(!entering);
+    for (auto* b : browse_buttons_) b->setEnabled(!sc.OldChart() || b->text().contains("Delete"));
+    if (entering && !scroll_->isVisible()) {
+        // The entry frame takes the larger part of the window while it is open.
+        scroll_->setVisible(true);
+        const int h = std::max(splitter_->height(), 600);
+        splitter_->setSizes({h * 2 / 5, h * 3 / 5});
+    } else if (!entering) {
+        scroll_->setVisible(false);
+    }
+    famEditO_->setVisible(sc.famEditO_Visible);
+    famEditA_->setVisible(sc.famEditA_Visible);
+    show_combo(cboFAGM_, sc.cboFAGM);
+    show_combo(cboRndRemLife_, sc.cboRndRemLife);
+    show_combo(cboBADep_, sc.cboBADep);
+    optWDV_->setChecked(sc.Options().optMOD == "WDV");
+    optSLM_->setChecked(sc.Options().optMOD == "SLM");
+    optCost_->setChecked(sc.Options().optResValOf == "COST");
+    optCA_->setChecked(sc.Options().optResValOf == "CA");
+
+    const int g = group_->findData(static_cast<qlonglong>(sc.txtAssetGroup.Id));
+    group_->setCurrentIndex(g);
+    lblGroupInfo_->setText(q(sc.lblNESD));
+    show(txtPart_, sc.txtPart, entering);
+    for (int i = 0; i < S::O_Count; ++i) {
+        lblfieldsO_[i]->setText(q(sc.lblfieldsO[i]));
+        const bool ticked = chkfieldsO_[i] && sc.chkfieldsO[i].Value && i != S::O_AddlDepOn;
+        bool enabled = !ticked;
+        if (i == S::O_AddlDepOn) enabled = sc.chkfieldsO[i].Value;
+        show(txtfieldsO_[i], sc.txtfieldsO[i], enabled);
+        if (chkfieldsO_[i]) {
+            chkfieldsO_[i]->setText(q(sc.chkfieldsO[i].Caption));
+            chkfieldsO_[i]->setChecked(sc.chkfieldsO[i].Value);
+        }
+    }
+    for (int i = 0; i < S::A_Count; ++i) {
+        lblfieldsA_[i]->setText(q(sc.lblfieldsA[i]));
+        const bool ticked = chkfieldsA_[i] && sc.chkfieldsA[i].Value;
+        show(txtfieldsA_[i], sc.txtfieldsA[i], !ticked && !(i == S::A_AddlDepRT));
+        if (chkfieldsA_[i]) {
+            chkfieldsA_[i]->setText(q(sc.chkfieldsA[i].Caption));
+            chkfieldsA_[i]->setChecked(sc.chkfieldsA[i].Value);
+        }
+    }
+    for (int i = 0; i < S::D_Count; ++i) show(txtfieldsD_[i], sc.txtfieldsD[i], true);
+    show_combo(cboCalcCA_, sc.cboCalcCA);
+    show(txtCalcCA_, sc.txtCalcCA, !sc.cboCalcCA.Id().empty());
+    show_combo(cboMODo_, sc.cboMODo);
+    show_combo(cboResValOfO_, sc.cboResValOfO);
+    show_combo(cboMODa_, sc.cboMODa);
+    show_combo(cboRndAddRtAuto_, sc.cboRndAddRtAuto);
+    for (int c = 0; c < 3; ++c) optsWdvIT_[c]->setChecked(sc.optsWdvIT == c);
+    lblRemLifeO_->setText(q(sc.lblRemLifeO) + (sc.txtRemLifeO.empty() ? "" : "  [" + q(sc.txtRemLifeO) + "]"));
+    lblRemLifeA_->setText(q(sc.lblRemLifeA));
+    lblBlockO_->setText(q(sc.lblBlockO));
+    lblBlockA_->setText(q(sc.lblBlockA));
+    lblMiscAdjA_->setText(q(sc.lblMiscAdjA));
+    lblNetAmtA_->setText(q(sc.lblNetAmtA));
+    lblNESD_->setText(q(sc.lblNESD));
+    lblShiftDays_->setText(q(sc.lblShiftDays));
+    lblDaysDeprCL_->setText(q(sc.lblDaysDeprCL));
+    chkTotESA_->setChecked(sc.chkTotESA.Value);
+    show(txtTotESA_, sc.txtTotESA, sc.chkTotESA.Value);
+    vsESA_->setEnabled(!sc.chkTotESA.Value);
+    chkAutoCalcDeprCL_->setChecked(sc.chkAutoCalcDeprCL.Value);
+    show(txtAutoCalcDeprCL_, sc.txtAutoCalcDeprCL, !sc.chkAutoCalcDeprCL.Value);
+
+    // A refused update sends the person back to the field it names.
+    if (entering && sc.FocusIndex >= 0) {
+        QWidget* target = nullptr;
+        switch (sc.FocusSide) {
+            case 'G': target = group_; break;
+            case 'P': target = txtPart_; break;
+            case 'O': target = txtfieldsO_[sc.FocusIndex]; break;
+            case 'A': target = txtfieldsA_[sc.FocusIndex]; break;
+            case 'D': target = txtfieldsD_[sc.FocusIndex]; break;
+            case 'C': target = cboCalcCA_; break;
+            default: break;
+        }
+        if (target && target->isVisible()) target->setFocus();
+        sc.FocusIndex = -1;
+    }
+    refreshing_ = false;
+}
+
+QWidget* make_register_window(frame::Component& component, QWidget* parent) {
+    return new RegisterWindow(component, parent);
+}
+
+QWidget* make_register_window(std::shared_ptr<frame::Screen> screen, frame::Component& component, QWidget* parent) {
+    auto reg = std::dynamic_pointer_cast<reg::frmNewFATR>(screen);
+    if (!reg) return nullptr;
+    return new RegisterWindow(std::move(reg), component, parent);
+}
+
+}  // namespace brenlow::ui
