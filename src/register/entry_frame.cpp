@@ -208,12 +208,30 @@ void frmNewFATR::vsFAGM_Click(int row) {
     frame::guarded(comp_.log, kModule, "vsFAGM_Click", [&] {
         if (row < vsFAGM.fixed_rows() || row >= vsFAGM.rows()) return;
         if (vsFAGM.text_matrix(row, 11) == "M") {
-            // The asset group master is the masters' screen; it reports back through
-            // masters_changed, and the register reloads its groups when it returns.
-            comp_.masters_changed = false;
+            cmdAssetGroup_Click();
             return;
         }
         SelectAssetGroup(static_cast<long>(vsFAGM.value_matrix(row, 0)));
+    });
+}
+
+void frmNewFATR::cmdAssetGroup_Click() {
+    frame::guarded(comp_.log, kModule, "cmdAssetGroup_Click", [&] {
+        if (OnAssetGroupMaster) OnAssetGroupMaster();
+        ReloadAssetGroups();
+    });
+}
+
+void frmNewFATR::ReloadAssetGroups() {
+    frame::guarded(comp_.log, kModule, "ReloadAssetGroups", [&] {
+        groups_ = store_->asset_groups();
+        fill_group_picker();
+        comp_.masters_changed = false;
+        // A group renamed or removed in the master shows so in the grids and the filter.
+        fill_filter();
+        LoadRegister();
+        if (txtAssetGroup.Id && !FindGroup(txtAssetGroup.Id)) txtAssetGroup = {};
+        if (const auto* g = FindGroup(txtAssetGroup.Id)) txtAssetGroup.Text = g->Part;
     });
 }
 

@@ -17,6 +17,7 @@
 // register_writes.cpp (rows written), screen_options.cpp (options, old chart,
 // carry-forward).
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -101,7 +102,15 @@ public:
     // Picks a group from vsFAGM by its serial and sets its defaults. False when the
     // year has no such group.
     bool SelectAssetGroup(long id);
+    // A line of vsFAGM: a group is picked; its last line opens the asset group master.
     void vsFAGM_Click(int row);
+    // "Manage Asset &Group Master" (entry frame) and the browse state's button: the
+    // view's master window runs, then the year's groups are read again.
+    void cmdAssetGroup_Click();
+    void cmdAssetGroupMas_Click() { cmdAssetGroup_Click(); }
+    void ReloadAssetGroups();
+    // Set by the view: shows the asset group master and returns when it is closed.
+    std::function<void()> OnAssetGroupMaster;
     // A field's text changed: the live figures follow.
     void txtfieldsO_Change(int index);
     void txtfieldsA_Change(int index);

@@ -1,6 +1,7 @@
 #include "ui/register_window.h"
 
 #include <QButtonGroup>
+#include <QDialog>
 #include <algorithm>
 #include <QFormLayout>
 #include <QGridLayout>
@@ -12,6 +13,7 @@
 #include <QVBoxLayout>
 
 #include "ui/grid_table_model.h"
+#include "ui/masters_windows.h"
 
 namespace brenlow::ui {
 namespace {
@@ -29,14 +31,13 @@ QLabel* heading(const QString& text, QWidget* parent) {
 }  // namespace
 
 RegisterWindow::RegisterWindow(frame::Component& component, QWidget* parent)
-    : QWidget(parent), ui_(this), screen_(std::make_shared<S>(component, ui_)) {
+    : QWidget(parent), ui_(this), component_(component), screen_(std::make_shared<S>(component, ui_)) {
     screen_->Form_Load();
     build();
 }
 
 RegisterWindow::RegisterWindow(std::shared_ptr<S> screen, frame::Component& component, QWidget* parent)
-    : QWidget(parent), ui_(this), screen_(std::move(screen)) {
-    (void)component;
+    : QWidget(parent), ui_(this), component_(component), screen_(std::move(screen)) {
     if (screen_->Year() == 0) screen_->Form_Load();
     build();
 }
@@ -113,6 +114,16 @@ GridView* RegisterWindow::grid(Grid& g, int* row, QWidget* parent) {
 
 void RegisterWindow::build() {
     setWindowTitle(q(screen_->Caption()));
+    screen_->OnAssetGroupMaster = [this, &component = component_] {
+        QDialog dialog(this);
+        auto* window = ui::masters::make_group_master_window(component, &dialog);
+        auto* layout = new QVBoxLayout(&dialog);
+        layout->setContentsMargins(0, 0, 0, 0);
+        layout->addWidget(window);
+        dialog.setWindowTitle(window->windowTitle());
+        dialog.resize(window->size());
+        dialog.exec();
+    };
     auto* layout = new QVBoxLayout(this);
     auto* splitter = new QSplitter(Qt::Vertical, this);
     splitter_ = splitter;
@@ -150,9 +161,7 @@ void RegisterWindow::build() {
     buttons->addStretch(1);
     buttons->addWidget(button("&Update", [this] { screen_->cmdUpdate_Click(); }, entry_));
     buttons->addWidget(button("&Cancel", [this] { screen_->cmdCancel_Click(); }, entry_));
-    auto* master = new QPushButton("Manage Asset &Group Master", entry_);
-    master->setEnabled(false);  // the masters have their own window in the host's menu
-    buttons->addWidget(master);
+    buttons->addWidget(button("Manage Asset &Group Master", [this] { screen_->cmdAssetGroup_Click(); }, entry_));
     entry_layout->addLayout(buttons);
     scroll_ = new QScrollArea(this);
     scroll_->setWidget(entry_);
@@ -236,6 +245,9 @@ QWidget* RegisterWindow::build_browse() {
         b->setEnabled(false);
         buttons->addWidget(b);
     }
+    auto* masters = button("Asset Group &Master", [this] { screen_->cmdAssetGroupMas_Click(); }, browse_);
+    browse_buttons_.push_back(masters);
+    buttons->addWidget(masters);
     auto* old = button("&Old Depreciation Chart", [this] { screen_->cmdOldDepChart_Click(); }, browse_);
     browse_buttons_.push_back(old);
     buttons->addWidget(old);
@@ -496,6 +508,10 @@ void RegisterWindow::refresh() {
     optCost_->setChecked(sc.Options().optResValOf == "COST");
     optCA_->setChecked(sc.Options().optResValOf == "CA");
 
+    if (group_->count() != static_cast<int>(sc.AssetGroups().size())) {
+        group_->clear();
+        for (const auto& grp : sc.AssetGroups()) group_->addItem(q(grp.Part), static_cast<qlonglong>(grp.SrNoFAGM));
+    }
     const int g = group_->findData(static_cast<qlonglong>(sc.txtAssetGroup.Id));
     group_->setCurrentIndex(g);
     lblGroupInfo_->setText(q(sc.lblNESD));

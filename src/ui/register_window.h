@@ -61,6 +61,7 @@ private:
     static void show_combo(QComboBox* box, const reg::ComboBox& combo);
 
     QtUi ui_;
+    frame::Component& component_;
     std::shared_ptr<reg::frmNewFATR> screen_;
     bool refreshing_ = false;
     bool leaving_ = false;

@@ -226,6 +226,33 @@ TEST_P(RegisterEntryFrame, DaysOfTheYearFollowTheDates) {
     EXPECT_EQ(s->lblDaysDeprCL, "31 Days");
 }
 
+TEST_P(RegisterEntryFrame, GroupMadeInTheMasterCanBePickedOnReturn) {
+    auto s = open_screen(ui_);
+    s->cmdAddA_Click();
+    EXPECT_FALSE(s->SelectAssetGroup(20));
+    s->OnAssetGroupMaster = [this] { add_group(20, kYear, "COMPUTERS", "3-40", 40, 0, "-1", 0, 0, 0); };
+    s->vsFAGM_Click(s->vsFAGM.rows() - 1);
+    EXPECT_EQ(s->vsFAGM.text_matrix(s->vsFAGM.rows() - 2, 1), "COMPUTERS");
+    EXPECT_TRUE(s->SelectAssetGroup(20));
+    EXPECT_EQ(s->txtAssetGroup.Text, "COMPUTERS");
+    EXPECT_EQ(s->Mode(), "ADDA");
+}
+
+TEST_P(RegisterEntryFrame, RemainingHalfOfAdditionalDepreciationIsTakenButAnnouncedAsNotCalculated) {
+    auto s = open_screen(ui_);
+    s->cmdAddO_Click();
+    s->SelectAssetGroup(kFurniture);
+    s->txtPart.set_text("CHAIR");
+    s->txtfieldsO[S::O_CostWdv].set_text("1000");
+    s->chkfieldsO_Click(S::O_AddlDepOn);
+    s->txtfieldsO[S::O_AddlDepOn].set_text("400");
+    ASSERT_TRUE(s->cmdUpdate_Click());
+    EXPECT_EQ(boxes(), Texts{"Additional Depreciation (Remaining Half from Addition in Previous F.Y. used for less "
+                             "than 180 days) will not be calculated ! Only available for Input as Clarification is "
+                             "required from ITD for the applicability for A.Y. 2016-17 !"});
+    EXPECT_EQ(db().query("SELECT AddlDepOn FROM NewFATRo2016").first("AddlDepOn").as_double(), 400);
+}
+
 }  // namespace
 
 BRENLOW_INSTANTIATE_BACKENDS(RegisterEntryFrame);
