@@ -213,6 +213,30 @@ QWidget* RegisterWindow::build_browse() {
     options->addLayout(rounding);
     layout->addLayout(options);
 
+    // The options that ask nothing before they change.
+    auto* others = new QHBoxLayout;
+    using Apply = std::function<void(reg::RegisterOptions&, bool)>;
+    const auto tick = [&](const QString& caption, QCheckBox*& box, const Apply& apply) {
+        box = new QCheckBox(caption, browse_);
+        others->addWidget(box);
+        connect(box, &QCheckBox::clicked, this, [this, apply](bool on) {
+            run([&] {
+                reg::RegisterOptions o = screen_->Options();
+                apply(o, on);
+                screen_->SetOptions(o);
+            });
+        });
+    };
+    tick("Fixed Asset Schedule as per Books", chkFASchBooks_,
+         [](reg::RegisterOptions& o, bool on) { o.optFASCHBOOKS = on ? "Y" : "N"; });
+    tick("Round-Off Depreciation (Books)", chkRndFA_, [](reg::RegisterOptions& o, bool on) { o.optRndFA = on ? "Y" : "N"; });
+    tick("Round-Off Depreciation (As per IT Act)", chkRndIT_,
+         [](reg::RegisterOptions& o, bool on) { o.optRndIT = on ? "Y" : "N"; });
+    tick("Nil Remaining Life to Retained Earnings", chkRemLife0_,
+         [](reg::RegisterOptions& o, bool on) { o.cboDepAdjRemLife0 = on ? 1 : 0; });
+    others->addStretch(1);
+    layout->addLayout(others);
+
     const auto side = [&](const QString& title, Grid& g, int* row, GridView*& view, const std::function<void()>& add,
                           const std::function<void()>& edit, const std::function<void()>& del,
                           const std::function<void()>& del_all) {
@@ -507,6 +531,10 @@ void RegisterWindow::refresh() {
     optSLM_->setChecked(sc.Options().optMOD == "SLM");
     optCost_->setChecked(sc.Options().optResValOf == "COST");
     optCA_->setChecked(sc.Options().optResValOf == "CA");
+    chkFASchBooks_->setChecked(sc.Options().optFASCHBOOKS == "Y");
+    chkRndFA_->setChecked(sc.Options().optRndFA == "Y");
+    chkRndIT_->setChecked(sc.Options().optRndIT == "Y");
+    chkRemLife0_->setChecked(sc.Options().cboDepAdjRemLife0 == 1);
 
     if (group_->count() != static_cast<int>(sc.AssetGroups().size())) {
         group_->clear();

@@ -77,6 +77,10 @@ private:
     QRadioButton* optCA_ = nullptr;
     QComboBox* cboRndRemLife_ = nullptr;
     QComboBox* cboBADep_ = nullptr;
+    QCheckBox* chkFASchBooks_ = nullptr;
+    QCheckBox* chkRndFA_ = nullptr;
+    QCheckBox* chkRndIT_ = nullptr;
+    QCheckBox* chkRemLife0_ = nullptr;
     std::vector<QPushButton*> browse_buttons_;
 
     // Entry frames.

@@ -179,6 +179,31 @@ TEST_P(RegisterWindowTest, AdditionFrameShowsTheNetAmountAsItIsTyped) {
     save_picture(window, "register_addition_entry_frame");
 }
 
+TEST_P(RegisterWindowTest, RefusedUpdateShowsItsMessageAndKeepsTheFrameOpen) {
+    RegisterWindow window(component_);
+    window.show();
+    QApplication::processEvents();
+    window.run([&] { window.screen().cmdAddA_Click(); });
+    answer_boxes();
+    QTest::mouseClick(find_button(window, "&Update"), Qt::LeftButton);
+    EXPECT_EQ(shown_, std::vector<std::string>{"Please specify 'Asset Group' !"});
+    EXPECT_TRUE(window.addition_frame()->isVisible());
+    EXPECT_EQ(db().query("SELECT COUNT(*) AS n FROM NewFATRa2025").first("n").as_int(), 0);
+}
+
+TEST_P(RegisterWindowTest, RoundingTickRewritesTheOptionsRow) {
+    RegisterWindow window(component_);
+    window.show();
+    QApplication::processEvents();
+    QCheckBox* rounding = nullptr;
+    for (auto* box : window.findChildren<QCheckBox*>())
+        if (box->text() == "Round-Off Depreciation (Books)") rounding = box;
+    ASSERT_NE(rounding, nullptr);
+    QTest::mouseClick(rounding, Qt::LeftButton);
+    EXPECT_EQ(db().query("SELECT MiscInf FROM NewFAMI").first("MiscInf").as_text(), "WDV|N|Y|Y|0|0|COST|0|W|N|0");
+    EXPECT_TRUE(rounding->isChecked());
+}
+
 TEST(RegisterWindowLarge, GridOfAHundredThousandEntriesScrollsToItsEnd) {
     brenlow::test::ensure_qt_app();
     brenlow::test::TempDatabase temp(store::Backend::sqlite);
