@@ -180,6 +180,12 @@ public:
     ComboBox cboFAGM;
     ComboBox cboBADep;  // "BADEP"
     ComboBox cboRndRemLife;
+    // Lists of the blocks of the year as the grids' combo columns take them:
+    // income-tax blocks and Companies-Act classifications ("#0; |#-1;N/A" first),
+    // blocks of the books ("#GrpId;grpdesc").
+    std::string BlockListIT;
+    std::string BlockListCL;
+    std::string BlockListFA;
     std::string DepMode = "DEP_FA";  // "DEP_FA" / "DEP_IT"
     std::string lblBooksBand;        // "As per Books" / "As per Companies Act"
 

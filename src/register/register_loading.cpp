@@ -117,6 +117,15 @@ bool frmNewFATR::Form_Load() {
         cl_blocks_ = store_->companies_act_blocks();
         it_blocks_ = store_->income_tax_blocks();
         book_blocks_ = store_->book_blocks();
+        std::vector<IdText> it, cl;
+        for (const auto& b : it_blocks_)
+            if (b.ID.find('.') == std::string::npos) it.push_back({b.ID, b.Part});
+        for (const auto& b : cl_blocks_) cl.push_back({b.ID, b.Part});
+        BlockListIT = IdTextList::block_list(it).compose();
+        BlockListCL = IdTextList::block_list(cl).compose();
+        IdTextList fa;
+        for (const auto& b : book_blocks_) fa.add(std::to_string(b.GrpId), b.GrpDesc);
+        BlockListFA = fa.compose();
 
         cboBADep.List = IdTextList::parse(kBADepList);
         if (!cboBADep.select_id(base.GetMiscOthInf("BADEP", base.SecondDate(), code_))) cboBADep.ListIndex = 0;

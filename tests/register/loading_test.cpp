@@ -61,6 +61,14 @@ TEST_P(RegisterLoading, RowsShowTheirFiguresThroughTheColumnFormats) {
     EXPECT_EQ(a.display_text(2, a.col_index("RateFACL")), "13.9125");
 }
 
+TEST_P(RegisterLoading, BlockListsBeginWithTheBlankAndNotApplicableEntries) {
+    auto s = open_screen(ui_);
+    EXPECT_EQ(s->BlockListIT.rfind("#0; |#-1;N/A|#", 0), 0u);
+    EXPECT_EQ(s->BlockListCL.rfind("#0; |#-1;N/A|#", 0), 0u);
+    EXPECT_EQ(s->BlockListIT.find('.'), std::string::npos);
+    EXPECT_NE(s->BlockListCL.find(";PLANT AND MACHINERY"), std::string::npos);
+}
+
 TEST_P(RegisterLoading, GroupFilterListsAllFirstAndEachGroupOnce) {
     insert_opening(kPlant, "LATHE");
     insert_addition(kPlant, "DRILL");
