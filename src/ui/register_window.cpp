@@ -65,8 +65,7 @@ VTxtEdit* RegisterWindow::field(vTXT& model, QWidget* parent) {
     auto* edit = new VTxtEdit(ui_, parent);
     edit->field().read_properties(model.properties());
     edit->set_MaxLength(model.MaxLength());
-    // Enter moves on, as Tab does; the leave-field check runs on the way out.
-    connect(edit, &VTxtEdit::enterPressed, this, [this] { focusNextChild(); });
+    // Enter moves on by itself, as Tab does; the leave-field check runs on the way out.
     return edit;
 }
 

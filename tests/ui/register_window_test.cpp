@@ -156,6 +156,12 @@ TEST_P(RegisterWindowTest, OpeningEntryTypedAndSavedThroughTheFrame) {
     QTest::keyClick(cost, Qt::Key_Return);
     QApplication::processEvents();
     EXPECT_FALSE(cost->hasFocus());
+    // The next field down the frame: the depreciation up to the start of the year.
+    auto* next = qobject_cast<VTxtEdit*>(QApplication::focusWidget());
+    ASSERT_NE(next, nullptr);
+    next->setText("12000");
+    QApplication::processEvents();
+    EXPECT_EQ(screen.txtfieldsO[S::O_OpDepr].text(), "12000");
     save_picture(window, "register_opening_entry_frame");
     answer_boxes();
     QTest::mouseClick(find_button(window, "&Update"), Qt::LeftButton);
