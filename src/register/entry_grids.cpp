@@ -129,6 +129,20 @@ bool frmNewFATR::vsESA_ValidateEdit(int row, std::string_view adjust) {
     return ok;
 }
 
+void frmNewFATR::RemoveShiftRow(int row) {
+    frame::guarded(comp_.log, kModule, "RemoveShiftRow", [&] {
+        if (row >= vsS.fixed_rows() && row < vsS.rows()) vsS.remove_item(row);
+    });
+}
+
+void frmNewFATR::RemoveESARow(int row) {
+    frame::guarded(comp_.log, kModule, "RemoveESARow", [&] {
+        if (row < vsESA.fixed_rows() || row >= vsESA.rows()) return;
+        vsESA.remove_item(row);
+        if (chkTotESA.Value) txtTotESA.set_text(format_mask(esa_total(), "###0.00"));
+    });
+}
+
 // "Gross": one total typed in place of the rows.
 void frmNewFATR::chkTotESA_Click() {
     frame::guarded(comp_.log, kModule, "chkTotESA_Click", [&] {

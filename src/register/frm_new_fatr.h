@@ -137,6 +137,8 @@ public:
     bool AddESARow(std::string_view particulars, std::string_view wdv, std::string_view date,
                    std::string_view amount, std::string_view excess, std::string_view adjust);
     bool vsESA_ValidateEdit(int row, std::string_view adjust);
+    void RemoveShiftRow(int row);
+    void RemoveESARow(int row);
 
     // ---- Update (update_checks.cpp, register_writes.cpp) ----
     // The checks in their order, then the write, the reload and the end of the

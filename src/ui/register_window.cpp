@@ -366,7 +366,15 @@ QWidget* RegisterWindow::build_opening_frame() {
                                s(esaInput_[3]->text()), s(esaInput_[4]->text()), s(esaInput_[5]->text())))
             for (auto* e : esaInput_) e->clear();
     }, frame));
+    esa->addWidget(button("Remo&ve Row", [this] { screen_->RemoveESARow(vsESA_row_); }, frame));
     layout->addLayout(esa, r++, 0, 1, 3);
+    // The amount to be adjusted is changed in place, within the row's excess.
+    connect(vsESA_, &QAbstractItemView::doubleClicked, this, [this](const QModelIndex& index) {
+        const int grid_row = vsESA_->grid_model()->grid_row(index.row());
+        const auto typed = ui_.input_box("Amount To be Adjusted", "Adjustment",
+                                         screen_->vsESA.display_text(grid_row, 5));
+        if (typed) run([&] { screen_->vsESA_ValidateEdit(grid_row, *typed); });
+    });
     chkTotESA_ = new QCheckBox("Gross", frame);
     connect(chkTotESA_, &QCheckBox::clicked, this, [this] { run([&] { screen_->chkTotESA_Click(); }); });
     txtTotESA_ = field(screen_->txtTotESA, frame);
@@ -455,6 +463,10 @@ QWidget* RegisterWindow::build_sale_frame() {
     shift_layout->addWidget(vsS_);
     auto* shift_buttons = new QHBoxLayout;
     shift_buttons->addWidget(button("Add S&hift", [this] { screen_->AddShiftRow("", "", 1); }, shifts));
+    shift_buttons->addWidget(button("Remove Shif&t", [this] {
+        if (auto* m = vsS_->selectionModel(); m && m->currentIndex().isValid())
+            screen_->RemoveShiftRow(vsS_->grid_model()->grid_row(m->currentIndex().row()));
+    }, shifts));
     shift_buttons->addWidget(button("Check Shi&fts", [this] { screen_->cmdShiftOK_Click(); }, shifts));
     shift_layout->addLayout(shift_buttons);
     lblShiftDays_ = new QLabel(shifts);

@@ -186,6 +186,8 @@ TEST_P(RegisterEntryFrame, AdjustmentRowsAreCheckedInTheirOrder) {
     EXPECT_EQ(s->vsESA.data_rows(), 0);
     EXPECT_TRUE(s->AddESARow("CAR\xC2\xA6 SOLD", "0", "31/03/2015", "5", "5", "4"));
     EXPECT_EQ(s->vsESA.text_matrix(1, 0), "CAR SOLD");
+    EXPECT_TRUE(s->vsESA_ValidateEdit(1, "2.5"));
+    EXPECT_EQ(s->vsESA.display_text(1, 5), "2.50");
     EXPECT_FALSE(s->vsESA_ValidateEdit(1, "9"));
     EXPECT_FALSE(s->vsESA_ValidateEdit(1, "X"));
     EXPECT_EQ(boxes(), (Texts{"Please specify 'Particulars' !", "Please specify 'WDV' >= 0 !",
@@ -193,6 +195,18 @@ TEST_P(RegisterEntryFrame, AdjustmentRowsAreCheckedInTheirOrder) {
                               "Please specify valid 'Sale/Deduction Amount' !", "Please specify 'Excess Amount' !",
                               "Please specify 'Adjustment Amount' !", "Please specify valid 'Adjustment Amount' <= 5.00 !",
                               "'Maximum Adjustment Amount' should be <= 5.00 !", "Invalid Value !"}));
+}
+
+TEST_P(RegisterEntryFrame, GrossAdjustmentFollowsTheRowsAsTheyComeAndGo) {
+    auto s = open_screen(ui_);
+    s->cmdAddO_Click();
+    s->chkTotESA_Click();
+    ASSERT_TRUE(s->AddESARow("CAR", "0", "31/03/2015", "500", "400", "300"));
+    ASSERT_TRUE(s->AddESARow("VAN", "0", "31/03/2014", "500", "400", "125.5"));
+    EXPECT_EQ(s->txtTotESA.text(), "425.50");
+    s->RemoveESARow(1);
+    EXPECT_EQ(s->txtTotESA.text(), "125.50");
+    EXPECT_EQ(s->vsESA.text_matrix(1, 0), "VAN");
 }
 
 TEST_P(RegisterEntryFrame, AdjustmentRowsAreStoredPackedAndReadBack) {
