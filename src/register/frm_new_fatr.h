@@ -18,6 +18,7 @@
 // carry-forward).
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -29,6 +30,7 @@
 #include "controls/vtxt.h"
 #include "frame/component.h"
 #include "frame/screen.h"
+#include "register/calculation.h"
 #include "register/register_options.h"
 #include "store/register_store.h"
 
@@ -154,6 +156,14 @@ public:
     void SetOptions(const RegisterOptions& options);
     void cboBADep_Click(int index);
     void cmdOldDepChart_Click();
+
+    // ---- Calculation (calculate_action.cpp) ----
+    // Calculates by the display mode: a books mode works the Companies Act figures per
+    // asset, an income-tax mode the blocks (and writes the year's chart); then the
+    // calculation sheet, the block-wise summary and the chart go to the report object.
+    void cmdDeprCalc_Click();
+    // The figures of the latest calculation, for the window to show.
+    const std::shared_ptr<const CalculationResult>& LastCalculation() const { return last_run_; }
     // Offers the previous year's closing figures as this year's opening entries.
     void CarryForward();
 
@@ -292,6 +302,7 @@ private:
 
     frame::Component& comp_;
     Ui& ui_;
+    std::shared_ptr<const CalculationResult> last_run_;
     std::unique_ptr<store::RegisterStore> store_;
     int year_ = 0;
     std::string code_;
