@@ -1,5 +1,10 @@
 #include "ui/register_window.h"
 
+#include <QFontDatabase>
+#include <QPlainTextEdit>
+
+#include "register/chart_report.h"
+
 #include <QButtonGroup>
 #include <QDialog>
 #include <algorithm>
@@ -111,6 +116,26 @@ GridView* RegisterWindow::grid(Grid& g, int* row, QWidget* parent) {
     return view;
 }
 
+void RegisterWindow::show_calculation() {
+    const auto& run = screen_->LastCalculation();
+    if (!run || run->no_assets) return;
+    std::string text = Ostikreport::render_text(reg::calculation_sheet_report(*run));
+    if (reg::is_income_tax_mode(run->mode)) text += "\n" + Ostikreport::render_text(reg::block_summary_report(*run));
+    text += "\n" + Ostikreport::render_text(reg::chart_report(*run));
+    calculation_->setPlainText(q(text));
+    if (!calculation_->isVisible()) {
+        calculation_->show();
+        // Half of the window for the figures, the rest for the grids (and the entry frame).
+        QList<int> sizes = splitter_->sizes();
+        int total = 0;
+        for (int v : sizes) total += v;
+        if (total <= 0) total = height();
+        sizes[2] = total / 2;
+        sizes[0] = std::max(0, total - sizes[1] - sizes[2]);
+        splitter_->setSizes(sizes);
+    }
+}
+
 void RegisterWindow::build() {
     setWindowTitle(q(screen_->Caption()));
     screen_->OnAssetGroupMaster = [this, &component = component_] {
@@ -167,8 +192,16 @@ void RegisterWindow::build() {
     scroll_->setWidgetResizable(true);
     scroll_->setFrameShape(QFrame::NoFrame);
     splitter->addWidget(scroll_);
+    // The latest calculation as text: the sheet, the block-wise summary and the chart.
+    calculation_ = new QPlainTextEdit(this);
+    calculation_->setReadOnly(true);
+    calculation_->setLineWrapMode(QPlainTextEdit::NoWrap);
+    calculation_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    calculation_->hide();
+    splitter->addWidget(calculation_);
     splitter->setStretchFactor(0, 2);
     splitter->setStretchFactor(1, 3);
+    splitter->setStretchFactor(2, 3);
     for (auto* box : findChildren<QComboBox*>()) box->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     resize(1280, 900);
     refresh();
@@ -261,9 +294,22 @@ QWidget* RegisterWindow::build_browse() {
          [this] { screen_->cmdDelAllA_Click(); });
 
     auto* buttons = new QHBoxLayout;
-    // The calculation, export, import and transfers come with their own work.
-    for (const char* caption : {"&Calculate Depreciation", "&Export to Excel", "&Import from Excel",
-                                "&Transfer to Trial Balance", "Edit Depreciation (&FA)"}) {
+    // Depreciation as per books or as per the Income-tax Act: the calculate button
+    // works by this display mode.
+    auto* dep_mode = new QComboBox(browse_);
+    dep_mode->addItem("As per Books", "DEP_FA");
+    dep_mode->addItem("As per Income-Tax Act", "DEP_IT");
+    dep_mode->setCurrentIndex(screen_->DepMode == "DEP_IT" ? 1 : 0);
+    connect(dep_mode, &QComboBox::activated, this,
+            [this, dep_mode](int i) { screen_->DepMode = dep_mode->itemData(i).toString().toStdString(); });
+    buttons->addWidget(dep_mode);
+    auto* calc = button("&Calculate Depreciation", [this] { screen_->cmdDeprCalc_Click(); }, browse_);
+    connect(calc, &QPushButton::clicked, this, &RegisterWindow::show_calculation);
+    browse_buttons_.push_back(calc);
+    buttons->addWidget(calc);
+    // The export, import and transfers come with their own work.
+    for (const char* caption : {"&Export to Excel", "&Import from Excel", "&Transfer to Trial Balance",
+                                "Edit Depreciation (&FA)"}) {
         auto* b = new QPushButton(caption, browse_);
         b->setEnabled(false);
         buttons->addWidget(b);

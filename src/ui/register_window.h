@@ -25,6 +25,8 @@
 #include "ui/qt_ui.h"
 #include "ui/vtxt_edit.h"
 
+class QPlainTextEdit;
+
 namespace brenlow::ui {
 
 class RegisterWindow : public QWidget {
@@ -44,6 +46,9 @@ public:
     QWidget* addition_frame() const { return famEditA_; }
     // Runs one event as a button of the window does.
     void run(const std::function<void()>& event);
+    // Shows the latest calculation under the grids.
+    void show_calculation();
+    QPlainTextEdit* calculation_view() const { return calculation_; }
 
 private:
     void build();
@@ -118,6 +123,7 @@ private:
     QLabel* lblDaysDeprCL_ = nullptr;
     QCheckBox* chkAutoCalcDeprCL_ = nullptr;
     VTxtEdit* txtAutoCalcDeprCL_ = nullptr;
+    QPlainTextEdit* calculation_ = nullptr;
     int vsESA_row_ = -1;
     int vsS_row_ = -1;
 };

@@ -1,12 +1,13 @@
 #include "ui/screen_windows.h"
 
 #include "ui/masters_windows.h"
+#include "ui/register_window.h"
 
 namespace brenlow::ui {
 
-QWidget* make_screen_window(std::shared_ptr<frame::Screen> /*screen*/, frame::Component& /*component*/,
-                            QWidget* /*parent*/) {
-    return nullptr;
+QWidget* make_screen_window(std::shared_ptr<frame::Screen> screen, frame::Component& component, QWidget* parent) {
+    // The register is the one screen Forms hands out that has a window yet.
+    return make_register_window(std::move(screen), component, parent);
 }
 
 QWidget* make_block_master_window(frame::Component& component, int kind, QWidget* parent) {

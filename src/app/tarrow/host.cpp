@@ -12,6 +12,7 @@
 
 #include "app/cli/context.h"
 #include "app/tarrow/client_dialog.h"
+#include "register/frm_new_fatr.h"
 #include "store/seed.h"
 #include "suite/defaults.h"
 #include "ui/report_preview.h"
@@ -84,7 +85,10 @@ bool HostWindow::open_database(const QString& url) {
         suite::Catalogue catalogue;
         const std::string exe = cli::Context::exe_dir();
         suite::register_defaults(catalogue, {url.toStdString(), exe, store::reference_data_dir(exe)});
-        forms_ = std::make_unique<frame::Forms>(catalogue, ui_, frame::ScreenMakers{});
+        frame::ScreenMakers makers;
+        // A register screen speaks through the host's boxes.
+        makers.frmNewFATR = [this](frame::Component& c) { return std::make_shared<reg::frmNewFATR>(c, ui_); };
+        forms_ = std::make_unique<frame::Forms>(catalogue, ui_, makers);
         ui::preview_reports_on_desktop(*forms_->component().report, this);
         url_ = url;
         QSettings().setValue("database/url", url);
