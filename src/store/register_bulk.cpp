@@ -1,6 +1,5 @@
 #include "store/register_bulk.h"
 
-#include "controls/number_format.h"
 #include "store/schema.h"
 #include "store/table_lock.h"
 
@@ -11,24 +10,12 @@ namespace {
 // any server's packet size with long packed texts.
 constexpr std::size_t kBatch = 200;
 
-std::string n(double v) { return plain_number(v); }
-
 std::string values_of(const OpeningRow& r) {
-    return "(" + quoted(r.Code_No) + "," + std::to_string(r.SrNoFATR) + "," + std::to_string(r.IdFAGM) + "," +
-           quoted(r.Part) + "," + n(r.CostWdv) + "," + n(r.OpDepr) + "," + std::to_string(r.YrCalcCA) + "," +
-           n(r.DepCalcCA) + "," + n(r.ResValue) + "," + n(r.LifeYrs) + "," + n(r.RateFACL) + "," + n(r.WdvIT) +
-           "," + quoted(r.DetESA) + "," + n(r.RateIT) + "," + n(r.AddlDepRT) + "," + quoted(r.SaleDate) + "," +
-           n(r.SaleAmt) + "," + n(r.SaleExp) + "," + quoted(r.ShiftDet) + "," + n(r.DepFACL) + "," +
-           quoted(r.OthOpts) + "," + quoted(r.PutDate) + "," + n(r.AddlDepOn) + ")";
+    return "(" + quoted(r.Code_No) + "," + std::to_string(r.SrNoFATR) + "," + opening_values(r) + ")";
 }
 
 std::string values_of(const AdditionRow& r) {
-    return "(" + quoted(r.Code_No) + "," + std::to_string(r.SrNoFATR) + "," + std::to_string(r.IdFAGM) + "," +
-           quoted(r.Part) + "," + quoted(r.PutDate) + "," + quoted(r.AccDate) + "," + n(r.PurAmt) + "," +
-           n(r.ExciseCr) + "," + n(r.CurrDiff) + "," + n(r.Subsidy) + "," + n(r.ResValue) + "," + n(r.LifeYrs) +
-           "," + n(r.RateFACL) + "," + n(r.RateIT) + "," + n(r.AddlDepRT) + "," + quoted(r.SaleDate) + "," +
-           n(r.SaleAmt) + "," + n(r.SaleExp) + "," + quoted(r.ShiftDet) + "," + n(r.DepFACL) + "," +
-           quoted(r.OthOpts) + ")";
+    return "(" + quoted(r.Code_No) + "," + std::to_string(r.SrNoFATR) + "," + addition_values(r) + ")";
 }
 
 template <class RowT>

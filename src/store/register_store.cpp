@@ -85,6 +85,15 @@ AssetGroupRow read_group(const Row& r) {
     return g;
 }
 
+
+std::string group_values(const AssetGroupRow& g) {
+    return num(g.SrNoFAGM) + "," + num(g.Yr) + "," + quoted(g.Part) + "," + quoted(g.BlockIdIT) + "," +
+           num(g.RateIT) + "," + num(g.AddlRateIT) + "," + num(g.BlockFA) + "," + num(g.RateFA) + "," +
+           quoted(g.BlockIdCL) + "," + num(g.LifeYrs) + "," + num(g.RateSLM) + "," + num(g.RateWDV);
+}
+
+}  // namespace
+
 // The values after the key columns, in stored order.
 std::string opening_values(const OpeningRow& o) {
     return num(o.IdFAGM) + "," + quoted(o.Part) + "," + num(o.CostWdv) + "," + num(o.OpDepr) + "," +
@@ -102,14 +111,6 @@ std::string addition_values(const AdditionRow& a) {
            num(a.AddlDepRT) + "," + quoted(a.SaleDate) + "," + num(a.SaleAmt) + "," + num(a.SaleExp) + "," +
            quoted(a.ShiftDet) + "," + num(a.DepFACL) + "," + quoted(a.OthOpts);
 }
-
-std::string group_values(const AssetGroupRow& g) {
-    return num(g.SrNoFAGM) + "," + num(g.Yr) + "," + quoted(g.Part) + "," + quoted(g.BlockIdIT) + "," +
-           num(g.RateIT) + "," + num(g.AddlRateIT) + "," + num(g.BlockFA) + "," + num(g.RateFA) + "," +
-           quoted(g.BlockIdCL) + "," + num(g.LifeYrs) + "," + num(g.RateSLM) + "," + num(g.RateWDV);
-}
-
-}  // namespace
 
 std::string quoted(std::string_view text) { return "'" + sql_text(text) + "'"; }
 

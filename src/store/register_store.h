@@ -194,6 +194,11 @@ private:
     int year_;
 };
 
+// The values of a row after its key columns (Code_No, SrNoFATR), in stored order, as
+// an INSERT writes them.
+std::string opening_values(const OpeningRow& row);
+std::string addition_values(const AdditionRow& row);
+
 // The writer's value forms, shared with the tests: 'text' with quotes doubled,
 // numbers as plain decimal text.
 std::string quoted(std::string_view text);
