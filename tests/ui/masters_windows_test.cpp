@@ -14,7 +14,7 @@
 #include "store/seed.h"
 #include "suite/base_services.h"
 #include "support/scripted_ui.h"
-#include "support/test_databases.h"
+#include "support/component_fixture.h"
 #include "ui/grid_table_model.h"
 #include "ui/masters_block_window.h"
 #include "ui/masters_group_window.h"
@@ -27,27 +27,12 @@ namespace {
 
 namespace bm = brenlow::masters;
 
-class MastersWindows : public brenlow::test::BackendTest {
+class MastersWindows : public brenlow::test::ComponentTest {
 protected:
     void SetUp() override {
         brenlow::test::ensure_qt_app();
-        brenlow::test::BackendTest::SetUp();
+        brenlow::test::ComponentTest::SetUp();
         if (IsSkipped()) return;
-        folder_ = std::filesystem::temp_directory_path() /
-                  ("brenlow-masters-ui-" + std::to_string(::getpid()) + "-" +
-                   std::to_string(reinterpret_cast<std::uintptr_t>(this)));
-        std::filesystem::create_directories(folder_);
-        base_ = std::make_shared<suite::BaseServices>(temp().open_another(), folder_.string(),
-                                                      store::reference_data_dir());
-        base_->create_client_year("C001", 2025, "ACME", 1);
-        component_.base = base_;
-        component_.log.set_exe_path(folder_.string());
-    }
-    void TearDown() override {
-        component_.base.reset();
-        base_.reset();
-        if (!folder_.empty()) std::filesystem::remove_all(folder_);
-        brenlow::test::BackendTest::TearDown();
     }
 
     // Real rows to look at: blocks of both kinds, groups and particulars, made
@@ -92,11 +77,9 @@ protected:
 
     // Offscreen pictures for people to look at, from the SQLite run only.
     void save_picture(QWidget& window, const std::string& name) {
-        if (GetParam() != store::Backend::sqlite) return;
-        const char* folder = std::getenv("BRENLOW_ARTIFACTS");
-        const std::filesystem::path dir = folder && *folder ? folder : ".";
-        std::filesystem::create_directories(dir);
-        EXPECT_TRUE(window.grab().save(QString::fromStdString((dir / (name + ".png")).string())));
+        if (GetParam() == store::Backend::sqlite) {
+            EXPECT_TRUE(brenlow::test::save_picture(window, name));
+        }
     }
 
     static void click_row(GridView* view, int model_row) {
@@ -112,9 +95,6 @@ protected:
         return db().query("select count(*) as n from " + where).first("n").as_int();
     }
 
-    std::filesystem::path folder_;
-    std::shared_ptr<suite::BaseServices> base_;
-    frame::Component component_;
     brenlow::test::ScriptedUi scripted_;
 };
 

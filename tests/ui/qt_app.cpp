@@ -1,5 +1,9 @@
 #include "ui/qt_app.h"
 
+#include <QWidget>
+#include <cstdlib>
+#include <filesystem>
+
 #include <gtest/gtest.h>
 
 #include <QApplication>
@@ -29,6 +33,13 @@ void ensure_qt_app() {
     if (QApplication::instance()) return;
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
     app = std::make_unique<QApplication>(argc, argv);
+}
+
+bool save_picture(QWidget& window, const std::string& name) {
+    const char* folder = std::getenv("BRENLOW_ARTIFACTS");
+    const std::filesystem::path dir = folder && *folder ? folder : ".";
+    std::filesystem::create_directories(dir);
+    return window.grab().save(QString::fromStdString((dir / (name + ".png")).string()));
 }
 
 }  // namespace brenlow::test

@@ -4,9 +4,17 @@
 // The tests draw off screen unless told otherwise, so they run without a display
 // however they are started.
 
+#include <string>
+
+class QWidget;
+
 namespace brenlow::test {
 
 // Makes sure the application exists; safe to call from any test.
 void ensure_qt_app();
+
+// Saves a picture of a window for people to look at: NAME.png in the folder named
+// by BRENLOW_ARTIFACTS (the test command's artifacts folder), else the current one.
+bool save_picture(QWidget& window, const std::string& name);
 
 }  // namespace brenlow::test

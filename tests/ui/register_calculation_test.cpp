@@ -6,18 +6,13 @@
 #include <sstream>
 
 #include "app/cli/cli.h"
-#include "qt_app.h"
+#include "ui/qt_app.h"
 #include "register/frm_new_fatr.h"
 #include "suite/defaults.h"
 #include "ui/register_window.h"
 
 namespace brenlow::ui {
 namespace {
-
-QString artifacts_dir() {
-    const QByteArray env = qgetenv("BRENLOW_ARTIFACTS");
-    return env.isEmpty() ? QDir::currentPath() : QString::fromLocal8Bit(env);
-}
 
 // The demonstration register, calculated from its window as the person does it.
 TEST(RegisterWindowCalculation, ShowsTheSheetTheSummaryAndTheChartUnderTheGrids) {
@@ -49,7 +44,7 @@ TEST(RegisterWindowCalculation, ShowsTheSheetTheSummaryAndTheChartUnderTheGrids)
     EXPECT_NE(text.find("BLOCK WISE SUMMARY"), std::string::npos);
     EXPECT_NE(text.find("(Before 04/10/24)"), std::string::npos);
     EXPECT_NE(text.find("33,000"), std::string::npos) << "the nil block's capital gain";
-    EXPECT_TRUE(window.grab().save(QDir(artifacts_dir()).filePath("register_after_calculation.png")));
+    EXPECT_TRUE(test::save_picture(window, "register_after_calculation"));
 }
 
 }  // namespace
