@@ -1,7 +1,34 @@
 #include "register/chart_report.h"
 #include "register/frm_new_fatr.h"
+#include "store/chart_store.h"
+#include "depreciation/regime_check.h"
 
 namespace brenlow::reg {
+namespace {
+
+// The suite's client statuses: 1 and 2 keep partners' or proprietors' capital, 3 and
+// 4 are companies.
+depreciation::AssesseeStatus assessee_status(int status) {
+    switch (status) {
+        case 1: return depreciation::AssesseeStatus::Individual;
+        case 2: return depreciation::AssesseeStatus::Firm;
+        case 3:
+        case 4: return depreciation::AssesseeStatus::Company;
+        default: return depreciation::AssesseeStatus::Other;
+    }
+}
+
+}  // namespace
+
+std::vector<depreciation::ChartRow> without_additional_depreciation(std::vector<depreciation::ChartRow> rows) {
+    for (auto& r : rows) {
+        const double additional = r.ADeprF + r.ADeprH + r.ADeprOpH;
+        r.ADeprF = r.ADeprH = r.ADeprOpH = 0;
+        r.TotDep -= additional;
+        r.WdvCl += additional;
+    }
+    return rows;
+}
 
 void frmNewFATR::cmdDeprCalc_Click() {
     frame::guarded(comp_.log, "frmNewFATR", "cmdDeprCalc_Click", [&] {
@@ -23,7 +50,33 @@ void frmNewFATR::cmdDeprCalc_Click() {
         }
         report.WriteToReport(chart_report(*run));
         report.showreport();
+        if (is_income_tax_mode(*mode)) CheckConcessionalRegime(run->chart_hand_edited);
     });
+}
+
+void frmNewFATR::CheckConcessionalRegime(bool hand_edited) {
+    auto& base = *comp_.base;
+    auto& db = base.dbobj();
+    const depreciation::RegimeFlags flags{base.vFlagCompDom115BA(), base.vFlagIndHUF115BAC(),
+                                          base.vFlagCopSoc115BAD(), base.vFlagCopSoc115BAE()};
+    const auto table = hand_edited ? store::ChartTable::DeprChart : store::ChartTable::TmpDepChart;
+    const auto decision = depreciation::concessional_regime_check(
+        year_, assessee_status(base.vStatus_Read()), flags,
+        store::additional_in_stored_chart(db, table, code_, year_), hand_edited);
+    if (!decision.refused) return;
+    ui_.info(decision.message);
+    if (!decision.gate_message.empty()) {
+        ui_.info(decision.gate_message);
+        return;
+    }
+    if (decision.question.empty() || !ui_.ask_yes_no(decision.question, MsgIcon::question, false)) return;
+    // The removal is an edit of the chart by hand: the chart without its additional
+    // depreciation becomes the hand-edited chart of the year, and the return forms
+    // read it from now on.
+    auto rows = without_additional_depreciation(store::read_chart(db, table, code_, year_));
+    store::rewrite_hand_edited_chart(db, code_, year_, rows);
+    base.SetMiscOthInf("MANDEP", "1", base.SecondDate(), code_, "chart edited by hand");
+    store::copy_hand_edited_chart(db, code_, year_);
 }
 
 }  // namespace brenlow::reg

@@ -61,6 +61,10 @@ struct GroupField {
     std::string Text;
 };
 
+// The chart rows without additional depreciation: its amounts leave the total and
+// stay in the closing WDV.
+std::vector<depreciation::ChartRow> without_additional_depreciation(std::vector<depreciation::ChartRow> rows);
+
 class frmNewFATR : public frame::Screen {
 public:
     // Opening fields (txtfieldsO), by index.
@@ -162,6 +166,9 @@ public:
     // asset, an income-tax mode the blocks (and writes the year's chart); then the
     // calculation sheet, the block-wise summary and the chart go to the report object.
     void cmdDeprCalc_Click();
+    // After an income-tax calculation: additional depreciation under a concessional
+    // regime is refused, and on Yes removed from the year's chart.
+    void CheckConcessionalRegime(bool hand_edited);
     // The figures of the latest calculation, for the window to show.
     const std::shared_ptr<const CalculationResult>& LastCalculation() const { return last_run_; }
     // Offers the previous year's closing figures as this year's opening entries.
