@@ -6,7 +6,7 @@ root=$(cd "$(dirname "$0")/.." && pwd)
 "$root/scripts/install-deps.sh"
 "$root/scripts/build.sh"
 build=${BUILD_DIR:-$root/build}
-db="sqlite:$build/demo/demo.db"
-mkdir -p "$build/demo"
+mkdir -p "$build/artifacts"
 "$build/src/app/brenlow" --version
-"$build/src/app/brenlow" --db "$db" demo --out "$build/artifacts"
+# The embedded default: the SQLite file in the user's data folder.
+"$build/src/app/brenlow" demo --out "$build/artifacts"
