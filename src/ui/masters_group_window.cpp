@@ -88,7 +88,8 @@ GridView* GroupMasterWindow::chooser(Grid& grid, void (frmNewFAGM::*click)(int))
     auto choose = [this, view, click](const QModelIndex& index) {
         if (!index.isValid()) return;
         const int row = view->grid_model()->grid_row(index.row());
-        run([&] { (screen_->*click)(row); });
+        auto* screen = screen_;
+        run([screen, click, row] { (screen->*click)(row); });
     };
     connect(view, &QAbstractItemView::clicked, this, choose);
     connect(view, &QAbstractItemView::activated, this, choose);

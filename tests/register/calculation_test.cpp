@@ -71,7 +71,7 @@ protected:
     std::vector<depreciation::ChartRow> stored(store::ChartTable t = store::ChartTable::TmpDepChart) {
         return store::read_chart(db(), t, kCode, kYear);
     }
-    static const depreciation::ChartRow& only_row(const std::vector<depreciation::ChartRow>& rows, int grp,
+    static depreciation::ChartRow only_row(const std::vector<depreciation::ChartRow>& rows, int grp,
                                                   double rate) {
         const depreciation::ChartRow* found = nullptr;
         for (const auto& r : rows)
