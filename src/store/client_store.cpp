@@ -43,6 +43,12 @@ void ensure_schema(Database& db, const std::string& data_dir) {
     seed_masters(db, data_dir);
 }
 
+YearMasterCounts year_master_counts(Database& db, int year) {
+    const std::string y = std::to_string(year);
+    return {db.query("select count(*) as n from NewITBM where YR=" + y).first("n").as_int(),
+            db.query("select count(*) as n from NewCLBM where YR=" + y).first("n").as_int()};
+}
+
 std::optional<ClientYear> find_client_year(Database& db, std::string_view code, int year) {
     const auto rs = db.query("select * from master where code_no=" + q(code) + " and s_yr='3103" +
                              std::to_string(year) + "'");

@@ -41,6 +41,13 @@ void ensure_schema(Database& db, const std::string& data_dir);
 CreatedYear create_client_year(Database& db, std::string_view code, int year, std::string_view name,
                                std::optional<int> status);
 
+// How many income-tax block rows (NewITBM) and classification rows (NewCLBM) a year has.
+struct YearMasterCounts {
+    long long it_blocks = 0;
+    long long cl_rows = 0;
+};
+YearMasterCounts year_master_counts(Database& db, int year);
+
 std::optional<ClientYear> find_client_year(Database& db, std::string_view code, int year);
 std::vector<ClientYear> list_client_years(Database& db);
 

@@ -1,6 +1,7 @@
 #include "app/cli/commands.h"
 
 #include "app/cli/options.h"
+#include "store/client_store.h"
 
 namespace brenlow::cli {
 
@@ -30,11 +31,9 @@ int init_command(Context& ctx, const std::vector<std::string>& args) {
         for (const auto& t : created.tables_created) ctx.out << ' ' << t;
         ctx.out << "\n";
     }
-    const auto y = std::to_string(year);
-    ctx.out << "  NewITBM rows for " << y << ": "
-            << db.query("select count(*) as n from NewITBM where YR=" + y).first("n").as_int()
-            << ", NewCLBM rows for " << y << ": "
-            << db.query("select count(*) as n from NewCLBM where YR=" + y).first("n").as_int() << "\n";
+    const auto counts = store::year_master_counts(db, year);
+    ctx.out << "  NewITBM rows for " << year << ": " << counts.it_blocks << ", NewCLBM rows for " << year << ": "
+            << counts.cl_rows << "\n";
     if (!created.master_row_created && created.tables_created.empty()) ctx.out << "Nothing to create.\n";
     return 0;
 }
