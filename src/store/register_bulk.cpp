@@ -23,10 +23,7 @@ void insert_all(Database& db, std::string_view code, const std::string& table, s
     if (rows.empty()) return;
     TableLock lock(db, table);
     Transaction tx(db);
-    long serial = static_cast<long>(db.query("SELECT MAX(SrNoFATR) AS MaxSrNo FROM " + table +
-                                             " WHERE Code_No=" + quoted(code))
-                                        .first("MaxSrNo")
-                                        .as_int());
+    long serial = largest_serial(db, table, code);
     std::string sql;
     std::size_t in_batch = 0;
     for (auto& r : rows) {

@@ -112,6 +112,13 @@ std::string addition_values(const AdditionRow& a) {
            quoted(a.ShiftDet) + "," + num(a.DepFACL) + "," + quoted(a.OthOpts);
 }
 
+long largest_serial(Database& db, const std::string& table, std::string_view code) {
+    return static_cast<long>(
+        db.query("SELECT MAX(SrNoFATR) AS MaxSrNo FROM " + table + " WHERE Code_No=" + quoted(code))
+            .first("MaxSrNo")
+            .as_int());
+}
+
 std::string quoted(std::string_view text) { return "'" + sql_text(text) + "'"; }
 
 RegisterStore::RegisterStore(Database& db, std::string code, int year) : db_(db), code_(std::move(code)), year_(year) {}
@@ -265,34 +272,27 @@ std::vector<long> RegisterStore::groups_with_entries() {
     return ids;
 }
 
-long RegisterStore::insert_opening(OpeningRow row) {
-    TableLock lock(db_, opening_table());
-    const long serial = static_cast<long>(
-        db_.query("SELECT MAX(SrNoFATR) AS MaxSrNo FROM " + opening_table() + " WHERE Code_No=" + quoted(code_))
-            .first("MaxSrNo")
-            .as_int()) + 1;
-    row.Code_No = code_;
+// A new entry takes the client's largest serial plus one, read and written under the
+// table's lock.
+template <class RowT, class Values>
+long insert_with_next_serial(Database& db, const std::string& table, const std::string& code, RowT& row,
+                             Values values) {
+    TableLock lock(db, table);
+    const long serial = largest_serial(db, table, code) + 1;
+    row.Code_No = code;
     row.SrNoFATR = serial;
-    db_.execute("INSERT INTO " + opening_table() + " Values (" + quoted(code_) + "," + num(serial) + "," +
-                opening_values(row) + ")");
-    db_.execute("Flush Tables");
+    db.execute("INSERT INTO " + table + " Values (" + quoted(code) + "," + num(serial) + "," + values(row) + ")");
+    db.execute("Flush Tables");
     lock.release();
     return serial;
 }
 
+long RegisterStore::insert_opening(OpeningRow row) {
+    return insert_with_next_serial(db_, opening_table(), code_, row, opening_values);
+}
+
 long RegisterStore::insert_addition(AdditionRow row) {
-    TableLock lock(db_, addition_table());
-    const long serial = static_cast<long>(
-        db_.query("SELECT MAX(SrNoFATR) AS MaxSrNo FROM " + addition_table() + " WHERE Code_No=" + quoted(code_))
-            .first("MaxSrNo")
-            .as_int()) + 1;
-    row.Code_No = code_;
-    row.SrNoFATR = serial;
-    db_.execute("INSERT INTO " + addition_table() + " Values (" + quoted(code_) + "," + num(serial) + "," +
-                addition_values(row) + ")");
-    db_.execute("Flush Tables");
-    lock.release();
-    return serial;
+    return insert_with_next_serial(db_, addition_table(), code_, row, addition_values);
 }
 
 void RegisterStore::update_opening(const OpeningRow& o) {

@@ -199,6 +199,10 @@ private:
 std::string opening_values(const OpeningRow& row);
 std::string addition_values(const AdditionRow& row);
 
+// The client's largest serial in a register table, 0 when it has none; read it under
+// the table's lock when the next serial is to be taken.
+long largest_serial(Database& db, const std::string& table, std::string_view code);
+
 // The writer's value forms, shared with the tests: 'text' with quotes doubled,
 // numbers as plain decimal text.
 std::string quoted(std::string_view text);
