@@ -2,23 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <sstream>
 
-#include "support/test_databases.h"
+#include "cli_fixture.h"
 
 namespace brenlow::cli {
 namespace {
-
-struct Result {
-    int code;
-    std::string out, err;
-};
-
-Result run_cli(std::vector<std::string> args) {
-    std::ostringstream out, err;
-    const int code = run(args, out, err);
-    return {code, out.str(), err.str()};
-}
 
 TEST(Cli, PrintsTheComponentVersion) {
     const auto r = run_cli({"--version"});
@@ -53,7 +41,7 @@ TEST(Cli, ABadYearOrAMissingClientIsRefusedBeforeAnythingIsOpened) {
     EXPECT_EQ(r.code, 1);
 }
 
-class CliInit : public test::BackendTest {};
+class CliInit : public CliTest {};
 
 TEST_P(CliInit, CreatesTheClientYearOnceAndTellsWhatItMade) {
     const std::string url = temp().url();

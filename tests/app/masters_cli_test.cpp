@@ -1,75 +1,61 @@
 #include <gtest/gtest.h>
 
-#include <sstream>
-
-#include "app/cli/cli.h"
-#include "support/test_databases.h"
+#include "cli_fixture.h"
 
 namespace brenlow::cli {
 namespace {
 
-class MastersCli : public test::BackendTest {
+class MastersCli : public CliTest {
 protected:
-    struct Result {
-        int code;
-        std::string out, err;
-    };
-    Result run_cli(std::vector<std::string> words) {
-        std::vector<std::string> args = {"--db", temp().url()};
-        args.insert(args.end(), words.begin(), words.end());
-        std::ostringstream out, err;
-        const int code = run(args, out, err);
-        return {code, out.str(), err.str()};
-    }
     void SetUp() override {
-        test::BackendTest::SetUp();
+        CliTest::SetUp();
         if (IsSkipped()) return;
-        ASSERT_EQ(run_cli({"init", "--client", "C001", "--year", "2025"}).code, 0);
+        ASSERT_EQ(cli({"init", "--client", "C001", "--year", "2025"}).code, 0);
     }
     long long count(const std::string& sql) { return db().query(sql).first("n").as_int(); }
 };
 
 TEST_P(MastersCli, AddsABlockAndRefusesTheSameNameInTheSameKind) {
-    auto r = run_cli({"masters", "block", "add", "--client", "C001", "--year", "2025", "--kind", "2", "--name",
+    auto r = cli({"masters", "block", "add", "--client", "C001", "--year", "2025", "--kind", "2", "--name",
                       "PLANT GENERAL", "--under", "3"});
     ASSERT_EQ(r.code, 0) << r.err;
-    r = run_cli({"masters", "block", "add", "--client", "C001", "--year", "2025", "--kind", "2", "--name",
+    r = cli({"masters", "block", "add", "--client", "C001", "--year", "2025", "--kind", "2", "--name",
                  "PLANT GENERAL", "--under", "3"});
     EXPECT_EQ(r.code, 1);
     EXPECT_NE(r.err.find("Duplicate Block Name."), std::string::npos) << r.err;
     // The other kind takes the same name.
-    r = run_cli({"masters", "block", "add", "--client", "C001", "--year", "2025", "--kind", "1", "--name",
+    r = cli({"masters", "block", "add", "--client", "C001", "--year", "2025", "--kind", "1", "--name",
                  "PLANT GENERAL"});
     EXPECT_EQ(r.code, 0) << r.err;
     EXPECT_EQ(count("select count(*) as n from BlockGroup where GrpDesc='PLANT GENERAL'"), 2);
 }
 
 TEST_P(MastersCli, ADeleteStopsAtItsQuestionUnlessYesIsGiven) {
-    ASSERT_EQ(run_cli({"masters", "block", "add", "--client", "C001", "--year", "2025", "--kind", "1", "--name",
+    ASSERT_EQ(cli({"masters", "block", "add", "--client", "C001", "--year", "2025", "--kind", "1", "--name",
                        "OFFICE"})
                   .code,
               0);
     const long id = static_cast<long>(
         db().query("select GrpId from BlockGroup where GrpDesc='OFFICE'").first("GrpId").as_int());
-    auto r = run_cli({"masters", "block", "delete", "--client", "C001", "--year", "2025", "--kind", "1", "--id",
+    auto r = cli({"masters", "block", "delete", "--client", "C001", "--year", "2025", "--kind", "1", "--id",
                       std::to_string(id)});
     EXPECT_EQ(r.code, 2);
     EXPECT_NE(r.err.find("Do you want to Delete this Block?"), std::string::npos) << r.err;
     EXPECT_EQ(count("select count(*) as n from BlockGroup where GrpDesc='OFFICE'"), 1);
-    r = run_cli({"masters", "block", "delete", "--client", "C001", "--year", "2025", "--kind", "1", "--id",
+    r = cli({"masters", "block", "delete", "--client", "C001", "--year", "2025", "--kind", "1", "--id",
                  std::to_string(id), "--yes"});
     EXPECT_EQ(r.code, 0) << r.err;
     EXPECT_EQ(count("select count(*) as n from BlockGroup where GrpDesc='OFFICE'"), 0);
 }
 
 TEST_P(MastersCli, ListsTheYearsGroupsAsJson) {
-    auto r = run_cli({"masters", "group", "add", "--client", "C001", "--year", "2025", "--name", "LATHES",
+    auto r = cli({"masters", "group", "add", "--client", "C001", "--year", "2025", "--name", "LATHES",
                       "--it-block", "3-15", "--books-block", "-1", "--classification", "4.1"});
     ASSERT_EQ(r.code, 0) << r.err;
-    r = run_cli({"masters", "groups", "--client", "C001", "--year", "2025", "--json"});
+    r = cli({"masters", "groups", "--client", "C001", "--year", "2025", "--json"});
     ASSERT_EQ(r.code, 0) << r.err;
     EXPECT_NE(r.out.find("\"LATHES\""), std::string::npos) << r.out;
-    r = run_cli({"masters", "groups", "--client", "C009", "--year", "2025"});
+    r = cli({"masters", "groups", "--client", "C009", "--year", "2025"});
     EXPECT_EQ(r.code, 1);
 }
 

@@ -1,33 +1,19 @@
 #include <gtest/gtest.h>
 
-#include <sstream>
-
-#include "app/cli/cli.h"
-#include "support/test_databases.h"
+#include "cli_fixture.h"
 
 namespace brenlow::cli {
 namespace {
 
 // The register's commands run the register screen's own events; these tests look
 // at what the person at the command line gets and what the tables hold.
-class RegisterCli : public test::BackendTest {
+class RegisterCli : public CliTest {
 protected:
-    struct Result {
-        int code;
-        std::string out, err;
-    };
-    Result run_cli(std::vector<std::string> words) {
-        std::vector<std::string> args = {"--db", temp().url()};
-        args.insert(args.end(), words.begin(), words.end());
-        std::ostringstream out, err;
-        const int code = run(args, out, err);
-        return {code, out.str(), err.str()};
-    }
     void SetUp() override {
-        test::BackendTest::SetUp();
+        CliTest::SetUp();
         if (IsSkipped()) return;
-        ASSERT_EQ(run_cli({"init", "--client", "C001", "--year", "2025"}).code, 0);
-        const auto r = run_cli({"masters", "group", "add", "--client", "C001", "--year", "2025", "--name",
+        ASSERT_EQ(cli({"init", "--client", "C001", "--year", "2025"}).code, 0);
+        const auto r = cli({"masters", "group", "add", "--client", "C001", "--year", "2025", "--name",
                                 "LATHES", "--it-block", "3-15", "--books-block", "-1", "--classification", "4.1"});
         ASSERT_EQ(r.code, 0) << r.err;
         group_ = std::to_string(db().query("select SrNoFAGM from NewFAGM where Part='LATHES'").first("SrNoFAGM").as_int());
@@ -39,18 +25,18 @@ protected:
 };
 
 TEST_P(RegisterCli, AddsAnAdditionAndListsIt) {
-    auto r = run_cli({"register", "add-addition", "--client", "C001", "--year", "2025", "--group", group_, "--part",
+    auto r = cli({"register", "add-addition", "--client", "C001", "--year", "2025", "--group", group_, "--part",
                       "CNC LATHE", "--put-date", "05/10/2024", "--acc-date", "05/10/2024", "--cost", "250000"});
     ASSERT_EQ(r.code, 0) << r.err;
     EXPECT_EQ(count("NewFATRa2025"), 1);
-    r = run_cli({"register", "list", "--client", "C001", "--year", "2025", "--json"});
+    r = cli({"register", "list", "--client", "C001", "--year", "2025", "--json"});
     ASSERT_EQ(r.code, 0) << r.err;
     EXPECT_NE(r.out.find("CNC LATHE"), std::string::npos) << r.out;
 }
 
 TEST_P(RegisterCli, ARefusedEntryNamesTheCheckAndWritesNothing) {
     // An opening entry put to use after the year began is refused by the screen's checks.
-    const auto r = run_cli({"register", "add-opening", "--client", "C001", "--year", "2025", "--group", group_,
+    const auto r = cli({"register", "add-opening", "--client", "C001", "--year", "2025", "--group", group_,
                             "--part", "LATE LATHE", "--put-date", "02/04/2024", "--cost", "1000", "--wdv-it", "900"});
     EXPECT_NE(r.code, 0);
     EXPECT_FALSE(r.err.empty());
@@ -58,14 +44,14 @@ TEST_P(RegisterCli, ARefusedEntryNamesTheCheckAndWritesNothing) {
 }
 
 TEST_P(RegisterCli, DeletingAllStopsAtTheQuestionWithoutYes) {
-    ASSERT_EQ(run_cli({"register", "add-addition", "--client", "C001", "--year", "2025", "--group", group_,
+    ASSERT_EQ(cli({"register", "add-addition", "--client", "C001", "--year", "2025", "--group", group_,
                        "--part", "DRILL", "--put-date", "01/06/2024", "--acc-date", "01/06/2024", "--cost", "5000"})
                   .code,
               0);
-    auto r = run_cli({"register", "delete", "--addition", "--all", "--client", "C001", "--year", "2025"});
+    auto r = cli({"register", "delete", "--addition", "--all", "--client", "C001", "--year", "2025"});
     EXPECT_EQ(r.code, 2) << r.err;
     EXPECT_EQ(count("NewFATRa2025"), 1);
-    r = run_cli({"register", "delete", "--addition", "--all", "--client", "C001", "--year", "2025", "--yes"});
+    r = cli({"register", "delete", "--addition", "--all", "--client", "C001", "--year", "2025", "--yes"});
     EXPECT_EQ(r.code, 0) << r.err;
     EXPECT_EQ(count("NewFATRa2025"), 0);
 }
