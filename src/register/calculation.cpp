@@ -116,6 +116,7 @@ depreciation::CaEntry books_entry(const store::OpeningRow& o, const Masters& m,
     e.sale_amt = o.SaleAmt;
     e.sale_exp = o.SaleExp;
     e.shift_det = o.ShiftDet;
+    e.partial_deduction = opts.PartDed;
     e.nesd = nesd_of(m, g);
     return e;
 }
@@ -141,6 +142,7 @@ depreciation::CaEntry books_entry(const store::AdditionRow& a, const Masters& m,
     e.sale_amt = a.SaleAmt;
     e.sale_exp = a.SaleExp;
     e.shift_det = a.ShiftDet;
+    e.partial_deduction = opts.PartDed;
     e.nesd = nesd_of(m, g);
     return e;
 }
@@ -186,7 +188,7 @@ struct ParkedEntry {
     double wdv_cost = 0, addl_rate = 0, sale_amt = 0, sale_exp = 0, addl_dep_on = 0, adj_earlier = 0;
     int sr_no = 0, group_id = 0;
     std::array<char, 10> put_date{}, sale_date{};
-    bool opening = true, asset_exists = true;
+    bool opening = true, asset_exists = true, partial_deduction = false;
 
     static void put(std::array<char, 10>& to, const std::string& date) {
         if (date.size() <= to.size())
@@ -208,7 +210,8 @@ struct ParkedEntry {
           sr_no(e.sr_no),
           group_id(e.group_id),
           opening(e.kind == depreciation::EntryKind::Opening),
-          asset_exists(e.asset_exists) {
+          asset_exists(e.asset_exists),
+          partial_deduction(e.partial_deduction) {
         put(put_date, e.put_date);
         put(sale_date, e.sale_date);
     }
@@ -228,6 +231,7 @@ struct ParkedEntry {
         e.addl_dep_on = addl_dep_on;
         e.adj_earlier = adj_earlier;
         e.asset_exists = asset_exists;
+        e.partial_deduction = partial_deduction;
         return e;
     }
 };
@@ -318,8 +322,11 @@ void run_income_tax(store::Database& db, store::RegisterStore& rs, const Masters
     if (out.no_assets) return;
 
     const std::string second_date = fy_last(out.year).text();
-    const std::string MANDEP = store::get_misc_info(db, out.code, second_date, "MANDEP");
-    if (depreciation::use_hand_edited_chart(options.allow_hand_edited, MANDEP)) {
+    const std::string MANDEP =
+        options.write_chart ? store::get_misc_info(db, out.code, second_date, "MANDEP") : std::string();
+    if (!options.write_chart) {
+        out.chart = depreciation::chart_rows_from_blocks(out.code, out.year, total);
+    } else if (depreciation::use_hand_edited_chart(options.allow_hand_edited, MANDEP)) {
         store::copy_hand_edited_chart(db, out.code, out.year);
         out.chart = store::read_chart(db, store::ChartTable::TmpDepChart, out.code, out.year);
         out.chart_hand_edited = true;
@@ -425,17 +432,6 @@ std::optional<Mode> mode_from_name(std::string_view name) {
     return std::nullopt;
 }
 
-double det_esa_adjustment(std::string_view det_esa) {
-    double total = 0;
-    for (const auto& row : store::unpack_rows(det_esa, kESASep))
-        if (row.size() > 5) total += number_of(row[5]);
-    return total;
-}
-
-double net_amount(const store::AdditionRow& a) {
-    return a.PurAmt - a.ExciseCr + a.CurrDiff - a.Subsidy;
-}
-
 depreciation::ItEntry income_tax_entry(const store::OpeningRow& o, const store::AssetGroupRow* group) {
     depreciation::ItEntry t;
     t.kind = depreciation::EntryKind::Opening;
@@ -452,7 +448,9 @@ depreciation::ItEntry income_tax_entry(const store::OpeningRow& o, const store::
     t.addl_dep_on = o.AddlDepOn;
     if (!o.DetESA.empty()) t.adj_earlier = det_esa_adjustment(o.DetESA);
     // "N": the asset no longer exists for the Act; "Y" exists with a nil WDV.
-    t.asset_exists = OpeningOpts::parse(o.OthOpts).WdvIT != "N";
+    const auto opts = OpeningOpts::parse(o.OthOpts);
+    t.asset_exists = opts.WdvIT != "N";
+    t.partial_deduction = opts.PartDed;
     return t;
 }
 
@@ -469,6 +467,7 @@ depreciation::ItEntry income_tax_entry(const store::AdditionRow& a, const store:
     t.sale_date = a.SaleDate;
     t.sale_amt = a.SaleAmt;
     t.sale_exp = a.SaleExp;
+    t.partial_deduction = AdditionOpts::parse(a.OthOpts).PartDed;
     return t;
 }
 

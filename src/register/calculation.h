@@ -21,6 +21,7 @@
 #include "depreciation/income_tax.h"
 #include "depreciation/income_tax_sheet.h"
 #include "depreciation/warnings.h"
+#include "register/entry_rules.h"
 #include "store/database.h"
 #include "store/register_store.h"
 
@@ -47,6 +48,7 @@ struct CalculationOptions {
     bool allow_hand_edited = true;  // the hand-edited chart may replace the built one
     bool keep_entries = true;       // keep the engine inputs in the result (the screen's working grid)
     bool sheets = true;             // build the calculation sheets and the block summary
+    bool write_chart = true;        // write the year's chart to TmpDepChart; off, the run only reads
 };
 
 // One asset of the books chart, under the names the books schedule uses.
@@ -106,11 +108,6 @@ CalculationResult run_calculation(store::Database& db, const std::string& code, 
                                   bool interactive, const CalculationOptions& options = {});
 
 // ---- The engine's inputs from register rows (also what the carry-forward reads) ----
-
-// Total "Amount To be Adjusted" (the sixth field) of the DetESA rows.
-double det_esa_adjustment(std::string_view det_esa);
-// Net amount of an addition: PurAmt - ExciseCr + CurrDiff - Subsidy.
-double net_amount(const store::AdditionRow& a);
 
 depreciation::ItEntry income_tax_entry(const store::OpeningRow& o, const store::AssetGroupRow* group);
 depreciation::ItEntry income_tax_entry(const store::AdditionRow& a, const store::AssetGroupRow* group);

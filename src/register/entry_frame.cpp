@@ -75,7 +75,8 @@ void frmNewFATR::set_up_fields() {
     for (int i = 0; i < A_Count; ++i) is_date_index_a(i) ? as_date_field(txtfieldsA[i]) : as_number_field(txtfieldsA[i]);
     // A currency difference may go either way; everything else is a positive amount.
     txtfieldsD.assign(D_Count, vTXT(ui_));
-    lblfieldsD = {"Date of Sale/Deduction", "Sale/Deduction Amount", "Expenses (If any)"};
+    lblfieldsD.assign(D_Count, std::string());
+    for (int i = 0; i < D_Count; ++i) lblfieldsD[i] = caption_of(kSaleFields[i], EntrySide::Addition, year_, false);
     as_date_field(txtfieldsD[D_SaleDate]);
     as_number_field(txtfieldsD[D_SaleAmt]);
     as_number_field(txtfieldsD[D_SaleExp]);
@@ -83,9 +84,7 @@ void frmNewFATR::set_up_fields() {
     as_number_field(txtTotESA);
     as_number_field(txtAutoCalcDeprCL);
 
-    lblfieldsA = {"Date of Put to Use", "Date of Accounting", "Cost", "Excise Credit", "Currency Difference",
-                  "Grant/Subsidy", "Residual Value", "Useful Life (Years)", "Rate (%)", "Rate (%)",
-                  "Additional Depreciation Rate (%)"};
+    for (int i = 0; i < A_Count; ++i) lblfieldsA[i] = caption_of(kAdditionFields[i], EntrySide::Addition, year_, false);
     chkfieldsO[O_ResValue].Caption = "Default (5%)";
     chkfieldsO[O_LifeYrs].Caption = "Default (As per Master)";
     chkfieldsO[O_RateFACL].Caption = "Default (As per Fixed Asset Group Master)";
@@ -102,6 +101,7 @@ void frmNewFATR::set_up_fields() {
     for (int i = 0; i < A_Count; ++i) chkfieldsA[i].Enabled = !chkfieldsA[i].Caption.empty();
     chkTotESA.Caption = "Gross";
     chkAutoCalcDeprCL.Caption = "Auto Calculate Depreciation";
+    chkPartDed.Caption = "Partial Deduction (Asset Still Held)";
     lblCalcCA = "For Calculation of Carrying Amount, Consider Depreciation Upto 31/03/";
     lblResValOfO = "Residual Value (5%) Of";
     cboRndAddRtAuto.List = IdTextList::parse(
@@ -129,13 +129,11 @@ void frmNewFATR::set_up_fields() {
     vsESA.set_col_editable(5, true);
 }
 
-std::string frmNewFATR::year_caption(int year) const { return std::to_string(year); }
-
 // Captions and lists that carry the year or the screen-wide options.
 void frmNewFATR::refresh_common_texts() {
-    lblfieldsO = {"Date of Put to Use", DepMode == "DEP_IT" ? "Written Down Value" : "Cost",
-                  "Depreciation Upto 31/03/" + year_caption(year_ - 1), "Residual Value", "Useful Life (Years)",
-                  "Rate (%)", "Written Down Value", "Rate (%)", "Additional Depreciation Rate (%)", "Amount"};
+    lblfieldsO.assign(O_Count, std::string());
+    for (int i = 0; i < O_Count; ++i)
+        lblfieldsO[i] = caption_of(kOpeningFields[i], EntrySide::Opening, year_, DepMode == "DEP_IT");
     const auto common = [](const std::string& id, const std::string& text, const std::string& option) {
         return id == option ? text + kCommon : text;
     };
@@ -184,6 +182,7 @@ void frmNewFATR::clear_entry() {
     txtTotESA.set_text("");
     chkAutoCalcDeprCL.Value = true;
     txtAutoCalcDeprCL.set_text("");
+    chkPartDed.Value = false;
     lblBlockO = lblBlockA = lblNESD = lblRemLifeO = lblRemLifeA = txtRemLifeO = lblShiftDays = "";
     lblMiscAdjA = lblNetAmtA = "0.00";
     lblDaysDeprCL = "0 Days";
@@ -292,6 +291,7 @@ void frmNewFATR::show_opening(const store::OpeningRow& o) {
     txtfieldsD[D_SaleExp].set_text(o.SaleExp != 0 ? format_mask(o.SaleExp, "###0.00") : "");
     chkAutoCalcDeprCL.Value = opts.AutoDepr;
     txtAutoCalcDeprCL.set_text(opts.AutoDepr ? "" : format_mask(o.DepFACL, "###0.00"));
+    chkPartDed.Value = opts.PartDed;
     if (g) apply_group_defaults();
     recalc_opening();
 }
@@ -326,6 +326,7 @@ void frmNewFATR::show_addition(const store::AdditionRow& a) {
     txtfieldsD[D_SaleExp].set_text(a.SaleExp != 0 ? format_mask(a.SaleExp, "###0.00") : "");
     chkAutoCalcDeprCL.Value = opts.AutoDepr;
     txtAutoCalcDeprCL.set_text(opts.AutoDepr ? "" : format_mask(a.DepFACL, "###0.00"));
+    chkPartDed.Value = opts.PartDed;
     if (g) apply_group_defaults();
     recalc_addition();
 }
@@ -372,10 +373,8 @@ void frmNewFATR::recalc_opening() {
 void frmNewFATR::recalc_addition() {
     const auto* g = FindGroup(txtAssetGroup.Id);
     const double cost = number_of(txtfieldsA[A_PurAmt].text());
-    const double excise = number_of(txtfieldsA[A_ExciseCr].text());
-    const double curr = number_of(txtfieldsA[A_CurrDiff].text());
-    const double subsidy = number_of(txtfieldsA[A_Subsidy].text());
-    const double misc = 0 - excise + curr - subsidy;
+    const double misc = misc_adjustment(number_of(txtfieldsA[A_ExciseCr].text()),
+                                        number_of(txtfieldsA[A_CurrDiff].text()), number_of(txtfieldsA[A_Subsidy].text()));
     const double net = cost + misc;
     lblMiscAdjA = format_mask(misc, "###0.00");
     lblNetAmtA = format_mask(net, "###0.00");
@@ -422,41 +421,17 @@ void frmNewFATR::txtfieldsA_Change(int index) {
     });
 }
 
-bool frmNewFATR::number_field_check(vTXT& field, const char* mask) {
+// The leave-field rules of the entry; an accepted field is shown in its format.
+bool frmNewFATR::field_check(vTXT& field, EntryField which, EntrySide side, const char* mask) {
+    if (const auto f = leave_field_finding(which, side, field.text(), year_, DepMode == "DEP_IT")) {
+        ui_.info(f->message);
+        return false;
+    }
     if (field.text().empty()) return true;
-    const auto v = parse_number(field.text());
-    if (!v) {
-        ui_.info("Invalid Value !");
-        return false;
-    }
-    field.set_text(shown(*v, mask));
-    return true;
-}
-
-// Dates are read as dd/MM/yyyy; the rules of each date field follow.
-bool frmNewFATR::date_field_check(vTXT& field, const std::string& caption, char side) {
-    if (field.text().empty()) return true;
-    const auto d = Date::parse(field.text());
-    if (!d) {
-        ui_.info("Invalid Value !");
-        return false;
-    }
-    field.set_text(d->text());
-    const std::string first = std::to_string(year_ - 1), last = std::to_string(year_);
-    if (side == 'O' && *d > fy_first(year_)) {
-        ui_.info("'" + caption + "' should be on or before 01/04/" + first + " !");
-        return false;
-    }
-    if (side == 'A' && *d < fy_first(year_)) {
-        ui_.info("'" + caption + "' should be on or after 01/04/" + first + " !");
-        return false;
-    }
-    // An addition put to use after the year is asked about on update; the other
-    // dates of the year stay inside it.
-    if ((side == 'a' || side == 'D') && (*d < fy_first(year_) || *d > fy_last(year_))) {
-        ui_.info("'" + caption + "' should be between 01/04/" + first + " and 31/03/" + last + " !");
-        return false;
-    }
+    if (which == EntryField::PutDate || which == EntryField::AccDate || which == EntryField::SaleDate)
+        field.set_text(Date::parse(field.text())->text());
+    else
+        field.set_text(shown(*parse_number(field.text()), mask));
     return true;
 }
 
@@ -464,8 +439,7 @@ bool frmNewFATR::txtfieldsO_Validate(int index) {
     bool ok = true;
     frame::guarded(comp_.log, kModule, "txtfieldsO_Validate", [&] {
         if (index < 0 || index >= O_Count) return;
-        ok = index == O_PutDate ? date_field_check(txtfieldsO[index], lblfieldsO[index], 'O')
-                                : number_field_check(txtfieldsO[index], mask_of_o(index));
+        ok = field_check(txtfieldsO[index], kOpeningFields[index], EntrySide::Opening, mask_of_o(index));
         if (ok) recalc_opening();
     });
     return ok;
@@ -475,11 +449,7 @@ bool frmNewFATR::txtfieldsA_Validate(int index) {
     bool ok = true;
     frame::guarded(comp_.log, kModule, "txtfieldsA_Validate", [&] {
         if (index < 0 || index >= A_Count) return;
-        if (index == A_PutDate) ok = date_field_check(txtfieldsA[index], lblfieldsA[index], 'A');
-        else if (index == A_AccDate)
-            ok = date_field_check(txtfieldsA[index], lblfieldsA[index], 'A') &&
-                 date_field_check(txtfieldsA[index], lblfieldsA[index], 'a');
-        else ok = number_field_check(txtfieldsA[index], mask_of_a(index));
+        ok = field_check(txtfieldsA[index], kAdditionFields[index], EntrySide::Addition, mask_of_a(index));
         if (ok) recalc_addition();
     });
     return ok;
@@ -489,8 +459,7 @@ bool frmNewFATR::txtfieldsD_Validate(int index) {
     bool ok = true;
     frame::guarded(comp_.log, kModule, "txtfieldsD_Validate", [&] {
         if (index < 0 || index >= D_Count) return;
-        ok = index == D_SaleDate ? date_field_check(txtfieldsD[index], lblfieldsD[index], 'D')
-                                 : number_field_check(txtfieldsD[index], "###0.00");
+        ok = field_check(txtfieldsD[index], kSaleFields[index], EntrySide::Addition, "###0.00");
         if (ok) update_days();
     });
     return ok;
@@ -564,6 +533,10 @@ void frmNewFATR::cboRndAddRtAuto_Click(int index) {
         cboRndAddRtAuto.ListIndex = index;
         recalc_addition();
     });
+}
+
+void frmNewFATR::chkPartDed_Click() {
+    frame::guarded(comp_.log, kModule, "chkPartDed_Click", [&] { chkPartDed.Value = !chkPartDed.Value; });
 }
 
 void frmNewFATR::chkAutoCalcDeprCL_Click() {

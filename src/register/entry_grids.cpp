@@ -32,38 +32,16 @@ void frmNewFATR::AddShiftRow(std::string_view from, std::string_view to, int shi
 bool frmNewFATR::cmdShiftOK_Click() {
     bool ok = false;
     frame::guarded(comp_.log, kModule, "cmdShiftOK_Click", [&] {
-        const Date first = fy_first(year_), last = fy_last(year_);
-        const std::string bounds = "' should be between 01/04/" + std::to_string(year_ - 1) + " and 31/03/" +
-                                   std::to_string(year_) + " !";
+        const EntryContext ctx = entry_context();
         int days[4] = {0, 0, 0, 0};
         for (int r = vsS.fixed_rows(); r < vsS.rows(); ++r) {
+            const int shift = static_cast<int>(vsS.value_matrix(r, 2));
+            if (const auto f = shift_row_finding(vsS.text_matrix(r, 0), vsS.text_matrix(r, 1), shift, ctx)) {
+                ui_.info(f->message);
+                return;
+            }
             const auto from = Date::parse(vsS.text_matrix(r, 0));
             const auto to = Date::parse(vsS.text_matrix(r, 1));
-            const int shift = static_cast<int>(vsS.value_matrix(r, 2));
-            if (!from) {
-                ui_.info("Please specify 'From Date' !");
-                return;
-            }
-            if (!to) {
-                ui_.info("Please specify 'To Date' !");
-                return;
-            }
-            if (shift < 1 || shift > 3) {
-                ui_.info("Please specify 'Shift' !");
-                return;
-            }
-            if (*from < first || *from > last) {
-                ui_.info("'From Date" + bounds);
-                return;
-            }
-            if (*to < first || *to > last) {
-                ui_.info("'To Date" + bounds);
-                return;
-            }
-            if (lblNESD == "NESD") {
-                ui_.info("'No Extra Shift Depreciation' is permitted for selected 'Asset Group' !");
-                return;
-            }
             vsS.set_text_matrix(r, 0, from->text());
             vsS.set_text_matrix(r, 1, to->text());
             days[shift] += days_between(*from, *to) + 1;
@@ -92,20 +70,12 @@ bool frmNewFATR::AddESARow(std::string_view particulars, std::string_view wdv, s
     bool ok = false;
     frame::guarded(comp_.log, kModule, "AddESARow", [&] {
         const std::string part = without_broken_bar(particulars);
+        if (const auto f = esa_row_finding(part, wdv, date, amount, excess, adjust, year_)) return ui_.info(f->message);
         const auto w = parse_number(wdv);
         const auto d = Date::parse(date);
         const auto a = parse_number(amount);
         const auto e = parse_number(excess);
         const auto adj = parse_number(adjust);
-        if (part.empty()) return ui_.info("Please specify 'Particulars' !");
-        if (!w || *w < 0) return ui_.info("Please specify 'WDV' >= 0 !");
-        if (!d) return ui_.info("Please specify 'Date' !");
-        if (*d >= fy_first(year_)) return ui_.info("'Date' should be before 01/04/" + std::to_string(year_ - 1));
-        if (!a || *a < 0) return ui_.info("Please specify valid 'Sale/Deduction Amount' !");
-        if (!e || !(*e > 0)) return ui_.info("Please specify 'Excess Amount' !");
-        if (!adj) return ui_.info("Please specify 'Adjustment Amount' !");
-        // No more of the excess can be set against this asset than there was.
-        if (*adj > *e || *adj < 0) return ui_.info("Please specify valid 'Adjustment Amount' <= " + format_mask(*e, "###0.00") + " !");
         vsESA.add_item(part + "\t" + plain_number(*w) + "\t" + d->text() + "\t" + plain_number(*a) + "\t" +
                        plain_number(*e) + "\t" + plain_number(*adj));
         if (chkTotESA.Value) txtTotESA.set_text(format_mask(esa_total(), "###0.00"));
@@ -118,12 +88,8 @@ bool frmNewFATR::vsESA_ValidateEdit(int row, std::string_view adjust) {
     bool ok = false;
     frame::guarded(comp_.log, kModule, "vsESA_ValidateEdit", [&] {
         if (row < vsESA.fixed_rows() || row >= vsESA.rows()) return;
-        const auto adj = parse_number(adjust);
-        if (!adj) return ui_.info("Invalid Value !");
-        const double max = vsESA.value_matrix(row, 4);
-        if (*adj > max || *adj < 0)
-            return ui_.info("'Maximum Adjustment Amount' should be <= " + format_mask(max, "###0.00") + " !");
-        vsESA.set_text_matrix(row, 5, plain_number(*adj));
+        if (const auto f = esa_edit_finding(adjust, vsESA.value_matrix(row, 4))) return ui_.info(f->message);
+        vsESA.set_text_matrix(row, 5, plain_number(*parse_number(adjust)));
         ok = true;
     });
     return ok;

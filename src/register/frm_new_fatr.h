@@ -31,6 +31,7 @@
 #include "frame/component.h"
 #include "frame/screen.h"
 #include "register/calculation.h"
+#include "register/entry_rules.h"
 #include "register/register_options.h"
 #include "store/register_store.h"
 
@@ -79,6 +80,15 @@ public:
     };
     // Sale/deduction fields (txtfieldsD).
     enum D : int { D_SaleDate, D_SaleAmt, D_SaleExp, D_Count };
+    // The entry rules' field behind each index.
+    static constexpr EntryField kOpeningFields[O_Count] = {
+        EntryField::PutDate, EntryField::Cost,   EntryField::OpDepr, EntryField::ResValue,  EntryField::LifeYrs,
+        EntryField::RateFACL, EntryField::WdvIT, EntryField::RateIT, EntryField::AddlDepRT, EntryField::AddlDepOn};
+    static constexpr EntryField kAdditionFields[A_Count] = {
+        EntryField::PutDate,  EntryField::AccDate,  EntryField::Cost,     EntryField::ExciseCr,
+        EntryField::CurrDiff, EntryField::Subsidy,  EntryField::ResValue, EntryField::LifeYrs,
+        EntryField::RateFACL, EntryField::RateIT,   EntryField::AddlDepRT};
+    static constexpr EntryField kSaleFields[D_Count] = {EntryField::SaleDate, EntryField::SaleAmt, EntryField::SaleExp};
     // optsWdvIT choices.
     enum WdvITChoice : int { WdvIT_Other, WdvIT_NotExist, WdvIT_NilWdv };
 
@@ -90,6 +100,9 @@ public:
     // options, masters, the carry-forward offer, both grids. False when no client
     // year is open or a read failed.
     bool Form_Load();
+    // Whether loading an empty year offers last year's assets (the desktop does; the
+    // command line carries forward only when told to).
+    bool OfferCarryForward = true;
     // Reloads the grids from the tables (the group filter kept).
     void LoadRegister();
     void cboFAGM_Click(int index);
@@ -133,6 +146,7 @@ public:
     void cboMODa_Click(int index);
     void cboRndAddRtAuto_Click(int index);
     void chkAutoCalcDeprCL_Click();
+    void chkPartDed_Click();
     void chkTotESA_Click();
     void txtTotESA_Validate();
 
@@ -147,6 +161,9 @@ public:
     void RemoveESARow(int row);
 
     // ---- Update (update_checks.cpp, register_writes.cpp) ----
+    // The frame as an entry for the entry rules, and what the year knows about it.
+    EntryDraft draft() const;
+    EntryContext entry_context() const;
     // The checks in their order, then the write, the reload and the end of the
     // mode. False when a check stopped it (nothing written, the mode kept).
     bool cmdUpdate_Click();
@@ -245,6 +262,9 @@ public:
 
     std::vector<vTXT> txtfieldsD;
     std::vector<std::string> lblfieldsD;
+    // The sale/deduction leaves the asset held: the block loses the amount, the asset
+    // carries on (into next year's opening entries too).
+    CheckBox chkPartDed;
     Grid vsS;
     std::string lblShiftDays;
     CheckBox chkAutoCalcDeprCL;
@@ -277,21 +297,14 @@ private:
     void recalc_addition();
     void update_days();
     void refresh_common_texts();
-    std::string year_caption(int year) const;
-    bool date_field_check(vTXT& field, const std::string& caption, char side);
-    bool number_field_check(vTXT& field, const char* mask);
+    bool field_check(vTXT& field, EntryField which, EntrySide side, const char* mask);
     double esa_total() const;
     void focus(char side, int index) { FocusSide = side; FocusIndex = index; }
 
     // update_checks.cpp
     bool checks_pass();
-    bool check_numbers();
-    bool check_limits();
-    bool check_calc_ca();
-    bool check_residual();
-    void report_auto_rate();
-    bool check_addition_dates();
-    bool check_sale();
+    void focus_on(EntryField field);
+    bool show_findings(const std::vector<Finding>& findings);
 
     // register_writes.cpp
     store::OpeningRow opening_row() const;
