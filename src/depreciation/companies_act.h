@@ -42,6 +42,9 @@ struct CaEntry {
     double manual_depr = 0;        // DepFACL
     std::string sale_date;         // SaleDate
     double sale_amt = 0, sale_exp = 0;
+    // A partial deduction takes money out of the income-tax block while the asset is
+    // kept; the books keep the asset whole.
+    bool partial_deduction = false;
     std::string shift_det;  // ShiftDet: "from,to,shift|..."
     bool nesd = false;      // the group's block has NESD = "Y"
 };

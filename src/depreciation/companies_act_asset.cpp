@@ -46,7 +46,7 @@ CaAssetResult calculate_asset(const CaEntry& e, const CaRunInput& opt, WarningLo
     const int year_length = fy_length_days(opt.year);
     const auto put = Date::parse(e.put_date);
     auto sale = Date::parse(e.sale_date);
-    if (sale && (*sale < fy_first || *sale > fy_last)) sale.reset();
+    if (sale && (*sale < fy_first || *sale > fy_last || e.partial_deduction)) sale.reset();
     const bool sold = sale.has_value();
 
     r.opening = e.kind == EntryKind::Opening ? e.cost - e.op_dep : 0;

@@ -39,6 +39,9 @@ struct ItEntry {
     double adj_earlier = 0;    // total "Amount To be Adjusted" of the DetESA rows
     double adj_current = 0;    // adjustment of other assets of the current year
     bool asset_exists = true;  // false for optsWdvIT "N" ("Asset does not Exist")
+    // The sale or deduction leaves the asset held: its amount still comes off the block,
+    // but the asset counts as not sold and keeps its additional depreciation.
+    bool partial_deduction = false;
 };
 
 struct ItBlockMaster {  // one NewITBM row of the year

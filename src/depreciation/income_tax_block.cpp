@@ -189,7 +189,8 @@ void finish_block(ItBlockResult& b, BlockWork& w, int year, WarningLog& log, boo
 }  // namespace
 
 double profit_on_sale(const ItEntry& entry) {
-    if (!has_sale(entry)) return 0;
+    // A partial deduction sells nothing: the asset is kept.
+    if (!has_sale(entry) || entry.partial_deduction) return 0;
     return entry.sale_amt - entry.sale_exp - entry.wdv_cost;
 }
 
@@ -232,7 +233,8 @@ ItRunResult calculate_income_tax(const ItRunInput& input) {
         row.AddlRt = e.addl_rate;
         row.OthAdjAmtOP = e.adj_earlier;
         row.OthAdjAmt = e.adj_current;
-        const bool sold = has_sale(e);
+        const bool deducted = has_sale(e);
+        const bool sold = deducted && !e.partial_deduction;
         if (e.kind == EntryKind::Opening) {
             row.Type_0123 = 0;
             row.part = BlockPart::Opening;
@@ -269,7 +271,7 @@ ItRunResult calculate_income_tax(const ItRunInput& input) {
         b.adj_earlier += e.adj_earlier;
         b.adj_current += e.adj_current;
         if (e.wdv_cost != 0 || e.sale_amt != 0 || e.addl_dep_on != 0) w.anything = true;
-        if (sold) {
+        if (deducted) {
             row.SaleAmt = e.sale_amt;
             row.SaleExp = e.sale_exp;
             row.DedAmt = e.sale_amt;
@@ -280,9 +282,8 @@ ItRunResult calculate_income_tax(const ItRunInput& input) {
                 w.max_ded = *d;
                 w.has_ded_date = true;
             }
-        } else if (e.asset_exists) {
-            ++b.assets_not_sold;
         }
+        if (!sold && e.asset_exists) ++b.assets_not_sold;
         row.BalAmt = row.WdvCost - row.DedAmt;
         result.rows.push_back(row);
     }

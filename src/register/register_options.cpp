@@ -115,12 +115,13 @@ OpeningOpts OpeningOpts::parse(std::string_view oth_opts) {
     read_flag(v, 9, o.AutoDepr);
     read_flag(v, 10, o.AddlDepOn);
     read_flag(v, 11, o.TotESA);
+    read_flag(v, 12, o.PartDed);
     return o;
 }
 
 std::string OpeningOpts::compose() const {
     return join({CalcCA, ResValOf, MOD, WdvIT, yn(ResDefault), yn(LifeDefault), yn(RateDefault), yn(RateITDefault),
-                 yn(AddlRateDefault), yn(AutoDepr), yn(AddlDepOn), yn(TotESA)});
+                 yn(AddlRateDefault), yn(AutoDepr), yn(AddlDepOn), yn(TotESA), yn(PartDed)});
 }
 
 AdditionOpts AdditionOpts::parse(std::string_view oth_opts) {
@@ -134,12 +135,13 @@ AdditionOpts AdditionOpts::parse(std::string_view oth_opts) {
     read_flag(v, 5, a.RateITDefault);
     read_flag(v, 6, a.AddlDep);
     read_flag(v, 7, a.AutoDepr);
+    read_flag(v, 8, a.PartDed);
     return a;
 }
 
 std::string AdditionOpts::compose() const {
     return join({MOD, RndAddRtAuto, yn(ResDefault), yn(LifeDefault), yn(RateDefault), yn(RateITDefault), yn(AddlDep),
-                 yn(AutoDepr)});
+                 yn(AutoDepr), yn(PartDed)});
 }
 
 std::string effective_method(std::string_view own, const RegisterOptions& common) {

@@ -57,6 +57,7 @@ struct OpeningOpts {
     bool AutoDepr = true;      // chkAutoCalcDeprCL
     bool AddlDepOn = false;    // the tick of the remaining half of additional depreciation
     bool TotESA = false;       // chkTotESA ("Gross")
+    bool PartDed = false;      // the sale/deduction leaves the asset held (a partial deduction)
 
     static OpeningOpts parse(std::string_view oth_opts);
     std::string compose() const;
@@ -73,6 +74,7 @@ struct AdditionOpts {
     bool RateITDefault = true;
     bool AddlDep = false;  // "Tick If Additional Depreciation Applicable"
     bool AutoDepr = true;
+    bool PartDed = false;  // the sale/deduction leaves the asset held (a partial deduction)
 
     static AdditionOpts parse(std::string_view oth_opts);
     std::string compose() const;

@@ -69,6 +69,7 @@ store::OpeningRow frmNewFATR::opening_row() const {
     opts.AutoDepr = chkAutoCalcDeprCL.Value;
     opts.AddlDepOn = chkfieldsO[O_AddlDepOn].Value;
     opts.TotESA = chkTotESA.Value;
+    opts.PartDed = chkPartDed.Value;
     o.OthOpts = opts.compose();
     const auto put = Date::parse(txtfieldsO[O_PutDate].text());
     o.PutDate = put ? put->text() : "";
@@ -110,6 +111,7 @@ store::AdditionRow frmNewFATR::addition_row() const {
     opts.RateITDefault = chkfieldsA[A_RateIT].Value;
     opts.AddlDep = chkfieldsA[A_AddlDepRT].Value;
     opts.AutoDepr = chkAutoCalcDeprCL.Value;
+    opts.PartDed = chkPartDed.Value;
     a.OthOpts = opts.compose();
     return a;
 }

@@ -498,6 +498,9 @@ QWidget* RegisterWindow::build_sale_frame() {
         bind_leave(txtfieldsD_[i], [this, i] { return screen_->txtfieldsD_Validate(i); });
         form->addRow(q(screen_->lblfieldsD[i]), txtfieldsD_[i]);
     }
+    chkPartDed_ = new QCheckBox(q(screen_->chkPartDed.Caption), sale);
+    connect(chkPartDed_, &QCheckBox::clicked, this, [this] { run([&] { screen_->chkPartDed_Click(); }); });
+    form->addRow(chkPartDed_);
     outer->addWidget(sale);
     auto* shifts = new QGroupBox("Extra Shift", box);
     auto* shift_layout = new QVBoxLayout(shifts);
@@ -642,6 +645,7 @@ void RegisterWindow::refresh() {
     show(txtTotESA_, sc.txtTotESA, sc.chkTotESA.Value);
     vsESA_->setEnabled(!sc.chkTotESA.Value);
     chkAutoCalcDeprCL_->setChecked(sc.chkAutoCalcDeprCL.Value);
+    chkPartDed_->setChecked(sc.chkPartDed.Value);
     show(txtAutoCalcDeprCL_, sc.txtAutoCalcDeprCL, !sc.chkAutoCalcDeprCL.Value);
 
     // A refused update sends the person back to the field it names.

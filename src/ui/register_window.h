@@ -122,6 +122,7 @@ private:
     QLabel* lblShiftDays_ = nullptr;
     QLabel* lblDaysDeprCL_ = nullptr;
     QCheckBox* chkAutoCalcDeprCL_ = nullptr;
+    QCheckBox* chkPartDed_ = nullptr;
     VTxtEdit* txtAutoCalcDeprCL_ = nullptr;
     QPlainTextEdit* calculation_ = nullptr;
     int vsESA_row_ = -1;
