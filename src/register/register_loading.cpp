@@ -136,7 +136,7 @@ bool frmNewFATR::Form_Load() {
         set_up_grids();
         fill_group_picker();
         refresh_common_texts();
-        if (!old_chart_ && !store_->has_entries()) CarryForward();
+        if (OfferCarryForward && !old_chart_ && !store_->has_entries()) CarryForward();
         fill_filter();
         LoadRegister();
     });
