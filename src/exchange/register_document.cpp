@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 
 #include "controls/vb_date.h"
+#include "register/entry_rules.h"
 #include "store/register_bulk.h"
 #include "store/register_store.h"
 
@@ -154,6 +155,25 @@ const Json& table_of(const Json& doc, const char* name, std::vector<std::string>
     return *it;
 }
 
+std::string fy_text(long year) {
+    return std::to_string(year - 1) + "-" + std::to_string(100 + year % 100).substr(1);
+}
+
+// The findings of one entry as the import's error lines: everything up to the first
+// refusal, and a question too unless the person answered Yes beforehand.
+void report_findings(const std::vector<reg::Finding>& findings, reg::EntrySide side, const std::string& where,
+                     bool yes, std::vector<std::string>& errors) {
+    for (const auto& f : findings) {
+        if (f.kind == reg::FindingKind::Notice) continue;
+        if (f.kind == reg::FindingKind::Question && yes) continue;
+        std::string message = f.message;
+        for (std::size_t p; (p = message.find("\n\n")) != std::string::npos;) message.replace(p, 2, " ");
+        if (f.kind == reg::FindingKind::Question) message += " (answered No; --yes answers Yes)";
+        errors.push_back(where + ", field " + reg::column_of(f.field, side) + ": " + message);
+        return;
+    }
+}
+
 }  // namespace
 
 std::string export_register(store::Database& db, const std::string& code, int year) {
@@ -222,6 +242,7 @@ ImportResult import_register(store::Database& db, const std::string& code, int y
     auto group_known = [&](long id) { return doc_groups.count(id) > 0 || existing_ids.count(id) > 0; };
 
     std::vector<store::OpeningRow> openings;
+    std::vector<bool> opening_read;  // the row's columns read cleanly
     const Json& o_rows = table_of(doc, "NewFATRo", errors);
     for (std::size_t i = 0; i < o_rows.size(); ++i) {
         RowReader r(o_rows[i], "NewFATRo", i, kOpeningFields, errors);
@@ -251,9 +272,11 @@ ImportResult import_register(store::Database& db, const std::string& code, int y
         o.AddlDepOn = r.number("AddlDepOn");
         if (o.Part.empty()) r.fail("Part", "the particulars are empty");
         if (!group_known(o.IdFAGM)) r.fail("IdFAGM", "no asset group " + std::to_string(o.IdFAGM));
+        opening_read.push_back(r.ok());
         openings.push_back(std::move(o));
     }
     std::vector<store::AdditionRow> additions;
+    std::vector<bool> addition_read;
     const Json& a_rows = table_of(doc, "NewFATRa", errors);
     for (std::size_t i = 0; i < a_rows.size(); ++i) {
         RowReader r(a_rows[i], "NewFATRa", i, kAdditionFields, errors);
@@ -281,6 +304,7 @@ ImportResult import_register(store::Database& db, const std::string& code, int y
         a.OthOpts = r.text("OthOpts");
         if (a.Part.empty()) r.fail("Part", "the particulars are empty");
         if (!group_known(a.IdFAGM)) r.fail("IdFAGM", "no asset group " + std::to_string(a.IdFAGM));
+        addition_read.push_back(r.ok());
         additions.push_back(std::move(a));
     }
     std::optional<std::string> misc_inf;
@@ -292,6 +316,47 @@ ImportResult import_register(store::Database& db, const std::string& code, int y
         const std::string mi = r.text("MiscInf");
         if (i > 0) r.fail("", "a client's year has one options row");
         if (r.ok()) misc_inf = mi;
+    }
+
+    // Dates are not rewritten: another year's register is taken only when asked for.
+    if (const auto y = doc.find("year"); y != doc.end() && y->is_number_integer() && y->get<long>() != year &&
+                                         !options.yes)
+        errors.push_back("The document is the register of F.Y. " + fy_text(y->get<long>()) + ", not of F.Y. " +
+                         fy_text(year) + "; its dates are not rewritten (--yes imports it all the same)");
+
+    // Every entry through the register's own rules, as the screen would check it.
+    {
+        reg::EntryContext base_ctx;
+        base_ctx.year = year;
+        base_ctx.options = reg::RegisterOptions::parse(misc_inf ? *misc_inf : reg.options_row().value_or(""));
+        std::map<long, const store::AssetGroupRow*> group_rows;
+        const auto target_groups = reg.asset_groups();
+        for (const auto& g : target_groups) group_rows[g.SrNoFAGM] = &g;
+        for (const auto& [id, g] : doc_groups) group_rows[id] = &g;
+        std::map<std::string, bool> nesd;  // BlockIdCL -> no extra shift
+        const auto context_of = [&](long group) {
+            reg::EntryContext ctx = base_ctx;
+            const auto g = group_rows.find(group);
+            ctx.group_known = g != group_rows.end();
+            if (ctx.group_known) {
+                const std::string& cl = g->second->BlockIdCL;
+                if (!nesd.count(cl)) nesd[cl] = !cl.empty() && reg.nesd_of(cl) == "Y";
+                ctx.nesd = nesd[cl];
+            }
+            return ctx;
+        };
+        for (std::size_t i = 0; i < openings.size(); ++i) {
+            if (!opening_read[i]) continue;
+            const auto& o = openings[i];
+            report_findings(reg::row_findings(reg::draft_of(o), context_of(o.IdFAGM), o.ShiftDet, o.DetESA),
+                            reg::EntrySide::Opening, "NewFATRo row " + std::to_string(i + 1), options.yes, errors);
+        }
+        for (std::size_t i = 0; i < additions.size(); ++i) {
+            if (!addition_read[i]) continue;
+            const auto& a = additions[i];
+            report_findings(reg::row_findings(reg::draft_of(a), context_of(a.IdFAGM), a.ShiftDet, ""),
+                            reg::EntrySide::Addition, "NewFATRa row " + std::to_string(i + 1), options.yes, errors);
+        }
     }
     if (!errors.empty()) return result;
 

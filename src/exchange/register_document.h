@@ -8,8 +8,9 @@
 //     "NewFATRo": [ {"Code_No": "C001", "SrNoFATR": 1, "IdFAGM": 1, ...}, ... ],
 //     "NewFATRa": [ ... ], "NewFAMI": [ {"Code_No": "C001", "Yr": 2025, "MiscInf": "..."} ] }
 //
-// Import checks every row before writing anything; an error names the table, the
-// row (counted from 1) and the field.
+// Import checks every row before writing anything, with the register's own entry
+// rules in their order (the same messages the screen shows); an error names the
+// table, the row (counted from 1) and the field.
 
 #include <string>
 #include <vector>
@@ -23,6 +24,9 @@ std::string export_register(store::Database& db, const std::string& code, int ye
 
 struct ImportOptions {
     bool replace = false;  // delete the client's entries and options of the year first
+    // Answers Yes to the entry rules' questions ("Continue ?") and takes a document of
+    // another year; without it each of those refuses the import.
+    bool yes = false;
 };
 
 struct ImportResult {

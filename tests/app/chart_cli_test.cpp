@@ -154,7 +154,7 @@ TEST_P(ChartCli, ARegisterDocumentComesBackUnchangedThroughExportAndImport) {
     auto r = register_io("export", {file, "--client", "DEMO01", "--year", "2025"});
     ASSERT_EQ(r.code, 0) << r.err;
     const std::string exported = slurp(file);
-    r = register_io("import", {file, "--client", "DEMO01", "--year", "2025", "--replace"});
+    r = register_io("import", {file, "--client", "DEMO01", "--year", "2025", "--replace", "--yes"});
     ASSERT_EQ(r.code, 0) << r.err;
     const auto again = (dir_ / "again.json").string();
     r = register_io("export", {again, "--client", "DEMO01", "--year", "2025"});
@@ -167,7 +167,7 @@ TEST_P(ChartCli, AnImportWithErrorsNamesThemAndWritesNothing) {
     std::ofstream(file)
         << R"({"format":"brenlow-register","version":1,"NewFAGM":[],"NewFATRo":[{"IdFAGM":"x"}]})";
     const auto before = chart({"--books", "--json"});
-    const auto r = register_io("import", {file, "--client", "DEMO01", "--year", "2025", "--replace"});
+    const auto r = register_io("import", {file, "--client", "DEMO01", "--year", "2025", "--replace", "--yes"});
     EXPECT_EQ(r.code, 1);
     EXPECT_NE(r.err.find("NewFATRo"), std::string::npos) << r.err;
     EXPECT_EQ(chart({"--books", "--json"}).out, before.out);

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include <nlohmann/json.hpp>
 
 #include "store/client_store.h"
@@ -38,13 +40,14 @@ protected:
         o[0].WdvIT = 85000.5;
         o[0].RateIT = 15;
         o[0].PutDate = "15/06/2010";
-        o[0].OthOpts = "0|COST|WDV|Y";
+        o[0].OthOpts = "0|COST|WDV|";
         o[1].IdFAGM = f;
         o[1].Part = "TABLES";
         o[1].CostWdv = 5000;
         o[1].SaleDate = "10/10/2024";
         o[1].SaleAmt = 7000;
-        o[1].DetESA = "OLD CHAIR¦1000¦01/05/2024¦500¦0¦500|";
+        o[1].WdvIT = 4000;
+        o[1].DetESA = "OLD CHAIR¦1000¦01/05/2023¦1500¦500¦500|";
         store::insert_openings(db(), "C001", 2025, o);
         std::vector<store::AdditionRow> a(1);
         a[0].IdFAGM = p;
@@ -71,7 +74,16 @@ TEST_P(RegisterDocumentTest, ARegisterRoundTripsThroughExportAndImportUnchanged)
     // Keys in the tables' column order.
     EXPECT_EQ(doc["NewFATRo"][0].begin().key(), "Code_No");
 
-    const auto result = import_register(db(), "C001", 2025, first, {.replace = true});
+    // The lathe was put to use before 01/04/2014 with no carrying-amount year: a
+    // question the person answered Yes when it was entered, and answers again here.
+    const auto asked = import_register(db(), "C001", 2025, first, {.replace = true});
+    ASSERT_EQ(asked.errors.size(), 1u);
+    EXPECT_EQ(asked.errors[0],
+              "NewFATRo row 1, field YrCalcCA: 'For Calculation of Carrying Amount, Consider Depreciation Upto "
+              "31/03/' Year should be selected as Date of Put to Use '15/06/2010' is prior to '01/04/2014' ! "
+              "Continue ? (answered No; --yes answers Yes)");
+    EXPECT_EQ(export_register(db(), "C001", 2025), first);
+    const auto result = import_register(db(), "C001", 2025, first, {.replace = true, .yes = true});
     ASSERT_TRUE(result.errors.empty()) << result.errors.front();
     EXPECT_EQ(result.groups_matched, 2);
     EXPECT_EQ(result.groups_created, 0);
@@ -80,25 +92,47 @@ TEST_P(RegisterDocumentTest, ARegisterRoundTripsThroughExportAndImportUnchanged)
     EXPECT_EQ(export_register(db(), "C001", 2025), first);
 }
 
-TEST_P(RegisterDocumentTest, ImportIntoAnotherClientCreatesMissingGroupsAndNewSerials) {
+TEST_P(RegisterDocumentTest, ImportIntoAnotherClientMatchesOrCreatesGroupsAndTakesNewSerials) {
     fill();
-    const std::string doc = export_register(db(), "C001", 2025);
-    store::create_client_year(db(), "C002", 2026, "OTHER", 1);
-    const auto result = import_register(db(), "C002", 2026, doc, {});
+    auto doc = Json::parse(export_register(db(), "C001", 2025));
+    doc["NewFAGM"][1]["Part"] = "OFFICE FURNITURE";
+    store::create_client_year(db(), "C002", 2025, "OTHER", 1);
+    const auto result = import_register(db(), "C002", 2025, doc.dump(), {.yes = true});
     ASSERT_TRUE(result.errors.empty()) << result.errors.front();
-    EXPECT_EQ(result.groups_created, 2);
+    EXPECT_EQ(result.groups_matched, 1);
+    EXPECT_EQ(result.groups_created, 1);
     // Importing again without --replace adds after the client's largest serial.
-    import_register(db(), "C002", 2026, doc, {});
-    store::RegisterStore reg(db(), "C002", 2026);
+    import_register(db(), "C002", 2025, doc.dump(), {.yes = true});
+    store::RegisterStore reg(db(), "C002", 2025);
     const auto rows = reg.opening_entries();
     ASSERT_EQ(rows.size(), 4u);
     EXPECT_EQ(rows[3].SrNoFATR, 4);
     const auto groups = reg.asset_groups();
-    ASSERT_EQ(groups.size(), 2u);
-    // Entries point at the new year's groups, not at the document's numbers.
-    for (const auto& r : rows)
-        EXPECT_TRUE(r.IdFAGM == groups[0].SrNoFAGM || r.IdFAGM == groups[1].SrNoFAGM) << r.IdFAGM;
-    for (const auto& g : groups) EXPECT_EQ(g.Yr, 2026);
+    ASSERT_EQ(groups.size(), 3u);
+    // Entries point at the year's groups by name, not at the document's numbers.
+    const auto furniture = std::find_if(groups.begin(), groups.end(), [](auto& g) { return g.Part == "OFFICE FURNITURE"; });
+    ASSERT_NE(furniture, groups.end());
+    EXPECT_EQ(rows[1].IdFAGM, furniture->SrNoFAGM);
+    EXPECT_EQ(rows[3].IdFAGM, furniture->SrNoFAGM);
+}
+
+TEST_P(RegisterDocumentTest, AnotherYearsRegisterIsRefusedAndItsRowsFailTheEntryRules) {
+    fill();
+    const std::string doc = export_register(db(), "C001", 2025);
+    store::create_client_year(db(), "C001", 2026, "ACME", 3);
+    auto result = import_register(db(), "C001", 2026, doc, {});
+    ASSERT_FALSE(result.errors.empty());
+    EXPECT_EQ(result.errors[0], "The document is the register of F.Y. 2024-25, not of F.Y. 2025-26; its dates are "
+                                "not rewritten (--yes imports it all the same)");
+    // Told to go on, last year's addition and sale are still not this year's.
+    result = import_register(db(), "C001", 2026, doc, {.yes = true});
+    ASSERT_EQ(result.errors.size(), 2u);
+    EXPECT_EQ(result.errors[0], "NewFATRo row 2, field SaleDate: Please specify valid 'Date of Sale/Deduction' "
+                                "between 01/04/2025 and 31/03/2026 !");
+    // The addition's shift rows are checked as they are entered, before its dates on update.
+    EXPECT_EQ(result.errors[1],
+              "NewFATRa row 1, field ShiftDet: 'From Date' should be between 01/04/2025 and 31/03/2026 !");
+    EXPECT_TRUE(store::RegisterStore(db(), "C001", 2026).opening_entries().empty());
 }
 
 TEST_P(RegisterDocumentTest, EveryBadRowIsNamedAndNothingIsWritten) {

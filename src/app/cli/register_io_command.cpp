@@ -41,8 +41,8 @@ int export_register(Context& ctx, const std::vector<std::string>& args) {
 }
 
 int import_register(Context& ctx, const std::vector<std::string>& args) {
-    const Options opt(args, {"replace"});
-    opt.reject_unknown({"client", "year", "replace"});
+    const Options opt(args, {"replace", "yes"});
+    opt.reject_unknown({"client", "year", "replace", "yes"});
     const auto t = target_of(ctx, opt, "import");
     std::ifstream f(t.file, std::ios::binary);
     if (!f) throw std::runtime_error("cannot read " + t.file);
@@ -50,6 +50,7 @@ int import_register(Context& ctx, const std::vector<std::string>& args) {
     text << f.rdbuf();
     exchange::ImportOptions options;
     options.replace = opt.has("replace");
+    options.yes = opt.has("yes");
     const auto r = exchange::import_register(ctx.base().dbobj(), t.code, t.year, text.str(), options);
     if (!r.errors.empty()) {
         for (const auto& e : r.errors) ctx.err << e << "\n";
