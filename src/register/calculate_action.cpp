@@ -1,5 +1,6 @@
 #include "register/chart_report.h"
 #include "register/frm_new_fatr.h"
+#include "register/regime_action.h"
 #include "store/chart_store.h"
 #include "depreciation/regime_check.h"
 
@@ -54,15 +55,31 @@ void frmNewFATR::cmdDeprCalc_Click() {
     });
 }
 
-void frmNewFATR::CheckConcessionalRegime(bool hand_edited) {
-    auto& base = *comp_.base;
-    auto& db = base.dbobj();
+depreciation::RegimeDecision concessional_regime_decision(TarrowBase::ClsMain& base, const std::string& code,
+                                                          int year, bool hand_edited) {
     const depreciation::RegimeFlags flags{base.vFlagCompDom115BA(), base.vFlagIndHUF115BAC(),
                                           base.vFlagCopSoc115BAD(), base.vFlagCopSoc115BAE()};
     const auto table = hand_edited ? store::ChartTable::DeprChart : store::ChartTable::TmpDepChart;
-    const auto decision = depreciation::concessional_regime_check(
-        year_, assessee_status(base.vStatus_Read()), flags,
-        store::additional_in_stored_chart(db, table, code_, year_), hand_edited);
+    return depreciation::concessional_regime_check(year, assessee_status(base.vStatus_Read()), flags,
+                                                   store::additional_in_stored_chart(base.dbobj(), table, code, year),
+                                                   hand_edited);
+}
+
+void remove_additional_depreciation(TarrowBase::ClsMain& base, const std::string& code, int year, bool hand_edited) {
+    auto& db = base.dbobj();
+    const auto table = hand_edited ? store::ChartTable::DeprChart : store::ChartTable::TmpDepChart;
+    // The removal is an edit of the chart by hand: the chart without its additional
+    // depreciation becomes the hand-edited chart of the year, and the return forms
+    // read it from now on.
+    auto rows = without_additional_depreciation(store::read_chart(db, table, code, year));
+    store::rewrite_hand_edited_chart(db, code, year, rows);
+    base.SetMiscOthInf("MANDEP", "1", base.SecondDate(), code, "chart edited by hand");
+    store::copy_hand_edited_chart(db, code, year);
+}
+
+void frmNewFATR::CheckConcessionalRegime(bool hand_edited) {
+    auto& base = *comp_.base;
+    const auto decision = concessional_regime_decision(base, code_, year_, hand_edited);
     if (!decision.refused) return;
     ui_.info(decision.message);
     if (!decision.gate_message.empty()) {
@@ -70,13 +87,7 @@ void frmNewFATR::CheckConcessionalRegime(bool hand_edited) {
         return;
     }
     if (decision.question.empty() || !ui_.ask_yes_no(decision.question, MsgIcon::question, false)) return;
-    // The removal is an edit of the chart by hand: the chart without its additional
-    // depreciation becomes the hand-edited chart of the year, and the return forms
-    // read it from now on.
-    auto rows = without_additional_depreciation(store::read_chart(db, table, code_, year_));
-    store::rewrite_hand_edited_chart(db, code_, year_, rows);
-    base.SetMiscOthInf("MANDEP", "1", base.SecondDate(), code_, "chart edited by hand");
-    store::copy_hand_edited_chart(db, code_, year_);
+    remove_additional_depreciation(base, code_, year_, hand_edited);
 }
 
 }  // namespace brenlow::reg

@@ -5,8 +5,10 @@
 
 #include "app/cli/commands.h"
 #include "app/cli/options.h"
+#include "controls/cli_ui.h"
 #include "register/calculation.h"
 #include "register/chart_report.h"
+#include "register/regime_action.h"
 #include "suite/report.h"
 
 namespace brenlow::cli {
@@ -87,11 +89,30 @@ void show_warnings(Context& ctx, const reg::CalculationResult& run) {
         if (w.show) ctx.err << w.text << "\n";
 }
 
+// Additional depreciation under a concessional regime: the refusal on standard error,
+// then its question, answered by --yes (removed from the chart) or --no (kept). True
+// when the chart was changed.
+bool concessional_regime(Context& ctx, const Options& opt, const reg::CalculationResult& run) {
+    const auto decision = reg::concessional_regime_decision(ctx.base(), run.code, run.year, run.chart_hand_edited);
+    if (!decision.refused) return false;
+    ctx.err << decision.message << "\n";
+    if (!decision.gate_message.empty()) {
+        ctx.err << decision.gate_message << "\n";
+        return false;
+    }
+    if (decision.question.empty() || opt.has("no")) return false;
+    if (!opt.has("yes")) throw QuestionUnanswered(decision.question);
+    reg::remove_additional_depreciation(ctx.base(), run.code, run.year, run.chart_hand_edited);
+    ctx.err << "Additional depreciation was removed; the chart without it is the hand-edited chart of the year.\n";
+    return true;
+}
+
 }  // namespace
 
 int chart_command(Context& ctx, const std::vector<std::string>& args) {
-    const Options opt(args, {"it", "books", "json"});
-    opt.reject_unknown({"client", "year", "it", "books", "json", "pdf"});
+    const Options opt(args, {"it", "books", "json", "yes", "no"});
+    opt.reject_unknown({"client", "year", "it", "books", "json", "pdf", "yes", "no"});
+    if (opt.has("yes") && opt.has("no")) throw UsageError("--yes and --no do not go together.");
     const std::string code = opt.require("client");
     const int year = opt.require_int("year", 1990, 2099);
     if (opt.has("it") == opt.has("books")) throw UsageError("choose one chart: --it or --books.");
@@ -103,10 +124,14 @@ int chart_command(Context& ctx, const std::vector<std::string>& args) {
     options.keep_entries = false;
     // The text form follows the income-tax chart with its block-wise summary.
     options.sheets = it && !opt.has("json") && !opt.has("pdf");
-    const auto run = reg::run_calculation(ctx.base().dbobj(), code, year,
-                                          it ? reg::Mode::DEP_IT : reg::Mode::DEP_FA, true, options);
+    auto run = reg::run_calculation(ctx.base().dbobj(), code, year, it ? reg::Mode::DEP_IT : reg::Mode::DEP_FA,
+                                    true, options);
     show_warnings(ctx, run);
     if (run.no_assets) return 1;
+    if (it && concessional_regime(ctx, opt, run)) {
+        // The chart now read is the hand-edited one without additional depreciation.
+        run = reg::run_calculation(ctx.base().dbobj(), code, year, reg::Mode::DEP_IT, false, options);
+    }
 
     if (opt.has("json")) {
         ctx.out << (it ? income_tax_json(run) : books_json(run)).dump(2) << "\n";

@@ -1,13 +1,56 @@
 #include "app/cli/commands.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "app/cli/options.h"
 #include "store/client_store.h"
 
 namespace brenlow::cli {
+namespace {
+
+// The concessional sections an assessee may have opted for, under the keys the base
+// services read them from ("REGIME" and the section).
+struct Regime {
+    const char* key;
+    const char* description;
+};
+constexpr Regime kRegimes[] = {
+    {"115BA", "Domestic company taxed u/s 115BA/115BAA/115BAB"},
+    {"115BAC", "Individual or HUF (or other person) taxed u/s 115BAC"},
+    {"115BAD", "Co-operative society taxed u/s 115BAD"},
+    {"115BAE", "Co-operative society taxed u/s 115BAE"},
+};
+
+// "--regime 115BAA,115BAC" or "none": every flag is written, the named ones set.
+void record_regimes(Context& ctx, const std::string& code, const std::string& list) {
+    std::vector<std::string> chosen;
+    std::size_t start = 0;
+    while (start <= list.size()) {
+        const auto end = std::min(list.find(',', start), list.size());
+        std::string item = list.substr(start, end - start);
+        // 115BAA and 115BAB go with 115BA: one flag for the three company sections.
+        if (item == "115BAA" || item == "115BAB") item = "115BA";
+        const bool known = item == "none" || std::any_of(std::begin(kRegimes), std::end(kRegimes),
+                                                         [&](const Regime& r) { return item == r.key; });
+        if (!known)
+            throw UsageError("--regime takes 115BA, 115BAA, 115BAB, 115BAC, 115BAD, 115BAE (comma-separated) or none; "
+                             "found \"" + item + "\".");
+        if (item != "none") chosen.push_back(item);
+        start = end + 1;
+    }
+    auto& base = ctx.base();
+    for (const auto& r : kRegimes) {
+        const bool on = std::find(chosen.begin(), chosen.end(), r.key) != chosen.end();
+        base.SetMiscOthInf(std::string("REGIME") + r.key, on ? "1" : "0", base.SecondDate(), code, r.description);
+    }
+}
+
+}  // namespace
 
 int init_command(Context& ctx, const std::vector<std::string>& args) {
     const Options opt(args, {});
-    opt.reject_unknown({"client", "year", "name", "status"});
+    opt.reject_unknown({"client", "year", "name", "status", "regime"});
     const std::string code = opt.require("client");
     const int year = opt.require_int("year", 1990, 2099);
     const std::string name = opt.get("name").value_or("");
@@ -34,7 +77,19 @@ int init_command(Context& ctx, const std::vector<std::string>& args) {
     const auto counts = store::year_master_counts(db, year);
     ctx.out << "  NewITBM rows for " << year << ": " << counts.it_blocks << ", NewCLBM rows for " << year << ": "
             << counts.cl_rows << "\n";
-    if (!created.master_row_created && created.tables_created.empty()) ctx.out << "Nothing to create.\n";
+    if (const auto regime = opt.get("regime")) {
+        record_regimes(ctx, cy.code_no, *regime);
+        ctx.out << "  concessional regime:";
+        bool any = false;
+        for (const auto& r : kRegimes)
+            if (base.GetMiscOthInf(std::string("REGIME") + r.key, base.SecondDate(), cy.code_no) == "1") {
+                ctx.out << ' ' << r.key;
+                any = true;
+            }
+        ctx.out << (any ? "\n" : " none\n");
+    } else if (!created.master_row_created && created.tables_created.empty()) {
+        ctx.out << "Nothing to create.\n";
+    }
     return 0;
 }
 

@@ -10,8 +10,11 @@
 #include "app/cli/commands.h"
 #include "app/cli/options.h"
 #include "controls/cli_ui.h"
+#include "controls/number_format.h"
 #include "frame/component.h"
+#include "register/carry_forward.h"
 #include "register/frm_new_fatr.h"
+#include "store/register_store.h"
 
 namespace brenlow::cli {
 namespace {
@@ -26,18 +29,25 @@ constexpr const char* kHelp =
     "       brenlow register edit --opening|--addition --serial N --client CODE --year YYYY [fields] [--yes]\n"
     "       brenlow register delete --opening|--addition (--serial N | --all [--group ID]) --client CODE\n"
     "                       --year YYYY [--yes]\n"
-    "       brenlow register export|import FILE --client CODE --year YYYY\n"
+    "       brenlow register carry-forward --client CODE --year YYYY [--yes-40] [--yes]\n"
+    "       brenlow register export FILE --client CODE --year YYYY\n"
+    "       brenlow register import FILE --client CODE --year YYYY [--replace] [--yes]\n"
     "\n"
     "Fields (amounts in rupees, dates dd/mm/yyyy):\n"
     "  both sides:  --put-date D --residual N --life YEARS --rate R --rate-it R --method WDV|SLM\n"
-    "               --sale-date D --sale-amount N --sale-expenses N --depreciation N (typed, not calculated)\n"
+    "               --sale-date D --sale-amount N --sale-expenses N --partial (the deduction leaves the asset held)\n"
+    "               --depreciation N (typed, not calculated)\n"
     "  opening:     --cost N --dep-to-date N --wdv-it N --addl-rate R --calc-ca-year YYYY --dep-calc-ca N\n"
     "               --basis COST|CA --it-state other|not-exist|nil-wdv\n"
     "  addition:    --acc-date D --cost N --excise N --currency-diff N --subsidy N --addl-dep\n"
     "  A residual value, life or rate given is typed in; left out, the group's default or the\n"
     "  auto-calculated figure is taken.\n"
     "\n"
-    "A question the options do not answer stops the command (exit code 2); --yes answers Yes.\n";
+    "A question the options do not answer stops the command (exit code 2); --yes answers Yes.\n"
+    "\n"
+    "carry-forward opens YYYY (which must have no entries) with the assets of YYYY-1 still held at its\n"
+    "end, at last year's closing figures. Rates above 40% are kept unless --yes-40 (or --yes) answers\n"
+    "the questions about bringing them down to 40%.\n";
 
 // A question is answered Yes with --yes; without it the screen hears No (so it
 // stops without writing) and the command then stops at that question.
@@ -72,6 +82,8 @@ std::unique_ptr<Session> open(Context& ctx, const Options& opt) {
     s->component.log.set_exe_path(Context::exe_dir());
     s->ui = std::make_unique<RegisterUi>(ctx.err, opt.has("yes"));
     s->screen = std::make_unique<S>(s->component, *s->ui);
+    // Carrying last year forward is a command of its own; nothing else here writes it.
+    s->screen->OfferCarryForward = false;
     const bool loaded = s->screen->Form_Load();
     if (s->ui->unanswered()) throw QuestionUnanswered(*s->ui->unanswered());
     if (!loaded) throw std::runtime_error("the register could not be opened; see " + s->component.log.path());
@@ -148,6 +160,12 @@ int list(Context& ctx, const Options& opt) {
     opt.reject_unknown({"client", "year", "group", "json", "yes"});
     auto s = open(ctx, opt);
     auto& scr = *s->screen;
+    if (!scr.OldChart() && scr.vsO.data_rows() == 0 && scr.vsA.data_rows() == 0 && !opt.has("group")) {
+        store::RegisterStore prev(ctx.base().dbobj(), scr.Code(), scr.Year() - 1);
+        if (prev.tables_exist() && !prev.has_old_chart_marker() && prev.has_entries())
+            ctx.err << "The register of F.Y. " << fy_text(scr.Year()) << " is empty; brenlow register carry-forward --client "
+                    << scr.Code() << " --year " << scr.Year() << " can bring last year's assets.\n";
+    }
     if (opt.has("json")) {
         ctx.out << "{\"client\": " << json_text(scr.Code()) << ", \"year\": " << scr.Year()
                 << ", \"old_chart\": " << (scr.OldChart() ? "true" : "false") << ",\n\"opening\": ";
@@ -220,6 +238,7 @@ bool fill(S& s, const Options& opt, bool opening) {
         type(s.txtfieldsD[i], nullptr, opt.get(name));
         ok = ok && s.txtfieldsD_Validate(i);
     }
+    if (opt.has("partial") != s.chkPartDed.Value) s.chkPartDed_Click();
     if (const auto d = opt.get("depreciation")) {
         if (s.chkAutoCalcDeprCL.Value) s.chkAutoCalcDeprCL_Click();
         s.txtAutoCalcDeprCL.set_text(*d);
@@ -231,7 +250,7 @@ const std::set<std::string> kFieldOptions = {
     "client", "year", "group", "part", "put-date", "acc-date", "cost", "dep-to-date", "residual", "life", "rate",
     "wdv-it", "rate-it", "addl-rate", "calc-ca-year", "dep-calc-ca", "basis", "it-state", "excise", "currency-diff",
     "subsidy", "addl-dep", "method", "sale-date", "sale-amount", "sale-expenses", "depreciation", "yes", "opening",
-    "addition", "serial"};
+    "addition", "serial", "partial"};
 
 // Selects the grid row of a serial; false when the shown register has none.
 bool select_serial(S& s, bool opening, long serial) {
@@ -302,6 +321,48 @@ int remove(Context& ctx, const Options& opt) {
     return rc;
 }
 
+bool is_company(int status) { return status == 3 || status == 4; }
+
+// Opens the year with last year's assets still held, at last year's closing figures.
+int carry_forward(Context& ctx, const Options& opt) {
+    opt.reject_unknown({"client", "year", "yes", "yes-40"});
+    const std::string code = opt.require("client");
+    const int year = opt.require_int("year", 1991, 2099);
+    auto& base = ctx.base();
+    if (!base.select_client_year(code, year))
+        throw UsageError("Client " + code + " has no financial year " + fy_text(year) + " (create it with brenlow init).");
+    auto& db = base.dbobj();
+    store::RegisterStore reg(db, code, year);
+    reg.ensure_tables();
+    if (reg.has_old_chart_marker())
+        throw UsageError("F.Y. " + fy_text(year) + " keeps the old depreciation chart; nothing was carried forward.");
+    if (reg.has_entries())
+        throw UsageError("F.Y. " + fy_text(year) + " already has entries; nothing was carried forward.");
+    const auto plan = reg::plan_carry_forward(db, code, year);
+    if (plan.openings.empty()) {
+        ctx.err << "brenlow register: nothing to carry forward into F.Y. " << fy_text(year) << ": " << plan.nothing_because
+                << ".\n";
+        return 1;
+    }
+    const bool yes_40 = opt.has("yes-40") || opt.has("yes");
+    reg::CarryForwardAnswers answers;
+    const auto answer = [&](bool asked, const char* question) {
+        if (!asked) return false;
+        ctx.err << question << (yes_40 ? " Yes\n" : " No (--yes-40 answers Yes)\n");
+        return yes_40;
+    };
+    answers.it_rate_to_40 = answer(plan.it_rate_over_40, reg::kItRate40Question);
+    answers.books_rate_to_40 = answer(plan.books_rate_over_40 && !is_company(base.TSTATUS()), reg::kBooksRate40Question);
+    const auto done = reg::apply_carry_forward(db, code, year, plan, answers);
+    ctx.out << "Carried forward " << done.entries << " assets of " << code << " from F.Y. " << fy_text(year - 1)
+            << " into F.Y. " << fy_text(year) << " (asset groups created: " << done.groups_created << ").\n";
+    for (const auto& b : plan.blocks)
+        ctx.out << "  Block " << b.block_id << " " << b.name << " @ " << format_mask(b.rate, "###0.00")
+                << "%: closing WDV " << format_mask(b.closing_wdv, "###0.00") << ", opened at "
+                << format_mask(b.carried_wdv, "###0.00") << " over " << b.assets << " assets\n";
+    return 0;
+}
+
 }  // namespace
 
 int register_command(Context& ctx, const std::vector<std::string>& args) {
@@ -312,7 +373,7 @@ int register_command(Context& ctx, const std::vector<std::string>& args) {
     const std::string sub = args[0];
     const std::vector<std::string> rest(args.begin() + 1, args.end());
     if (sub == "export" || sub == "import") return register_io_command(ctx, sub, rest);
-    const std::set<std::string> flags = {"json", "yes", "opening", "addition", "all", "addl-dep"};
+    const std::set<std::string> flags = {"json", "yes", "opening", "addition", "all", "addl-dep", "partial", "yes-40"};
     try {
         const Options opt(rest, flags);
         if (sub == "list") return list(ctx, opt);
@@ -320,6 +381,7 @@ int register_command(Context& ctx, const std::vector<std::string>& args) {
         if (sub == "add-addition") return add(ctx, opt, false);
         if (sub == "edit") return edit(ctx, opt);
         if (sub == "delete") return remove(ctx, opt);
+        if (sub == "carry-forward") return carry_forward(ctx, opt);
     } catch (const UsageError& e) {
         ctx.err << "brenlow register: " << e.what() << "\n";
         return 1;
