@@ -16,7 +16,7 @@
 #include "controls/vtxt.h"
 #include "frame/component.h"
 #include "frame/screen.h"
-#include "masters/screen_controls.h"
+#include "controls/screen_controls.h"
 #include "store/masters_store.h"
 
 namespace brenlow::masters {

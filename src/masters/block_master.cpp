@@ -32,7 +32,7 @@ void frmblockM::Form_Load() {
         vsf.set_col_width(kColNature, 28);
     }
     txtfields.set_MaxLength(50);
-    Combo1.list = IdTextList::parse(kNatureList);
+    Combo1.List = IdTextList::parse(kNatureList);
     // Only income-tax blocks sit under a nature of asset.
     Combo1.Visible = kind_ == store::kIncomeTaxBlock;
     lblUnderBlock.Caption = "Under Block";
@@ -125,7 +125,7 @@ void frmblockM::save() {
         ui_.info("Please specify Name of Block.");
         return;
     }
-    const int nature = kind_ == store::kIncomeTaxBlock ? static_cast<int>(field_number(Combo1.id())) : 0;
+    const int nature = kind_ == store::kIncomeTaxBlock ? static_cast<int>(field_number(Combo1.Id())) : 0;
     if (kind_ == store::kIncomeTaxBlock && nature == 0) {
         ui_.info("Please specify Under Block.");
         return;

@@ -12,7 +12,7 @@
 #include "controls/vtxt.h"
 #include "frame/component.h"
 #include "frame/screen.h"
-#include "masters/screen_controls.h"
+#include "controls/screen_controls.h"
 
 namespace brenlow::masters {
 

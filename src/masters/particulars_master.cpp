@@ -52,7 +52,7 @@ void frmfamaster::Form_Load() {
         txtfields[f].set_ValidateData(vTXT::kDecimal);
         txtfields[f].set_MaxLength(8);
     }
-    Combo1.list = IdTextList::parse(kMethodList);
+    Combo1.List = IdTextList::parse(kMethodList);
     load_choosers();
     load_grid(0);
     set_mode(Mode::browse);
@@ -62,8 +62,8 @@ void frmfamaster::load_choosers() {
     auto& db = c_.base->dbobj();
     Combo2.set_list(block_chooser(db, store::kBooksBlock));
     Combo3.set_list(block_chooser(db, store::kIncomeTaxBlock));
-    vsf.set_col_combo_list(kColBooksBlock, Combo2.list.compose());
-    vsf.set_col_combo_list(kColItBlock, Combo3.list.compose());
+    vsf.set_col_combo_list(kColBooksBlock, Combo2.List.compose());
+    vsf.set_col_combo_list(kColItBlock, Combo3.List.compose());
 }
 
 void frmfamaster::load_grid(long keep_id) {
@@ -171,11 +171,11 @@ void frmfamaster::save() {
         return;
     }
     auto& db = c_.base->dbobj();
-    p.method = Combo1.ListIndex < 0 ? "0" : Combo1.id();
+    p.method = Combo1.ListIndex < 0 ? "0" : Combo1.Id();
     p.rate_books = field_number(txtfields[kRateBooks].text());
     p.rate_it = field_number(txtfields[kRateIT].text());
-    p.books_block = static_cast<long>(field_number(Combo2.id()));
-    p.it_block = static_cast<long>(field_number(Combo3.id()));
+    p.books_block = static_cast<long>(field_number(Combo2.Id()));
+    p.it_block = static_cast<long>(field_number(Combo3.Id()));
     if (mode_ == Mode::adding) {
         p.id = store::next_particular_id(db, year_);
         store::insert_particular(db, p);

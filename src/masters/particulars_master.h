@@ -14,7 +14,7 @@
 #include "frame/component.h"
 #include "frame/screen.h"
 #include "masters/asset_group_master.h"
-#include "masters/screen_controls.h"
+#include "controls/screen_controls.h"
 
 namespace brenlow::masters {
 

@@ -33,8 +33,7 @@ std::vector<depreciation::ChartRow> without_additional_depreciation(std::vector<
 
 void frmNewFATR::cmdDeprCalc_Click() {
     frame::guarded(comp_.log, "frmNewFATR", "cmdDeprCalc_Click", [&] {
-        const auto mode = mode_from_name(DepMode);
-        if (!mode) return;
+        const std::optional<reg::Mode> mode = DepMode;
         auto run = std::make_shared<CalculationResult>(
             run_calculation(comp_.base->dbobj(), code_, year_, *mode, /*interactive=*/true));
         // Each warning comes once a run, and only because this run is interactive.

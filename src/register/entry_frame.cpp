@@ -133,7 +133,7 @@ void frmNewFATR::set_up_fields() {
 void frmNewFATR::refresh_common_texts() {
     lblfieldsO.assign(O_Count, std::string());
     for (int i = 0; i < O_Count; ++i)
-        lblfieldsO[i] = caption_of(kOpeningFields[i], EntrySide::Opening, year_, DepMode == "DEP_IT");
+        lblfieldsO[i] = caption_of(kOpeningFields[i], EntrySide::Opening, year_, written_down());
     const auto common = [](const std::string& id, const std::string& text, const std::string& option) {
         return id == option ? text + kCommon : text;
     };
@@ -159,6 +159,12 @@ void frmNewFATR::refresh_common_texts() {
     // worked from any 31/03 from 2014 up to the one before this year.
     for (int y = 2014; y <= year_ - 1; ++y) cboCalcCA.List.add(std::to_string(y), std::to_string(y));
     if (!cboCalcCA.select_id(year_kept)) cboCalcCA.ListIndex = 0;
+}
+
+void frmNewFATR::show_rate_ticks() {
+    const char* master = "Default (As per Fixed Asset Group Master)";
+    chkfieldsO[O_RateFACL].Caption = rate_auto_O_ ? "Auto Calculated" : master;
+    chkfieldsA[A_RateFACL].Caption = rate_auto_A_ ? "Auto Calculated" : master;
 }
 
 void frmNewFATR::clear_entry() {
@@ -187,6 +193,8 @@ void frmNewFATR::clear_entry() {
     lblMiscAdjA = lblNetAmtA = "0.00";
     lblDaysDeprCL = "0 Days";
     edit_serial_ = 0;
+    rate_auto_O_ = rate_auto_A_ = false;
+    show_rate_ticks();
     FocusSide = 0;
     FocusIndex = -1;
 }
@@ -243,10 +251,11 @@ void frmNewFATR::apply_group_defaults() {
         if (b.ID == g->BlockIdIT) it_block = b.Part;
     lblBlockO = lblBlockA = "Block : " + it_block;
     lblNESD = has_block(g->BlockIdCL) && store_->nesd_of(g->BlockIdCL) == "Y" ? "NESD" : "";
-    const bool life_based = has_block(g->BlockIdCL);
-    chkfieldsA[A_RateFACL].Caption = life_based ? "Auto Calculated" : "Default (As per Fixed Asset Group Master)";
-    if (cboCalcCA.Id().empty())
-        chkfieldsO[O_RateFACL].Caption = chkfieldsA[A_RateFACL].Caption;
+    // A group with a Companies-Act classification has its books rate worked out from the
+    // life and the residual value; otherwise the group master's rate is proposed.
+    rate_auto_A_ = has_block(g->BlockIdCL);
+    if (cboCalcCA.Id().empty()) rate_auto_O_ = rate_auto_A_;
+    show_rate_ticks();
     if (is_addition_mode()) recalc_addition();
     else recalc_opening();
 }
@@ -357,7 +366,7 @@ void frmNewFATR::recalc_opening() {
     txtRemLifeO = format_mask(remaining, options_.rem_life_decimals() > 0 ? "###0.00" : "###0");
 
     if (chkfieldsO[O_RateFACL].Value) {
-        if (chkfieldsO[O_RateFACL].Caption == "Auto Calculated") {
+        if (rate_auto_O_) {
             if (const auto r = auto_rate_of(base, number_of(txtfieldsO[O_ResValue].text()), remaining, method, basis))
                 txtfieldsO[O_RateFACL].set_text(r->text);
         } else if (g) {
@@ -387,7 +396,7 @@ void frmNewFATR::recalc_addition() {
     const double life = number_of(txtfieldsA[A_LifeYrs].text());
     lblRemLifeA = depreciation::remaining_life_text(year_, life);
     if (chkfieldsA[A_RateFACL].Value) {
-        if (chkfieldsA[A_RateFACL].Caption == "Auto Calculated") {
+        if (rate_auto_A_) {
             if (const auto r = auto_rate_of(net, number_of(txtfieldsA[A_ResValue].text()), life, method, basis))
                 txtfieldsA[A_RateFACL].set_text(r->text);
         } else if (g) {
@@ -423,7 +432,7 @@ void frmNewFATR::txtfieldsA_Change(int index) {
 
 // The leave-field rules of the entry; an accepted field is shown in its format.
 bool frmNewFATR::field_check(vTXT& field, EntryField which, EntrySide side, const char* mask) {
-    if (const auto f = leave_field_finding(which, side, field.text(), year_, DepMode == "DEP_IT")) {
+    if (const auto f = leave_field_finding(which, side, field.text(), year_, written_down())) {
         ui_.info(f->message);
         return false;
     }
@@ -489,8 +498,12 @@ void frmNewFATR::cboCalcCA_Click(int index) {
         // With a year chosen the rate follows from the carrying amount and the life.
         chkfieldsO[O_LifeYrs].Caption = "Default (As per Master)";
         lblfieldsO[O_LifeYrs] = "Useful Life (Years)";
-        if (chosen) chkfieldsO[O_RateFACL].Caption = "Auto Calculated";
-        else apply_group_defaults();
+        if (chosen) {
+            rate_auto_O_ = true;
+            show_rate_ticks();
+        } else {
+            apply_group_defaults();
+        }
         txtCalcCA.set_text(chosen ? txtCalcCA.text() : "");
         recalc_opening();
     });

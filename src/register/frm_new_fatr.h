@@ -26,6 +26,7 @@
 
 #include "controls/grid.h"
 #include "controls/id_text_list.h"
+#include "controls/screen_controls.h"
 #include "controls/ui_port.h"
 #include "controls/vtxt.h"
 #include "frame/component.h"
@@ -37,25 +38,6 @@
 
 namespace brenlow::reg {
 
-// A tick box: its value, caption and whether it can be clicked.
-struct CheckBox {
-    bool Value = false;
-    std::string Caption;
-    bool Enabled = true;
-};
-
-// A drop-down list: its items (id and text) and the chosen index (-1: none).
-struct ComboBox {
-    IdTextList List;
-    int ListIndex = -1;
-    bool Enabled = true;
-
-    std::string Text() const;
-    std::string Id() const;
-    // Chooses the item with this id; false when there is none.
-    bool select_id(std::string_view id);
-};
-
 // The asset group field: the chosen group's serial and the name shown.
 struct GroupField {
     long Id = 0;  // IdFAGM; 0 when none is chosen
@@ -65,6 +47,9 @@ struct GroupField {
 // The chart rows without additional depreciation: its amounts leave the total and
 // stay in the closing WDV.
 std::vector<depreciation::ChartRow> without_additional_depreciation(std::vector<depreciation::ChartRow> rows);
+
+// The entry frame's modes: a new or edited opening entry or addition; None while browsing.
+enum class EntryMode { None, ADDO, EDITO, ADDA, EDITA };
 
 class frmNewFATR : public frame::Screen {
 public:
@@ -116,6 +101,8 @@ public:
     void cmdDelAllA_Click();
     void cmdCancel_Click();
     void cmdBack_Click();
+    // The display mode: the captions of the entry frame follow it.
+    void cboDepMode_Click(reg::Mode mode);
 
     // ---- Entry frame (entry_frame.cpp, entry_grids.cpp) ----
     // Picks a group from vsFAGM by its serial and sets its defaults. False when the
@@ -176,6 +163,11 @@ public:
     // depreciation, nil remaining life, Companies-Act set-up): written at once.
     void SetOptions(const RegisterOptions& options);
     void cboBADep_Click(int index);
+    // The ticks of those options, each written at once.
+    void chkFASchBooks_Click();
+    void chkRndFA_Click();
+    void chkRndIT_Click();
+    void chkRemLife0_Click();
     void cmdOldDepChart_Click();
 
     // ---- Calculation (calculate_action.cpp) ----
@@ -203,7 +195,8 @@ public:
     int Year() const { return year_; }
     const std::string& Code() const { return code_; }
     bool OldChart() const { return old_chart_; }
-    const std::string& Mode() const { return Mode_; }
+    EntryMode Mode() const { return Mode_; }
+    bool Entering() const { return Mode_ != EntryMode::None; }
     // The chosen group of the filter, none for "(All)".
     std::optional<long> FilterGroup() const;
 
@@ -214,6 +207,12 @@ public:
     int vsO_Row = -1;  // the selected row of each grid
     int vsA_Row = -1;
     ComboBox cboFAGM;
+    // The browse state's buttons: with the old chart kept only the deletes work.
+    CommandButton cmdAddO, cmdEditO, cmdDelO, cmdDelAllO, cmdAddA, cmdEditA, cmdDelA, cmdDelAllA;
+    CommandButton cmdDeprCalc, cmdAssetGroupMas, cmdOldDepChart;
+    // The screen-wide options as the browse state shows them.
+    CheckBox optWDV, optSLM, optCost, optCA;  // option buttons: Value is "chosen"
+    CheckBox chkFASchBooks, chkRndFA, chkRndIT, chkRemLife0;
     ComboBox cboBADep;  // "BADEP"
     ComboBox cboRndRemLife;
     // Lists of the blocks of the year as the grids' combo columns take them:
@@ -222,7 +221,9 @@ public:
     std::string BlockListIT;
     std::string BlockListCL;
     std::string BlockListFA;
-    std::string DepMode = "DEP_FA";  // "DEP_FA" / "DEP_IT"
+    // The display mode the calculate button works by (a books or an income-tax mode);
+    // changed through cboDepMode_Click.
+    reg::Mode DepMode = reg::Mode::DEP_FA;
     std::string lblBooksBand;        // "As per Books" / "As per Companies Act"
 
     // Entry frame, both sides.
@@ -293,6 +294,7 @@ private:
     void show_opening(const store::OpeningRow& o);
     void show_addition(const store::AdditionRow& a);
     void apply_group_defaults();
+    void show_rate_ticks();
     void recalc_opening();
     void recalc_addition();
     void update_days();
@@ -316,9 +318,12 @@ private:
     // screen_options.cpp
     bool ask_change(std::string_view caption);
     void write_options();
+    // The option controls and the buttons drawn from the options and the old chart.
+    void show_state();
 
-    bool is_opening_mode() const { return Mode_ == "ADDO" || Mode_ == "EDITO"; }
-    bool is_addition_mode() const { return Mode_ == "ADDA" || Mode_ == "EDITA"; }
+    bool is_opening_mode() const { return Mode_ == EntryMode::ADDO || Mode_ == EntryMode::EDITO; }
+    bool is_addition_mode() const { return Mode_ == EntryMode::ADDA || Mode_ == EntryMode::EDITA; }
+    bool written_down() const { return is_income_tax_mode(DepMode); }
 
     frame::Component& comp_;
     Ui& ui_;
@@ -327,7 +332,11 @@ private:
     int year_ = 0;
     std::string code_;
     bool old_chart_ = false;
-    std::string Mode_;
+    EntryMode Mode_ = EntryMode::None;
+    // The books rate of each side is worked out from life and residual value (its tick
+    // reads "Auto Calculated") rather than taken from the group master.
+    bool rate_auto_O_ = false;
+    bool rate_auto_A_ = false;
     long edit_serial_ = 0;
     RegisterOptions options_;
     std::vector<store::OpeningRow> opening_;

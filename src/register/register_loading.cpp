@@ -56,23 +56,6 @@ void append(std::string& line, std::string_view cell) {
 
 }  // namespace
 
-std::string ComboBox::Text() const {
-    if (ListIndex < 0 || ListIndex >= static_cast<int>(List.size())) return {};
-    return List.items()[static_cast<std::size_t>(ListIndex)].text;
-}
-
-std::string ComboBox::Id() const {
-    if (ListIndex < 0 || ListIndex >= static_cast<int>(List.size())) return {};
-    return List.items()[static_cast<std::size_t>(ListIndex)].id;
-}
-
-bool ComboBox::select_id(std::string_view id) {
-    const int i = List.index_of_id(id);
-    if (i < 0) return false;
-    ListIndex = i;
-    return true;
-}
-
 frmNewFATR::frmNewFATR(frame::Component& component, Ui& ui)
     : txtPart(ui), txtCalcCA(ui), txtTotESA(ui), txtAutoCalcDeprCL(ui), comp_(component), ui_(ui) {
     set_up_fields();
@@ -136,9 +119,17 @@ bool frmNewFATR::Form_Load() {
         set_up_grids();
         fill_group_picker();
         refresh_common_texts();
+        show_state();
         if (OfferCarryForward && !old_chart_ && !store_->has_entries()) CarryForward();
         fill_filter();
         LoadRegister();
+    });
+}
+
+void frmNewFATR::cboDepMode_Click(reg::Mode mode) {
+    frame::guarded(comp_.log, kModule, "cboDepMode_Click", [&] {
+        DepMode = mode;
+        refresh_common_texts();
     });
 }
 
@@ -336,9 +327,9 @@ long frmNewFATR::selected_group(const Grid& grid, int row) const {
 
 void frmNewFATR::cmdAddO_Click() {
     frame::guarded(comp_.log, kModule, "cmdAddO_Click", [&] {
-        if (!Mode_.empty() || old_chart_) return;
+        if (Mode_ != EntryMode::None || old_chart_) return;
         clear_entry();
-        Mode_ = "ADDO";
+        Mode_ = EntryMode::ADDO;
         famEditO_Visible = true;
         if (const auto g = FilterGroup()) SelectAssetGroup(*g);
         recalc_opening();
@@ -348,9 +339,9 @@ void frmNewFATR::cmdAddO_Click() {
 
 void frmNewFATR::cmdAddA_Click() {
     frame::guarded(comp_.log, kModule, "cmdAddA_Click", [&] {
-        if (!Mode_.empty() || old_chart_) return;
+        if (Mode_ != EntryMode::None || old_chart_) return;
         clear_entry();
-        Mode_ = "ADDA";
+        Mode_ = EntryMode::ADDA;
         famEditA_Visible = true;
         if (const auto g = FilterGroup()) SelectAssetGroup(*g);
         recalc_addition();
@@ -361,11 +352,11 @@ void frmNewFATR::cmdAddA_Click() {
 void frmNewFATR::cmdEditO_Click() {
     frame::guarded(comp_.log, kModule, "cmdEditO_Click", [&] {
         const long serial = selected_serial(vsO, vsO_Row);
-        if (!Mode_.empty() || serial == 0) return;
+        if (Mode_ != EntryMode::None || serial == 0) return;
         const auto row = store_->opening_entry(selected_group(vsO, vsO_Row), serial);
         if (!row) return;
         clear_entry();
-        Mode_ = "EDITO";
+        Mode_ = EntryMode::EDITO;
         edit_serial_ = serial;
         famEditO_Visible = true;
         show_opening(*row);
@@ -375,11 +366,11 @@ void frmNewFATR::cmdEditO_Click() {
 void frmNewFATR::cmdEditA_Click() {
     frame::guarded(comp_.log, kModule, "cmdEditA_Click", [&] {
         const long serial = selected_serial(vsA, vsA_Row);
-        if (!Mode_.empty() || serial == 0) return;
+        if (Mode_ != EntryMode::None || serial == 0) return;
         const auto row = store_->addition_entry(selected_group(vsA, vsA_Row), serial);
         if (!row) return;
         clear_entry();
-        Mode_ = "EDITA";
+        Mode_ = EntryMode::EDITA;
         edit_serial_ = serial;
         famEditA_Visible = true;
         show_addition(*row);
@@ -388,9 +379,9 @@ void frmNewFATR::cmdEditA_Click() {
 
 void frmNewFATR::cmdCancel_Click() {
     frame::guarded(comp_.log, kModule, "cmdCancel_Click", [&] {
-        if (Mode_.empty()) return;
+        if (Mode_ == EntryMode::None) return;
         if (!ui_.ask_yes_no("Do you want to Cancel the Changes?", MsgIcon::question, false)) return;
-        Mode_.clear();
+        Mode_ = EntryMode::None;
         edit_serial_ = 0;
         famEditO_Visible = famEditA_Visible = false;
     });
@@ -398,9 +389,9 @@ void frmNewFATR::cmdCancel_Click() {
 
 void frmNewFATR::cmdBack_Click() {
     frame::guarded(comp_.log, kModule, "cmdBack_Click", [&] {
-        if (!Mode_.empty()) {
+        if (Mode_ != EntryMode::None) {
             if (!ui_.ask_yes_no("Do you want to Cancel the Changes?", MsgIcon::question, false)) return;
-            Mode_.clear();
+            Mode_ = EntryMode::None;
             famEditO_Visible = famEditA_Visible = false;
         }
         ui_.close_screen();
@@ -410,7 +401,7 @@ void frmNewFATR::cmdBack_Click() {
 void frmNewFATR::cmdDelO_Click() {
     frame::guarded(comp_.log, kModule, "cmdDelO_Click", [&] {
         const long serial = selected_serial(vsO, vsO_Row);
-        if (!Mode_.empty() || serial == 0) return;
+        if (Mode_ != EntryMode::None || serial == 0) return;
         if (!ui_.ask_yes_no("Do you really want to Delete selected 'Opening' Entry?", MsgIcon::question, false)) return;
         store_->delete_opening(serial);
         fill_filter();
@@ -421,7 +412,7 @@ void frmNewFATR::cmdDelO_Click() {
 void frmNewFATR::cmdDelA_Click() {
     frame::guarded(comp_.log, kModule, "cmdDelA_Click", [&] {
         const long serial = selected_serial(vsA, vsA_Row);
-        if (!Mode_.empty() || serial == 0) return;
+        if (Mode_ != EntryMode::None || serial == 0) return;
         if (!ui_.ask_yes_no("Do you really want to Delete selected 'Addition' Entry?", MsgIcon::question, false)) return;
         store_->delete_addition(serial);
         fill_filter();
@@ -438,7 +429,7 @@ void frmNewFATR::cmdDelAllA_Click() {
 }
 
 void frmNewFATR::delete_all(bool opening) {
-    if (!Mode_.empty()) return;
+    if (Mode_ != EntryMode::None) return;
     if (opening) {
         if (!ui_.ask_yes_no("Do you really want to Delete all the 'Opening' Entries ?", MsgIcon::question, false)) return;
         if (!ui_.ask_yes_no("Confirm Deletion of all the 'Opening' Entries ?", MsgIcon::question, false)) return;

@@ -117,10 +117,10 @@ store::AdditionRow frmNewFATR::addition_row() const {
 }
 
 void frmNewFATR::write_entry() {
-    if (Mode_ == "ADDO") store_->insert_opening(opening_row());
-    else if (Mode_ == "EDITO") store_->update_opening(opening_row());
-    else if (Mode_ == "ADDA") store_->insert_addition(addition_row());
-    else if (Mode_ == "EDITA") store_->update_addition(addition_row());
+    if (Mode_ == EntryMode::ADDO) store_->insert_opening(opening_row());
+    else if (Mode_ == EntryMode::EDITO) store_->update_opening(opening_row());
+    else if (Mode_ == EntryMode::ADDA) store_->insert_addition(addition_row());
+    else if (Mode_ == EntryMode::EDITA) store_->update_addition(addition_row());
 }
 
 }  // namespace brenlow::reg

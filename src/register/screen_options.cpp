@@ -28,6 +28,54 @@ bool frmNewFATR::ask_change(std::string_view caption) {
 void frmNewFATR::write_options() {
     store_->rewrite_options_row(options_.compose());
     refresh_common_texts();
+    show_state();
+}
+
+void frmNewFATR::show_state() {
+    optWDV.Value = options_.optMOD == "WDV";
+    optSLM.Value = options_.optMOD == "SLM";
+    optCost.Value = options_.optResValOf == "COST";
+    optCA.Value = options_.optResValOf == "CA";
+    chkFASchBooks.Value = options_.optFASCHBOOKS == "Y";
+    chkRndFA.Value = options_.optRndFA == "Y";
+    chkRndIT.Value = options_.optRndIT == "Y";
+    chkRemLife0.Value = options_.cboDepAdjRemLife0 == 1;
+    chkFASchBooks.Caption = "Fixed Asset Schedule as per Books";
+    chkRndFA.Caption = "Round-Off Depreciation (Books)";
+    chkRndIT.Caption = "Round-Off Depreciation (As per IT Act)";
+    chkRemLife0.Caption = "Nil Remaining Life to Retained Earnings";
+    // A client that keeps the old chart has no asset-wise entries: only deleting works.
+    for (CommandButton* b : {&cmdAddO, &cmdEditO, &cmdAddA, &cmdEditA, &cmdDeprCalc, &cmdAssetGroupMas, &cmdOldDepChart})
+        b->Enabled = !old_chart_;
+    for (CommandButton* b : {&cmdDelO, &cmdDelAllO, &cmdDelA, &cmdDelAllA}) b->Enabled = true;
+}
+
+void frmNewFATR::chkFASchBooks_Click() {
+    frame::guarded(comp_.log, kModule, "chkFASchBooks_Click", [&] {
+        options_.optFASCHBOOKS = options_.optFASCHBOOKS == "Y" ? "N" : "Y";
+        write_options();
+    });
+}
+
+void frmNewFATR::chkRndFA_Click() {
+    frame::guarded(comp_.log, kModule, "chkRndFA_Click", [&] {
+        options_.optRndFA = options_.optRndFA == "Y" ? "N" : "Y";
+        write_options();
+    });
+}
+
+void frmNewFATR::chkRndIT_Click() {
+    frame::guarded(comp_.log, kModule, "chkRndIT_Click", [&] {
+        options_.optRndIT = options_.optRndIT == "Y" ? "N" : "Y";
+        write_options();
+    });
+}
+
+void frmNewFATR::chkRemLife0_Click() {
+    frame::guarded(comp_.log, kModule, "chkRemLife0_Click", [&] {
+        options_.cboDepAdjRemLife0 = options_.cboDepAdjRemLife0 == 1 ? 0 : 1;
+        write_options();
+    });
 }
 
 bool frmNewFATR::optMOD_Click(std::string_view method) {
@@ -93,7 +141,7 @@ void frmNewFATR::cboBADep_Click(int index) {
 
 void frmNewFATR::cmdOldDepChart_Click() {
     frame::guarded(comp_.log, kModule, "cmdOldDepChart_Click", [&] {
-        if (!Mode_.empty() || old_chart_) return;
+        if (Mode_ != EntryMode::None || old_chart_) return;
         if (store_->has_entries()) {
             ui_.info("Can't Proceed ! You have already entered details in New Depreciation Chart (Asset Wise).");
             return;
@@ -106,6 +154,7 @@ void frmNewFATR::cmdOldDepChart_Click() {
         store_->write_old_chart_marker();
         old_chart_ = true;
         options_ = RegisterOptions{};
+        show_state();
         fill_filter();
         LoadRegister();
     });
@@ -124,6 +173,7 @@ void frmNewFATR::CarryForward() {
             plan.books_rate_over_40 && !is_company(comp_.base->TSTATUS()) && ui_.ask_yes_no(kBooksRate40Question);
         apply_carry_forward(comp_.base->dbobj(), code_, year_, plan, answers);
         if (plan.options_row) options_ = RegisterOptions::parse(*plan.options_row);
+        show_state();
         groups_ = store_->asset_groups();
         fill_group_picker();
         refresh_common_texts();

@@ -19,7 +19,7 @@ bool frmNewFATR::cmdUpdate_Click() {
         if (!is_opening_mode() && !is_addition_mode()) return;
         if (!checks_pass()) return;
         write_entry();
-        Mode_.clear();
+        Mode_ = EntryMode::None;
         edit_serial_ = 0;
         famEditO_Visible = famEditA_Visible = false;
         fill_filter();
@@ -34,7 +34,7 @@ EntryContext frmNewFATR::entry_context() const {
     ctx.year = year_;
     ctx.group_known = txtAssetGroup.Id != 0 && FindGroup(txtAssetGroup.Id) != nullptr;
     ctx.nesd = lblNESD == "NESD";
-    ctx.written_down = DepMode == "DEP_IT";
+    ctx.written_down = written_down();
     ctx.options = options_;
     return ctx;
 }
@@ -65,8 +65,7 @@ EntryDraft frmNewFATR::draft() const {
         d.addl_dep_on_ticked = chkfieldsO[O_AddlDepOn].Value;
         d.addl_dep_on = typed(txtfieldsO[O_AddlDepOn]);
         d.adjusted = chkTotESA.Value ? number_of(txtTotESA.text()) : esa_total();
-        const CheckBox& tick = chkfieldsO[O_RateFACL];
-        if (tick.Value && tick.Caption == "Auto Calculated") d.auto_rate = txtfieldsO[O_RateFACL].text();
+        if (chkfieldsO[O_RateFACL].Value && rate_auto_O_) d.auto_rate = txtfieldsO[O_RateFACL].text();
     } else {
         d.side = EntrySide::Addition;
         d.put_date = txtfieldsA[A_PutDate].text();
@@ -80,8 +79,7 @@ EntryDraft frmNewFATR::draft() const {
         d.rate_books = typed(txtfieldsA[A_RateFACL]);
         d.rate_it = typed(txtfieldsA[A_RateIT]);
         d.addl_rate = typed(txtfieldsA[A_AddlDepRT]);
-        const CheckBox& tick = chkfieldsA[A_RateFACL];
-        if (tick.Value && tick.Caption == "Auto Calculated") d.auto_rate = txtfieldsA[A_RateFACL].text();
+        if (chkfieldsA[A_RateFACL].Value && rate_auto_A_) d.auto_rate = txtfieldsA[A_RateFACL].text();
     }
     d.sale_date = txtfieldsD[D_SaleDate].text();
     d.sale_amt = typed(txtfieldsD[D_SaleAmt]);

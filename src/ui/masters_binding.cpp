@@ -58,22 +58,22 @@ void MasterWindow::take_field(const VTxtEdit* edit, vTXT& field) {
     field.set_text(edit->text().toLatin1().toStdString());
 }
 
-void MasterWindow::show_combo(QComboBox* box, const brenlow::masters::ComboBox& combo) {
+void MasterWindow::show_combo(QComboBox* box, const brenlow::ComboBox& combo) {
     QStringList texts;
-    for (const auto& item : combo.list.items()) texts << QString::fromStdString(item.text);
+    for (const auto& item : combo.List.items()) texts << QString::fromStdString(item.text);
     QStringList shown;
     for (int i = 0; i < box->count(); ++i) shown << box->itemText(i);
     if (shown != texts) {
         box->clear();
         box->addItems(texts);
     }
-    box->setPlaceholderText(brenlow::masters::ComboBox::kNothingChosen);
+    box->setPlaceholderText(brenlow::ComboBox::kNothingChosen);
     box->setCurrentIndex(combo.ListIndex);
     box->setEnabled(combo.Enabled);
     box->setVisible(combo.Visible);
 }
 
-void MasterWindow::take_combo(const QComboBox* box, brenlow::masters::ComboBox& combo) {
+void MasterWindow::take_combo(const QComboBox* box, brenlow::ComboBox& combo) {
     combo.ListIndex = box->currentIndex();
 }
 

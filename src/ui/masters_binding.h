@@ -10,7 +10,7 @@
 #include <memory>
 
 #include "frame/screen.h"
-#include "masters/screen_controls.h"
+#include "controls/screen_controls.h"
 #include "ui/grid_view.h"
 #include "ui/qt_ui.h"
 #include "ui/vtxt_edit.h"
@@ -44,8 +44,8 @@ protected:
 
     static void show_field(VTxtEdit* edit, const vTXT& field, bool enabled);
     static void take_field(const VTxtEdit* edit, vTXT& field);
-    static void show_combo(QComboBox* box, const brenlow::masters::ComboBox& combo);
-    static void take_combo(const QComboBox* box, brenlow::masters::ComboBox& combo);
+    static void show_combo(QComboBox* box, const brenlow::ComboBox& combo);
+    static void take_combo(const QComboBox* box, brenlow::ComboBox& combo);
     // Makes a grid row current without hearing it as the person's move.
     void show_row(GridView* view, int grid_row);
 

@@ -119,7 +119,7 @@ void GroupMasterWindow::refresh() {
     lbl_it_->setText(QString::fromStdString(s.lblBlockIT.Caption));
     lbl_fa_->setText(QString::fromStdString(s.lblBlockFA.Caption));
     lbl_cl_->setText(QString::fromStdString(s.lblBlockCL.Caption));
-    const std::pair<QPushButton*, const brenlow::masters::CommandButton*> buttons[] = {
+    const std::pair<QPushButton*, const brenlow::CommandButton*> buttons[] = {
         {add_, &s.cmdAdd},       {modify_, &s.cmdModify},   {update_, &s.cmdUpdate},
         {delete_, &s.cmdDelete}, {cancel_, &s.cmdCancel},   {back_, &s.cmdback},
         {block_it_, &s.cmdBlockIT}, {block_fa_, &s.cmdBlockFA}, {block_cl_, &s.cmdBlockCL}};

@@ -71,7 +71,7 @@ void ParticularsMasterWindow::refresh() {
     show_combo(combos_[0], s.Combo1);
     show_combo(combos_[1], s.Combo2);
     show_combo(combos_[2], s.Combo3);
-    const std::pair<QPushButton*, const brenlow::masters::CommandButton*> buttons[] = {
+    const std::pair<QPushButton*, const brenlow::CommandButton*> buttons[] = {
         {add_, &s.cmdaddded},       {modify_, &s.cmdmodifyded}, {update_, &s.cmdupdateded},
         {delete_, &s.cmddeleteded}, {cancel_, &s.cmdcancelded}, {back_, &s.cmdback},
         {block_, &s.cmdblock}};

@@ -176,7 +176,9 @@ void RegisterWindow::build() {
     entry_layout->addLayout(top);
     auto* frames = new QHBoxLayout;
     famEditO_ = build_opening_frame();
+    famEditO_->setObjectName("famEditO");
     famEditA_ = build_addition_frame();
+    famEditA_->setObjectName("famEditA");
     frames->addWidget(famEditO_, 3);
     frames->addWidget(famEditA_, 3);
     frames->addWidget(build_sale_frame(), 2);
@@ -194,6 +196,7 @@ void RegisterWindow::build() {
     splitter->addWidget(scroll_);
     // The latest calculation as text: the sheet, the block-wise summary and the chart.
     calculation_ = new QPlainTextEdit(this);
+    calculation_->setObjectName("calculation");
     calculation_->setReadOnly(true);
     calculation_->setLineWrapMode(QPlainTextEdit::NoWrap);
     calculation_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
@@ -247,25 +250,15 @@ QWidget* RegisterWindow::build_browse() {
 
     // The options that ask nothing before they change.
     auto* others = new QHBoxLayout;
-    using Apply = std::function<void(reg::RegisterOptions&, bool)>;
-    const auto tick = [&](const QString& caption, QCheckBox*& box, const Apply& apply) {
-        box = new QCheckBox(caption, browse_);
+    const auto tick = [&](const CheckBox& state, QCheckBox*& box, void (S::*event)()) {
+        box = new QCheckBox(q(state.Caption), browse_);
         others->addWidget(box);
-        connect(box, &QCheckBox::clicked, this, [this, apply](bool on) {
-            run([&] {
-                reg::RegisterOptions o = screen_->Options();
-                apply(o, on);
-                screen_->SetOptions(o);
-            });
-        });
+        connect(box, &QCheckBox::clicked, this, [this, event] { run([&] { (screen_.get()->*event)(); }); });
     };
-    tick("Fixed Asset Schedule as per Books", chkFASchBooks_,
-         [](reg::RegisterOptions& o, bool on) { o.optFASCHBOOKS = on ? "Y" : "N"; });
-    tick("Round-Off Depreciation (Books)", chkRndFA_, [](reg::RegisterOptions& o, bool on) { o.optRndFA = on ? "Y" : "N"; });
-    tick("Round-Off Depreciation (As per IT Act)", chkRndIT_,
-         [](reg::RegisterOptions& o, bool on) { o.optRndIT = on ? "Y" : "N"; });
-    tick("Nil Remaining Life to Retained Earnings", chkRemLife0_,
-         [](reg::RegisterOptions& o, bool on) { o.cboDepAdjRemLife0 = on ? 1 : 0; });
+    tick(screen_->chkFASchBooks, chkFASchBooks_, &S::chkFASchBooks_Click);
+    tick(screen_->chkRndFA, chkRndFA_, &S::chkRndFA_Click);
+    tick(screen_->chkRndIT, chkRndIT_, &S::chkRndIT_Click);
+    tick(screen_->chkRemLife0, chkRemLife0_, &S::chkRemLife0_Click);
     others->addStretch(1);
     layout->addLayout(others);
 
@@ -275,14 +268,20 @@ QWidget* RegisterWindow::build_browse() {
         auto* line = new QHBoxLayout;
         line->addWidget(heading(title, browse_));
         line->addStretch(1);
-        for (auto [caption, event] : std::vector<std::pair<QString, std::function<void()>>>{
-                 {"&Add", add}, {"&Edit", edit}, {"&Delete", del}, {"Delete A&ll", del_all}}) {
-            auto* b = button(caption, event, browse_);
-            browse_buttons_.push_back(b);
+        const bool opening = &g == &screen_->vsO;
+        const std::pair<QString, std::pair<std::function<void()>, const CommandButton*>> buttons[] = {
+            {"&Add", {add, opening ? &screen_->cmdAddO : &screen_->cmdAddA}},
+            {"&Edit", {edit, opening ? &screen_->cmdEditO : &screen_->cmdEditA}},
+            {"&Delete", {del, opening ? &screen_->cmdDelO : &screen_->cmdDelA}},
+            {"Delete A&ll", {del_all, opening ? &screen_->cmdDelAllO : &screen_->cmdDelAllA}}};
+        for (const auto& [caption, what] : buttons) {
+            auto* b = button(caption, what.first, browse_);
+            browse_buttons_.push_back({b, what.second});
             line->addWidget(b);
         }
         layout->addLayout(line);
         view = grid(g, row, browse_);
+        view->setObjectName(opening ? "vsO" : "vsA");
         connect(view, &QAbstractItemView::doubleClicked, this, [this, edit] { run(edit); });
         layout->addWidget(view, 1);
     };
@@ -297,15 +296,16 @@ QWidget* RegisterWindow::build_browse() {
     // Depreciation as per books or as per the Income-tax Act: the calculate button
     // works by this display mode.
     auto* dep_mode = new QComboBox(browse_);
-    dep_mode->addItem("As per Books", "DEP_FA");
-    dep_mode->addItem("As per Income-Tax Act", "DEP_IT");
-    dep_mode->setCurrentIndex(screen_->DepMode == "DEP_IT" ? 1 : 0);
-    connect(dep_mode, &QComboBox::activated, this,
-            [this, dep_mode](int i) { screen_->DepMode = dep_mode->itemData(i).toString().toStdString(); });
+    dep_mode->addItem("As per Books");
+    dep_mode->addItem("As per Income-Tax Act");
+    dep_mode->setCurrentIndex(reg::is_income_tax_mode(screen_->DepMode) ? 1 : 0);
+    connect(dep_mode, &QComboBox::activated, this, [this](int i) {
+        run([&] { screen_->cboDepMode_Click(i == 1 ? reg::Mode::DEP_IT : reg::Mode::DEP_FA); });
+    });
     buttons->addWidget(dep_mode);
     auto* calc = button("&Calculate Depreciation", [this] { screen_->cmdDeprCalc_Click(); }, browse_);
     connect(calc, &QPushButton::clicked, this, &RegisterWindow::show_calculation);
-    browse_buttons_.push_back(calc);
+    browse_buttons_.push_back({calc, &screen_->cmdDeprCalc});
     buttons->addWidget(calc);
     // The export, import and transfers come with their own work.
     for (const char* caption : {"&Export to Excel", "&Import from Excel", "&Transfer to Trial Balance",
@@ -315,10 +315,10 @@ QWidget* RegisterWindow::build_browse() {
         buttons->addWidget(b);
     }
     auto* masters = button("Asset Group &Master", [this] { screen_->cmdAssetGroupMas_Click(); }, browse_);
-    browse_buttons_.push_back(masters);
+    browse_buttons_.push_back({masters, &screen_->cmdAssetGroupMas});
     buttons->addWidget(masters);
     auto* old = button("&Old Depreciation Chart", [this] { screen_->cmdOldDepChart_Click(); }, browse_);
-    browse_buttons_.push_back(old);
+    browse_buttons_.push_back({old, &screen_->cmdOldDepChart});
     buttons->addWidget(old);
     buttons->addStretch(1);
     auto* back = button("&Back", [this] { screen_->cmdBack_Click(); }, browse_);
@@ -549,7 +549,7 @@ void RegisterWindow::take_input() {
     take(txtAutoCalcDeprCL_, sc.txtAutoCalcDeprCL);
 }
 
-void RegisterWindow::show_combo(QComboBox* box, const reg::ComboBox& combo) {
+void RegisterWindow::show_combo(QComboBox* box, const brenlow::ComboBox& combo) {
     QStringList texts;
     for (const auto& item : combo.List.items()) texts << q(item.text);
     QStringList shown;
@@ -565,7 +565,7 @@ void RegisterWindow::show_combo(QComboBox* box, const reg::ComboBox& combo) {
 void RegisterWindow::refresh() {
     refreshing_ = true;
     auto& sc = *screen_;
-    const bool entering = !sc.Mode().empty();
+    const bool entering = sc.Entering();
     const auto show = [](VTxtEdit* e, const vTXT& f, bool enabled) {
         const QString t = QString::fromLatin1(f.text().data(), static_cast<qsizetype>(f.text().size()));
         if (e->text() != t) e->setText(t);
@@ -573,7 +573,7 @@ void RegisterWindow::refresh() {
     };
     setWindowTitle(q(sc.Caption()));
     browse_->setEnabled(!entering);
-    for (auto* b : browse_buttons_) b->setEnabled(!sc.OldChart() || b->text().contains("Delete"));
+    for (const auto& [b, state] : browse_buttons_) b->setEnabled(state->Enabled);
     if (entering && !scroll_->isVisible()) {
         // The entry frame takes the larger part of the window while it is open.
         scroll_->setVisible(true);
@@ -587,14 +587,14 @@ void RegisterWindow::refresh() {
     show_combo(cboFAGM_, sc.cboFAGM);
     show_combo(cboRndRemLife_, sc.cboRndRemLife);
     show_combo(cboBADep_, sc.cboBADep);
-    optWDV_->setChecked(sc.Options().optMOD == "WDV");
-    optSLM_->setChecked(sc.Options().optMOD == "SLM");
-    optCost_->setChecked(sc.Options().optResValOf == "COST");
-    optCA_->setChecked(sc.Options().optResValOf == "CA");
-    chkFASchBooks_->setChecked(sc.Options().optFASCHBOOKS == "Y");
-    chkRndFA_->setChecked(sc.Options().optRndFA == "Y");
-    chkRndIT_->setChecked(sc.Options().optRndIT == "Y");
-    chkRemLife0_->setChecked(sc.Options().cboDepAdjRemLife0 == 1);
+    optWDV_->setChecked(sc.optWDV.Value);
+    optSLM_->setChecked(sc.optSLM.Value);
+    optCost_->setChecked(sc.optCost.Value);
+    optCA_->setChecked(sc.optCA.Value);
+    chkFASchBooks_->setChecked(sc.chkFASchBooks.Value);
+    chkRndFA_->setChecked(sc.chkRndFA.Value);
+    chkRndIT_->setChecked(sc.chkRndIT.Value);
+    chkRemLife0_->setChecked(sc.chkRemLife0.Value);
 
     if (group_->count() != static_cast<int>(sc.AssetGroups().size())) {
         group_->clear();

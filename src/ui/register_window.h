@@ -40,15 +40,10 @@ public:
 
     reg::frmNewFATR& screen() { return *screen_; }
     QtUi& ui() { return ui_; }
-    GridView* opening_view() const { return vsO_; }
-    GridView* addition_view() const { return vsA_; }
-    QWidget* opening_frame() const { return famEditO_; }
-    QWidget* addition_frame() const { return famEditA_; }
     // Runs one event as a button of the window does.
     void run(const std::function<void()>& event);
     // Shows the latest calculation under the grids.
     void show_calculation();
-    QPlainTextEdit* calculation_view() const { return calculation_; }
 
 private:
     void build();
@@ -63,7 +58,7 @@ private:
     GridView* grid(Grid& grid, int* row, QWidget* parent);
     void take_input();
     void refresh();
-    static void show_combo(QComboBox* box, const reg::ComboBox& combo);
+    static void show_combo(QComboBox* box, const brenlow::ComboBox& combo);
 
     QtUi ui_;
     frame::Component& component_;
@@ -86,7 +81,7 @@ private:
     QCheckBox* chkRndFA_ = nullptr;
     QCheckBox* chkRndIT_ = nullptr;
     QCheckBox* chkRemLife0_ = nullptr;
-    std::vector<QPushButton*> browse_buttons_;
+    std::vector<std::pair<QPushButton*, const CommandButton*>> browse_buttons_;
 
     // Entry frames.
     QWidget* entry_ = nullptr;

@@ -31,8 +31,8 @@ TEST_P(BlockMaster, TheTitleNamesTheKindAndOnlyIncomeTaxBlocksOfferUnderBlock) {
     EXPECT_EQ(income_tax.Caption(), "Income Tax Block Master");
     EXPECT_FALSE(company.Combo1.Visible);
     EXPECT_TRUE(income_tax.Combo1.Visible);
-    EXPECT_EQ(income_tax.Combo1.list.text_of("3"), "PLANT AND MACHINARY");
-    EXPECT_EQ(income_tax.Combo1.list.compose(),
+    EXPECT_EQ(income_tax.Combo1.List.text_of("3"), "PLANT AND MACHINARY");
+    EXPECT_EQ(income_tax.Combo1.List.compose(),
               "#0; |#1;BUILDINGS|#2;FURNITURE AND FITTINGS|#3;PLANT AND MACHINARY|#4;INTANGIBLE ASSETS|#5;SHIPS|"
               "#100;LAND");
     // The reserved row is never listed.
@@ -103,7 +103,7 @@ TEST_P(BlockMaster, RenamingABlockToItsOwnNameIsAcceptedButNotToAnothersName) {
     screen.vsf_RowColChange(screen.row_of(plant));
     screen.cmdmodifyded_Click();
     EXPECT_EQ(screen.txtfields.text(), "PLANT");
-    EXPECT_EQ(screen.Combo1.id(), "3");
+    EXPECT_EQ(screen.Combo1.Id(), "3");
     screen.Combo1.select_id("4");
     screen.cmdupdateded_Click();
     ui_.expect_nothing_more();

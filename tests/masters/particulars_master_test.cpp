@@ -35,12 +35,12 @@ protected:
 
 TEST_P(ParticularsMaster, TheChoosersOfferTheMethodsAndTheBlocksOfEachKindByName) {
     frmfamaster s(component(), ui_);
-    EXPECT_EQ(s.Combo1.list.compose(),
+    EXPECT_EQ(s.Combo1.List.compose(),
               "#4;NO DEPRECIATION|#3;OTHER METHOD|#2;STRAIGHT LINE METHOD|#1;WRITTEN DOWN VALUE|#0; ");
-    EXPECT_EQ(s.Combo2.list.compose(), "#0; |#2;FURNITURE|#1;PLANT");
-    EXPECT_EQ(s.Combo3.list.compose(), "#0; |#3;PLANT @ 15");
+    EXPECT_EQ(s.Combo2.List.compose(), "#0; |#2;FURNITURE|#1;PLANT");
+    EXPECT_EQ(s.Combo3.List.compose(), "#0; |#3;PLANT @ 15");
     s.cmdaddded_Click();
-    EXPECT_EQ(s.Combo2.Text(), "(Select)");
+    EXPECT_EQ(s.Combo2.ListIndex, -1);  // shown as "(Select)"
     EXPECT_TRUE(s.Combo2.Enabled);
 }
 
@@ -116,7 +116,7 @@ TEST_P(ParticularsMaster, DeletingAsksAndRemovesTheParticularEvenWhenSchedulesRe
 TEST_P(ParticularsMaster, AParticularKeepsTheCodeOfABlockDeletedLater) {
     db().execute("Insert into FAPart_Master Values (2025,1,'LATHE','1',10,10,7,3)");
     frmfamaster s(component(), ui_);
-    EXPECT_EQ(s.Combo2.Text(), "(Select)");
+    EXPECT_EQ(s.Combo2.ListIndex, -1);  // shown as "(Select)"
     EXPECT_EQ(rows("select ClBlock from FAPart_Master").first("ClBlock").as_int(), 7);
 }
 
@@ -129,7 +129,7 @@ TEST_P(ParticularsMaster, TheBlockButtonOpensTheBlockMasterAndTheChoosersReload)
         blocks.cmdupdateded_Click();
     });
     s.cmdblock_Click(2);
-    EXPECT_EQ(s.Combo3.list.compose(), "#0; |#3;PLANT @ 15|#4;SHIPS");
+    EXPECT_EQ(s.Combo3.List.compose(), "#0; |#3;PLANT @ 15|#4;SHIPS");
 }
 
 TEST_P(ParticularsMaster, ClosingDuringAnEntryAsksAndNoKeepsTheScreenOpen) {

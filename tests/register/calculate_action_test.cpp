@@ -24,7 +24,7 @@ TEST_P(CalculateAction, IncomeTaxModeShowsTheSheetTheSummaryAndTheChartAndWrites
     insert_opening(kPlant, "LATHE", 100000);
     insert_addition(kPlant, "DRILL", 50000);
     auto screen = open_screen(ui_);
-    screen->DepMode = "DEP_IT";
+    screen->cboDepMode_Click(reg::Mode::DEP_IT);
     screen->cmdDeprCalc_Click();
     ASSERT_EQ(shown.size(), 3u);
     EXPECT_EQ(shown[1].titles.front(), "BLOCK WISE SUMMARY");
@@ -40,7 +40,7 @@ TEST_P(CalculateAction, IncomeTaxModeShowsTheSheetTheSummaryAndTheChartAndWrites
 TEST_P(CalculateAction, BooksModeShowsTheSheetAndTheChartOnly) {
     insert_opening(kFurniture, "TABLES", 40000);
     auto screen = open_screen(ui_);
-    screen->DepMode = "DEP_FA";
+    screen->cboDepMode_Click(reg::Mode::DEP_FA);
     screen->cmdDeprCalc_Click();
     ASSERT_EQ(shown.size(), 2u);
     EXPECT_TRUE(store::read_chart(db(), store::ChartTable::TmpDepChart, "C001", kYear).empty());
@@ -48,7 +48,7 @@ TEST_P(CalculateAction, BooksModeShowsTheSheetAndTheChartOnly) {
 
 TEST_P(CalculateAction, AnEmptyRegisterSaysSoAndShowsNothing) {
     auto screen = open_screen(ui_);
-    screen->DepMode = "DEP_IT";
+    screen->cboDepMode_Click(reg::Mode::DEP_IT);
     screen->cmdDeprCalc_Click();
     EXPECT_TRUE(shown.empty());
     ui_.expect_message("No Assets Available !");
@@ -83,7 +83,7 @@ protected:
 
 TEST_P(ConcessionalRegime, RefusesAdditionalDepreciationAndLeavesTheChartWhenTheAnswerIsNo) {
     auto screen = open_screen(ui_);
-    screen->DepMode = "DEP_IT";
+    screen->cboDepMode_Click(reg::Mode::DEP_IT);
     ui_.answer_no();
     screen->cmdDeprCalc_Click();
     ui_.expect_message("Additional Depreciation is not allowed, if opted for taxation u/s 115BA/115BAA/115BAB.");
@@ -96,7 +96,7 @@ TEST_P(ConcessionalRegime, RefusesAdditionalDepreciationAndLeavesTheChartWhenThe
 
 TEST_P(ConcessionalRegime, OnYesTheChartWithoutItBecomesTheHandEditedChart) {
     auto screen = open_screen(ui_);
-    screen->DepMode = "DEP_IT";
+    screen->cboDepMode_Click(reg::Mode::DEP_IT);
     ui_.answer_yes();
     screen->cmdDeprCalc_Click();
     ui_.expect_message("Additional Depreciation is not allowed, if opted for taxation u/s 115BA/115BAA/115BAB.");
@@ -113,7 +113,7 @@ TEST_P(ConcessionalRegime, OnYesTheChartWithoutItBecomesTheHandEditedChart) {
 TEST_P(ConcessionalRegime, AClientWithoutTheRegimeKeepsItsAdditionalDepreciationSilently) {
     base_->SetMiscOthInf("REGIME115BA", "0", base_->SecondDate(), "C001", "");
     auto screen = open_screen(ui_);
-    screen->DepMode = "DEP_IT";
+    screen->cboDepMode_Click(reg::Mode::DEP_IT);
     screen->cmdDeprCalc_Click();
     EXPECT_TRUE(ui_.questions().empty());
     EXPECT_GT(additional_in(store::ChartTable::TmpDepChart), 0);

@@ -249,7 +249,7 @@ TEST_P(RegisterEntryFrame, GroupMadeInTheMasterCanBePickedOnReturn) {
     EXPECT_EQ(s->vsFAGM.text_matrix(s->vsFAGM.rows() - 2, 1), "COMPUTERS");
     EXPECT_TRUE(s->SelectAssetGroup(20));
     EXPECT_EQ(s->txtAssetGroup.Text, "COMPUTERS");
-    EXPECT_EQ(s->Mode(), "ADDA");
+    EXPECT_EQ(s->Mode(), reg::EntryMode::ADDA);
 }
 
 TEST_P(RegisterEntryFrame, RemainingHalfOfAdditionalDepreciationIsTakenButAnnouncedAsNotCalculated) {

@@ -101,7 +101,7 @@ TEST_P(RegisterLoading, ClientWithOnlyTheOldChartMarkerShowsNoEntries) {
     EXPECT_EQ(s->vsO.data_rows(), 0);
     EXPECT_TRUE(s->OpeningEntries().empty());
     s->cmdAddO_Click();
-    EXPECT_EQ(s->Mode(), "");
+    EXPECT_EQ(s->Mode(), reg::EntryMode::None);
 }
 
 TEST_P(RegisterLoading, DeclinedDeletionChangesNothing) {
@@ -165,14 +165,14 @@ TEST_P(RegisterLoading, DeleteAllOfOneClientLeavesOtherClientsAlone) {
 TEST_P(RegisterLoading, CancelAsksAndOnNoKeepsTheMode) {
     auto s = open_screen(ui_);
     s->cmdAddA_Click();
-    EXPECT_EQ(s->Mode(), "ADDA");
+    EXPECT_EQ(s->Mode(), reg::EntryMode::ADDA);
     ui_.answer_no();
     s->cmdCancel_Click();
     EXPECT_EQ(boxes(), std::vector<std::string>{"Do you want to Cancel the Changes?"});
-    EXPECT_EQ(s->Mode(), "ADDA");
+    EXPECT_EQ(s->Mode(), reg::EntryMode::ADDA);
     ui_.answer_yes();
     s->cmdCancel_Click();
-    EXPECT_EQ(s->Mode(), "");
+    EXPECT_EQ(s->Mode(), reg::EntryMode::None);
     EXPECT_FALSE(s->famEditA_Visible);
 }
 

@@ -37,7 +37,7 @@ protected:
         EXPECT_EQ(boxes(), expected);
         EXPECT_EQ(count("NewFATRo2016"), 0);
         EXPECT_EQ(count("NewFATRa2016"), 0);
-        EXPECT_FALSE(s.Mode().empty());
+        EXPECT_FALSE(!s.Entering());
     }
 };
 
@@ -90,7 +90,7 @@ TEST_P(RegisterUpdateChecks, OpeningChecksFireOneAfterAnotherInTheirOrder) {
     EXPECT_TRUE(s->cmdUpdate_Click());
     EXPECT_EQ(boxes(), Texts{rate});
     EXPECT_EQ(count("NewFATRo2016"), 1);
-    EXPECT_EQ(s->Mode(), "");
+    EXPECT_EQ(s->Mode(), reg::EntryMode::None);
     EXPECT_EQ(s->vsO.data_rows(), 1);
 }
 
@@ -220,7 +220,7 @@ TEST_P(RegisterUpdateChecks, EditingRewritesTheSameSerialAndKeepsTheTicks) {
     boxes();
     s->vsO_Row = 2;
     s->cmdEditO_Click();
-    EXPECT_EQ(s->Mode(), "EDITO");
+    EXPECT_EQ(s->Mode(), reg::EntryMode::EDITO);
     EXPECT_FALSE(s->chkfieldsO[S::O_LifeYrs].Value);
     EXPECT_EQ(s->txtfieldsO[S::O_LifeYrs].text(), "12");
     EXPECT_EQ(s->vsS.data_rows(), 1);

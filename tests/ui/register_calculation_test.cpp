@@ -34,13 +34,13 @@ TEST(RegisterWindowCalculation, ShowsTheSheetTheSummaryAndTheChartUnderTheGrids)
 
     RegisterWindow window(comp);
     window.show();
-    window.screen().DepMode = "DEP_IT";
+    window.screen().cboDepMode_Click(reg::Mode::DEP_IT);
     window.run([&] { window.screen().cmdDeprCalc_Click(); });
     window.show_calculation();
 
     EXPECT_EQ(previews.size(), 3u);
-    ASSERT_TRUE(window.calculation_view()->isVisible());
-    const std::string text = window.calculation_view()->toPlainText().toStdString();
+    ASSERT_TRUE(window.findChild<QPlainTextEdit*>("calculation")->isVisible());
+    const std::string text = window.findChild<QPlainTextEdit*>("calculation")->toPlainText().toStdString();
     EXPECT_NE(text.find("BLOCK WISE SUMMARY"), std::string::npos);
     EXPECT_NE(text.find("(Before 04/10/24)"), std::string::npos);
     EXPECT_NE(text.find("33,000"), std::string::npos) << "the nil block's capital gain";

@@ -98,10 +98,10 @@ TEST_P(RegisterWindowTest, ShowsBothGridsWithTheirEntries) {
     RegisterWindow window(component_);
     window.show();
     QApplication::processEvents();
-    EXPECT_EQ(window.opening_view()->model()->rowCount(), 4);
-    EXPECT_EQ(window.addition_view()->model()->rowCount(), 2);
-    EXPECT_EQ(window.opening_view()->model()->index(0, 3).data().toString(), "LATHE MACHINE");
-    EXPECT_FALSE(window.opening_frame()->isVisible());
+    EXPECT_EQ(window.findChild<GridView*>("vsO")->model()->rowCount(), 4);
+    EXPECT_EQ(window.findChild<GridView*>("vsA")->model()->rowCount(), 2);
+    EXPECT_EQ(window.findChild<GridView*>("vsO")->model()->index(0, 3).data().toString(), "LATHE MACHINE");
+    EXPECT_FALSE(window.findChild<QWidget*>("famEditO")->isVisible());
     // The calculation works; the export and transfers are there but cannot be started yet.
     int seen = 0;
     for (auto* b : window.findChildren<QPushButton*>()) {
@@ -125,9 +125,9 @@ TEST_P(RegisterWindowTest, OpeningEntryTypedAndSavedThroughTheFrame) {
     QApplication::processEvents();
     auto& screen = window.screen();
     window.run([&] { screen.cmdAddO_Click(); });
-    ASSERT_TRUE(window.opening_frame()->isVisible());
+    ASSERT_TRUE(window.findChild<QWidget*>("famEditO")->isVisible());
     window.run([&] { screen.SelectAssetGroup(1); });
-    auto edits = window.opening_frame()->findChildren<VTxtEdit*>();
+    auto edits = window.findChild<QWidget*>("famEditO")->findChildren<VTxtEdit*>();
     // Particulars, then the cost typed key by key: the residual value and the rate follow.
     auto* part = window.findChildren<VTxtEdit*>().front();
     part->setFocus();
@@ -154,9 +154,9 @@ TEST_P(RegisterWindowTest, OpeningEntryTypedAndSavedThroughTheFrame) {
     answer_boxes();
     QTest::mouseClick(find_button(window, "&Update"), Qt::LeftButton);
     EXPECT_EQ(shown_, std::vector<std::string>{"Auto Calculated Rate is 18.10% !"});
-    EXPECT_EQ(window.opening_view()->model()->rowCount(), 5);
+    EXPECT_EQ(window.findChild<GridView*>("vsO")->model()->rowCount(), 5);
     EXPECT_EQ(db().query("SELECT Part FROM NewFATRo2025 WHERE SrNoFATR=5").first("Part").as_text(), "BORING MACHINE");
-    EXPECT_FALSE(window.opening_frame()->isVisible());
+    EXPECT_FALSE(window.findChild<QWidget*>("famEditO")->isVisible());
 }
 
 TEST_P(RegisterWindowTest, AdditionFrameShowsTheNetAmountAsItIsTyped) {
@@ -166,8 +166,8 @@ TEST_P(RegisterWindowTest, AdditionFrameShowsTheNetAmountAsItIsTyped) {
     QApplication::processEvents();
     auto& screen = window.screen();
     window.run([&] { screen.vsA_Row = 2; screen.cmdEditA_Click(); });
-    ASSERT_TRUE(window.addition_frame()->isVisible());
-    EXPECT_FALSE(window.opening_frame()->isVisible());
+    ASSERT_TRUE(window.findChild<QWidget*>("famEditA")->isVisible());
+    EXPECT_FALSE(window.findChild<QWidget*>("famEditO")->isVisible());
     EXPECT_EQ(screen.lblNetAmtA, "83500.00");
     QApplication::processEvents();
     save_picture(window, "register_addition_entry_frame");
@@ -181,7 +181,7 @@ TEST_P(RegisterWindowTest, RefusedUpdateShowsItsMessageAndKeepsTheFrameOpen) {
     answer_boxes();
     QTest::mouseClick(find_button(window, "&Update"), Qt::LeftButton);
     EXPECT_EQ(shown_, std::vector<std::string>{"Please specify 'Asset Group' !"});
-    EXPECT_TRUE(window.addition_frame()->isVisible());
+    EXPECT_TRUE(window.findChild<QWidget*>("famEditA")->isVisible());
     EXPECT_EQ(db().query("SELECT COUNT(*) AS n FROM NewFATRa2025").first("n").as_int(), 0);
 }
 
@@ -224,7 +224,7 @@ TEST(RegisterWindowLarge, GridOfAHundredThousandEntriesScrollsToItsEnd) {
     RegisterWindow window(component);
     window.show();
     QApplication::processEvents();
-    auto* view = window.opening_view();
+    auto* view = window.findChild<GridView*>("vsO");
     ASSERT_EQ(view->model()->rowCount(), 100000);
     view->scrollToBottom();
     QApplication::processEvents();

@@ -204,7 +204,7 @@ int block(Context& ctx, const std::string& action, const Options& opt) {
         if (auto under = opt.get("under")) {
             if (kind != 2) throw UsageError("Only income-tax blocks sit under a nature (--under).");
             if (!screen.Combo1.select_id(*under)) {
-                const auto id = screen.Combo1.list.id_of(*under);
+                const auto id = screen.Combo1.List.id_of(*under);
                 if (!id) throw UsageError("No nature \"" + *under + "\".");
                 screen.Combo1.select_id(*id);
             }

@@ -20,8 +20,8 @@ namespace brenlow::cli {
 namespace {
 
 using S = reg::frmNewFATR;
-using reg::CheckBox;
-using reg::ComboBox;
+
+
 
 constexpr const char* kHelp =
     "Usage: brenlow register list --client CODE --year YYYY [--group ID] [--json]\n"
@@ -276,7 +276,7 @@ int add(Context& ctx, const Options& opt, bool opening) {
     auto s = open(ctx, opt);
     const int before = s->component.log.logged();
     opening ? s->screen->cmdAddO_Click() : s->screen->cmdAddA_Click();
-    if (s->screen->Mode().empty()) throw UsageError("The client keeps the old depreciation chart for this year.");
+    if (!s->screen->Entering()) throw UsageError("The client keeps the old depreciation chart for this year.");
     if (!fill(*s->screen, opt, opening)) return outcome(*s, before, false);
     const bool done = s->screen->cmdUpdate_Click();
     const int rc = outcome(*s, before, done);
