@@ -37,7 +37,7 @@ std::string rupees_paise(double amount) {
     return group_indian(format_mask(amount, "###0.00"));
 }
 
-std::string rate_text(double rate) {
+std::string rate_trimmed(double rate) {
     std::string text = format_mask(rate, "###0.0000");
     while (!text.empty() && text.back() == '0') text.pop_back();
     if (!text.empty() && text.back() == '.') text.pop_back();

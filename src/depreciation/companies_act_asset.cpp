@@ -17,7 +17,7 @@ void explain(CaAssetResult& r, const CaEntry& e, int year_length, const char* no
     } else {
         const bool wdv = e.method == CaMethod::WDV;
         r.DeprDet = std::string(wdv ? "WDV " : "SLM ") + rupees_paise(wdv ? r.opening + r.addition : r.base) +
-                    " x " + rate_text(r.rate) + "% x " + std::to_string(r.days) + "/" +
+                    " x " + rate_trimmed(r.rate) + "% x " + std::to_string(r.days) + "/" +
                     std::to_string(year_length) + " days = " + rupees_paise(r.depreciation - r.extra_shift);
         if (r.extra_shift != 0) r.DeprDet += "; extra shift " + rupees_paise(r.extra_shift);
     }

@@ -57,16 +57,16 @@ void explain_block(ItBlockResult& b, double addl_raw_carry_out) {
             rupees(b.expenses) + " = capital gain / (loss) " + rupees(b.profit_loss) + "; no depreciation";
         return;
     }
-    t = "WDV " + rupees(b.full_on_bal1) + " x " + rate_text(b.rate) + "% = " + rupees(b.depr_full);
+    t = "WDV " + rupees(b.full_on_bal1) + " x " + rate_trimmed(b.rate) + "% = " + rupees(b.depr_full);
     if (b.full_on_bal2 != 0)
-        t += "; addition " + rupees(b.full_on_bal2) + " used < 180 days x " + rate_text(b.rate / 2) +
+        t += "; addition " + rupees(b.full_on_bal2) + " used < 180 days x " + rate_trimmed(b.rate / 2) +
              "% = " + rupees(b.depr_half);
     if (b.addl_on_bal1 != 0)
-        t += "; additional on " + rupees(b.addl_on_bal1) + " x " + rate_text(b.addl_rate) +
+        t += "; additional on " + rupees(b.addl_on_bal1) + " x " + rate_trimmed(b.addl_rate) +
              "% = " + rupees(b.addl_full);
     if (b.addl_on_bal2 != 0)
         t += "; additional on " + rupees(b.addl_on_bal2) + " used < 180 days x " +
-             rate_text(b.addl_rate / 2) + "% = " + rupees(b.addl_half) + ", remaining half " +
+             rate_trimmed(b.addl_rate / 2) + "% = " + rupees(b.addl_half) + ", remaining half " +
              rupees(whole_rupees(addl_raw_carry_out)) + " carried to next year";
     if (b.ADeprOpH != 0) t += "; remaining half of additional brought forward = " + rupees(b.ADeprOpH);
     if (b.balance3 > 0) t += "; not put to use " + rupees(b.balance3) + " without depreciation";

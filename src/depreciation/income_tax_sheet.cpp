@@ -28,13 +28,13 @@ std::vector<ItSheetLine> block_sheet_lines(const ItBlockResult& b) {
 }
 
 std::string normal_rate_label(double rate, bool half) {
-    if (half) return "Normal @ Half Rate [" + rate_text(rate / 2) + "%]";
-    return "Normal @ " + rate_text(rate) + "% Full Rate";
+    if (half) return "Normal @ Half Rate [" + rate_trimmed(rate / 2) + "%]";
+    return "Normal @ " + rate_trimmed(rate) + "% Full Rate";
 }
 
 std::string additional_rate_label(double rate, bool half) {
-    if (half) return "Additional @ Half Rate [" + rate_text(rate / 2) + "%]";
-    return "Additional @ " + rate_text(rate) + "% Full Rate";
+    if (half) return "Additional @ Half Rate [" + rate_trimmed(rate / 2) + "%]";
+    return "Additional @ " + rate_trimmed(rate) + "% Full Rate";
 }
 
 ItSummary block_wise_summary(const ItRunResult& run) {
@@ -44,7 +44,7 @@ ItSummary block_wise_summary(const ItRunResult& run) {
     for (const ItBlockResult& b : run.blocks) {
         ItSummaryRow row;
         row.block = b.block_name;
-        row.rate = rate_text(b.rate);
+        row.rate = rate_trimmed(b.rate);
         row.status = b.block_nil ? "Block Nil" : b.status;
         // Losses are printed in brackets.
         row.gain_text = format_mask(b.profit_loss, "#,##0;(#,##0)");

@@ -25,8 +25,8 @@ constexpr const char* kAdditionalRate = "20.00";
 // The id of the chooser row that opens the block master.
 constexpr const char* kAddEditId = "+";
 
-std::string rate_text(double rate) { return format_mask(rate, kRateMask); }
-std::string rate_text(const std::optional<double>& rate) { return rate ? rate_text(*rate) : kNotApplicable; }
+std::string rate_two_places(double rate) { return format_mask(rate, kRateMask); }
+std::string rate_two_places(const std::optional<double>& rate) { return rate ? rate_two_places(*rate) : kNotApplicable; }
 
 bool is_sub_entry(std::string_view id) { return id.find('.') != std::string_view::npos; }
 std::string parent_of(std::string_view id) { return std::string(id.substr(0, id.find('.'))); }
@@ -244,16 +244,16 @@ void frmNewFAGM::show_group(long serial) {
     // The stored rates are shown as stored; choosing a block again proposes its own.
     pick_it(g->block_it);
     if (g->block_it != kNotConsidered) {
-        txtRateIT.set_text(rate_text(g->rate_it));
-        if (txtAddlRateIT.text() != kNotApplicable) txtAddlRateIT.set_text(rate_text(g->addl_rate_it));
+        txtRateIT.set_text(rate_two_places(g->rate_it));
+        if (txtAddlRateIT.text() != kNotApplicable) txtAddlRateIT.set_text(rate_two_places(g->addl_rate_it));
     }
     pick_fa(g->block_fa);
-    if (g->block_fa != kNotConsideredFA) txtRateFA.set_text(rate_text(g->rate_fa));
+    if (g->block_fa != kNotConsideredFA) txtRateFA.set_text(rate_two_places(g->rate_fa));
     pick_cl(g->block_cl);
     if (g->block_cl != kNotConsidered) {
-        txtLifeYrs.set_text(rate_text(g->life_yrs));
-        txtRateSLM.set_text(rate_text(g->rate_slm));
-        txtRateWDV.set_text(rate_text(g->rate_wdv));
+        txtLifeYrs.set_text(rate_two_places(g->life_yrs));
+        txtRateSLM.set_text(rate_two_places(g->rate_slm));
+        txtRateWDV.set_text(rate_two_places(g->rate_wdv));
     }
 }
 
@@ -294,7 +294,7 @@ void frmNewFAGM::pick_it(const std::string& chosen) {
         if (e.id != id) continue;
         block_it_ = id;
         lblBlockIT.Caption = e.name;
-        txtRateIT.set_text(rate_text(e.rate));
+        txtRateIT.set_text(rate_two_places(e.rate));
         txtAddlRateIT.set_text(e.name == kAdditionalBlock ? kAdditionalRate : kNotApplicable);
         return;
     }
@@ -315,7 +315,7 @@ void frmNewFAGM::pick_fa(long id) {
     lblBlockFA.Caption = std::to_string(id);
     for (const auto& b : fa_blocks_)
         if (b.id == id) lblBlockFA.Caption = b.name;
-    if (txtRateFA.text() == kNotApplicable) txtRateFA.set_text(rate_text(0.0));
+    if (txtRateFA.text() == kNotApplicable) txtRateFA.set_text(rate_two_places(0.0));
 }
 
 void frmNewFAGM::pick_cl(const std::string& id) {
@@ -330,9 +330,9 @@ void frmNewFAGM::pick_cl(const std::string& id) {
     for (const auto& e : cl_entries_) {
         if (e.id != id) continue;
         lblBlockCL.Caption = e.name;
-        txtLifeYrs.set_text(rate_text(e.life_yrs));
-        txtRateSLM.set_text(rate_text(e.rate_slm));
-        txtRateWDV.set_text(rate_text(e.rate_wdv));
+        txtLifeYrs.set_text(rate_two_places(e.life_yrs));
+        txtRateSLM.set_text(rate_two_places(e.rate_slm));
+        txtRateWDV.set_text(rate_two_places(e.rate_wdv));
     }
 }
 

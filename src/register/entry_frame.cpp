@@ -56,7 +56,7 @@ const char* mask_of_a(int i) {
 }
 
 std::string shown(double v, const char* mask) {
-    return std::string(mask) == "rate" ? rate_text(v) : format_mask(v, mask);
+    return std::string(mask) == "rate" ? rate_two_or_four_places(v) : format_mask(v, mask);
 }
 
 bool has_block(const std::string& id) { return !id.empty() && id != "-1" && id != "-2"; }
@@ -270,10 +270,10 @@ void frmNewFATR::show_opening(const store::OpeningRow& o) {
     txtfieldsO[O_OpDepr].set_text(format_mask(o.OpDepr, "###0.00"));
     txtfieldsO[O_ResValue].set_text(format_mask(o.ResValue, "###0.00"));
     txtfieldsO[O_LifeYrs].set_text(format_mask(o.LifeYrs, "###0"));
-    txtfieldsO[O_RateFACL].set_text(rate_text(o.RateFACL));
+    txtfieldsO[O_RateFACL].set_text(rate_two_or_four_places(o.RateFACL));
     txtfieldsO[O_WdvIT].set_text(format_mask(o.WdvIT, "###0.00"));
-    txtfieldsO[O_RateIT].set_text(rate_text(o.RateIT));
-    txtfieldsO[O_AddlDepRT].set_text(rate_text(o.AddlDepRT));
+    txtfieldsO[O_RateIT].set_text(rate_two_or_four_places(o.RateIT));
+    txtfieldsO[O_AddlDepRT].set_text(rate_two_or_four_places(o.AddlDepRT));
     txtfieldsO[O_AddlDepOn].set_text(o.AddlDepOn != 0 ? format_mask(o.AddlDepOn, "###0.00") : "");
     chkfieldsO[O_ResValue].Value = opts.ResDefault;
     chkfieldsO[O_LifeYrs].Value = opts.LifeDefault;
@@ -318,9 +318,9 @@ void frmNewFATR::show_addition(const store::AdditionRow& a) {
     txtfieldsA[A_Subsidy].set_text(format_mask(a.Subsidy, "###0.00"));
     txtfieldsA[A_ResValue].set_text(format_mask(a.ResValue, "###0.00"));
     txtfieldsA[A_LifeYrs].set_text(format_mask(a.LifeYrs, "###0"));
-    txtfieldsA[A_RateFACL].set_text(rate_text(a.RateFACL));
-    txtfieldsA[A_RateIT].set_text(rate_text(a.RateIT));
-    txtfieldsA[A_AddlDepRT].set_text(rate_text(a.AddlDepRT));
+    txtfieldsA[A_RateFACL].set_text(rate_two_or_four_places(a.RateFACL));
+    txtfieldsA[A_RateIT].set_text(rate_two_or_four_places(a.RateIT));
+    txtfieldsA[A_AddlDepRT].set_text(rate_two_or_four_places(a.AddlDepRT));
     chkfieldsA[A_ResValue].Value = opts.ResDefault;
     chkfieldsA[A_LifeYrs].Value = opts.LifeDefault;
     chkfieldsA[A_RateFACL].Value = opts.RateDefault;
@@ -370,11 +370,11 @@ void frmNewFATR::recalc_opening() {
             if (const auto r = auto_rate_of(base, number_of(txtfieldsO[O_ResValue].text()), remaining, method, basis))
                 txtfieldsO[O_RateFACL].set_text(r->text);
         } else if (g) {
-            txtfieldsO[O_RateFACL].set_text(rate_text(master_rate(*g, method)));
+            txtfieldsO[O_RateFACL].set_text(rate_two_or_four_places(master_rate(*g, method)));
         }
     }
-    if (g && chkfieldsO[O_RateIT].Value) txtfieldsO[O_RateIT].set_text(rate_text(g->RateIT));
-    if (g && chkfieldsO[O_AddlDepRT].Value) txtfieldsO[O_AddlDepRT].set_text(rate_text(g->AddlRateIT));
+    if (g && chkfieldsO[O_RateIT].Value) txtfieldsO[O_RateIT].set_text(rate_two_or_four_places(g->RateIT));
+    if (g && chkfieldsO[O_AddlDepRT].Value) txtfieldsO[O_AddlDepRT].set_text(rate_two_or_four_places(g->AddlRateIT));
     txtfieldsO[O_AddlDepOn].set_text(chkfieldsO[O_AddlDepOn].Value ? txtfieldsO[O_AddlDepOn].text() : "");
     update_days();
 }
@@ -400,11 +400,11 @@ void frmNewFATR::recalc_addition() {
             if (const auto r = auto_rate_of(net, number_of(txtfieldsA[A_ResValue].text()), life, method, basis))
                 txtfieldsA[A_RateFACL].set_text(r->text);
         } else if (g) {
-            txtfieldsA[A_RateFACL].set_text(rate_text(master_rate(*g, method)));
+            txtfieldsA[A_RateFACL].set_text(rate_two_or_four_places(master_rate(*g, method)));
         }
     }
-    if (g && chkfieldsA[A_RateIT].Value) txtfieldsA[A_RateIT].set_text(rate_text(g->RateIT));
-    if (g) txtfieldsA[A_AddlDepRT].set_text(rate_text(chkfieldsA[A_AddlDepRT].Value ? g->AddlRateIT : 0));
+    if (g && chkfieldsA[A_RateIT].Value) txtfieldsA[A_RateIT].set_text(rate_two_or_four_places(g->RateIT));
+    if (g) txtfieldsA[A_AddlDepRT].set_text(rate_two_or_four_places(chkfieldsA[A_AddlDepRT].Value ? g->AddlRateIT : 0));
     update_days();
 }
 

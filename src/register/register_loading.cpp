@@ -290,8 +290,8 @@ void frmNewFATR::add_opening_row(const store::OpeningRow& o, int sn) {
     line += std::to_string(sn);
     for (const std::string& cell :
          {std::to_string(o.SrNoFATR), std::to_string(o.IdFAGM), o.Part, plain_number(o.CostWdv),
-          plain_number(o.OpDepr), plain_number(o.ResValue), plain_number(o.LifeYrs), rate_text(o.RateFACL),
-          plain_number(o.WdvIT), rate_text(o.RateIT), rate_text(o.AddlDepRT), o.SaleDate, plain_number(o.SaleAmt),
+          plain_number(o.OpDepr), plain_number(o.ResValue), plain_number(o.LifeYrs), rate_two_or_four_places(o.RateFACL),
+          plain_number(o.WdvIT), rate_two_or_four_places(o.RateIT), rate_two_or_four_places(o.AddlDepRT), o.SaleDate, plain_number(o.SaleAmt),
           plain_number(o.SaleExp), std::string(), std::string(), std::string(), yr, plain_number(o.DepCalcCA),
           o.DetESA, o.OthOpts, o.PutDate, plain_number(o.AddlDepOn)})
         append(line, cell);
@@ -308,8 +308,8 @@ void frmNewFATR::add_addition_row(const store::AdditionRow& a, int sn) {
     for (const std::string& cell :
          {std::to_string(a.SrNoFATR), std::to_string(a.IdFAGM), a.Part, a.PutDate, a.AccDate, plain_number(a.PurAmt),
           plain_number(a.ExciseCr), plain_number(a.CurrDiff), plain_number(a.Subsidy), plain_number(misc),
-          plain_number(net), plain_number(a.ResValue), plain_number(a.LifeYrs), rate_text(a.RateFACL),
-          rate_text(a.RateIT), rate_text(a.AddlDepRT), a.SaleDate, plain_number(a.SaleAmt), plain_number(a.SaleExp),
+          plain_number(net), plain_number(a.ResValue), plain_number(a.LifeYrs), rate_two_or_four_places(a.RateFACL),
+          rate_two_or_four_places(a.RateIT), rate_two_or_four_places(a.AddlDepRT), a.SaleDate, plain_number(a.SaleAmt), plain_number(a.SaleExp),
           std::string(), std::string(), std::string(), a.OthOpts})
         append(line, cell);
     const int r = vsA.add_item(line);

@@ -17,7 +17,7 @@ inline constexpr const char* kBADepList = "#N;Depreciation as per Books: Calcula
 inline constexpr const char* kESASep = "\xC2\xA6";
 
 // Rates show two decimals unless typed with more, which keep four.
-inline std::string rate_text(double rate) {
+inline std::string rate_two_or_four_places(double rate) {
     const std::string four = format_mask(rate, "###0.0000");
     if (four.size() >= 2 && four.compare(four.size() - 2, 2, "00") == 0) return format_mask(rate, "###0.00");
     return four;
