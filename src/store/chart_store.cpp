@@ -26,9 +26,9 @@ void rewrite(Database& db, const char* table, std::string_view code, int year,
              const std::vector<depreciation::ChartRow>& rows) {
     Transaction tx(db);
     db.execute(std::string("DELETE FROM ") + table + where(code, year));
-    db.execute("Flush Tables");
+    db.flush_tables();
     for (const auto& r : rows) db.execute(std::string("Insert into ") + table + " Values " + values_of(r, code, year));
-    db.execute("Flush Tables");
+    db.flush_tables();
     tx.commit();
 }
 
@@ -47,10 +47,10 @@ void rewrite_hand_edited_chart(Database& db, std::string_view code, int year,
 void copy_hand_edited_chart(Database& db, std::string_view code, int year) {
     Transaction tx(db);
     db.execute("DELETE FROM TmpDepChart" + where(code, year));
-    db.execute("Flush Tables");
+    db.flush_tables();
     db.execute("INSERT INTO TmpDepChart SELECT * FROM DeprChart WHERE Code_No='" + sql_text(code) +
                "' AND FYr=" + std::to_string(year));
-    db.execute("Flush Tables");
+    db.flush_tables();
     tx.commit();
 }
 

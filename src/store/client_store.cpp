@@ -103,14 +103,14 @@ CreatedYear create_client_year(Database& db, std::string_view code, int year, st
                    q(code) + ",'0104" + std::to_string(year - 1) + "','" + s_yr + "'," + std::to_string(count) +
                    "," + q(suffix) + ",''," + q(client_name) + "," + std::to_string(st) + ")");
         tx.commit();
-        db.execute("Flush Tables");
+        db.flush_tables();
         result.master_row_created = true;
     } else if (!name.empty() || status) {
         std::string sets;
         if (!name.empty()) sets += "client_name=" + q(name);
         if (status) sets += std::string(sets.empty() ? "" : ", ") + "status=" + std::to_string(*status);
         db.execute("update master set " + sets + " where code_no=" + q(code));
-        db.execute("Flush Tables");
+        db.flush_tables();
     }
     result.client_year = *find_client_year(db, code, year);
 
@@ -150,7 +150,7 @@ void set_misc_info(Database& db, std::string_view code, std::string_view second_
     db.execute("delete from Mast_MiscOthInf" + where);
     db.execute("insert into Mast_MiscOthInf (code_no, s_yr, InfKey, InfVal, InfDesc) values (" + q(code) + "," +
                q(second_date) + "," + q(key) + "," + q(value) + "," + q(description) + ")");
-    db.execute("Flush Tables");
+    db.flush_tables();
     tx.commit();
 }
 
@@ -165,7 +165,7 @@ void set_setting(Database& db, std::string_view section, std::string_view key, s
     db.execute("delete from Mast_Setting where Section=" + q(section) + " and SetKey=" + q(key));
     db.execute("insert into Mast_Setting (Section, SetKey, SetVal) values (" + q(section) + "," + q(key) + "," +
                q(value) + ")");
-    db.execute("Flush Tables");
+    db.flush_tables();
     tx.commit();
 }
 
@@ -176,7 +176,7 @@ long mast_part_id(Database& db, std::string_view name) {
     const long id =
         static_cast<long>(db.query("select max(PartId) as cntr from Mast_Part").first("cntr").as_int()) + 1;
     db.execute("insert into Mast_Part (PartId, PartNm) values (" + std::to_string(id) + "," + q(name) + ")");
-    db.execute("Flush Tables");
+    db.flush_tables();
     lock.release();
     return id;
 }

@@ -1,8 +1,8 @@
 #pragma once
 // One connection to the suite's database, whichever server holds it. The suite
-// speaks MySQL-flavoured SQL ("LOCK TABLE X Write", "UNLOCK TABLES", "Flush Tables",
-// UCASE, case-blind names and comparisons); every backend gives those statements
-// the same meaning.
+// speaks MySQL-flavoured SQL (UCASE, CONCAT, case-blind names and comparisons) and
+// every backend gives its statements the same meaning. Table locks and flushes are
+// operations of their own, each backend doing what they mean.
 
 #include <cstdint>
 #include <functional>
@@ -111,8 +111,8 @@ public:
     // The connection string without its password, for messages.
     virtual std::string describe() const = 0;
 
-    // A statement that returns no rows (insert, update, delete, lock, unlock, flush,
-    // create, drop). Throws DbError.
+    // A statement that returns no rows (insert, update, delete, create, drop).
+    // Throws DbError.
     virtual void execute(std::string_view sql) = 0;
     // A statement that returns rows, read whole. Throws DbError.
     virtual Recordset query(std::string_view sql) = 0;
@@ -120,8 +120,16 @@ public:
     // during the call). Throws DbError.
     virtual void for_each_row(std::string_view sql, const std::function<void(const Row&)>& fn) = 0;
 
+    // "LOCK TABLE t Write" on each table, until unlock_tables(): no other user writes
+    // them meanwhile. A new lock replaces the one held.
+    virtual void lock_tables(const std::vector<std::string>& tables) = 0;
+    // "UNLOCK TABLES": releases the lock held, if any.
+    virtual void unlock_tables() = 0;
+    // "Flush Tables": what was written is seen by every other user. Inside a group it
+    // takes effect when the group commits.
+    virtual void flush_tables() = 0;
+
     // All-or-nothing groups of writes. Nested begin() calls join the outer group.
-    // "Flush Tables" run inside a group takes effect when the group commits.
     virtual void begin() = 0;
     virtual void commit() = 0;
     virtual void rollback() = 0;

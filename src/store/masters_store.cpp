@@ -91,13 +91,13 @@ bool block_name_taken(Database& db, std::string_view name, int kind, std::option
 void insert_block(Database& db, const Block& block) {
     db.execute("Insert into BlockGroup Values (" + num(block.id) + "," + quoted(block.name) + "," + num(block.kind) +
                "," + num(block.nature) + ")");
-    db.execute("Flush Tables");
+    db.flush_tables();
 }
 
 void update_block(Database& db, const Block& block) {
     db.execute("Update BlockGroup Set GrpDesc=" + quoted(block.name) + ",BlockNo=" + num(block.nature) +
                " Where GrpId=" + num(block.id));
-    db.execute("Flush Tables");
+    db.flush_tables();
 }
 
 bool block_used_by_particular(Database& db, int kind, long id) {
@@ -118,7 +118,7 @@ std::optional<std::string> schedule_table_using_block(Database& db, const std::v
 
 void delete_block(Database& db, long id) {
     db.execute("Delete from BlockGroup where GrpId=" + num(id));
-    db.execute("Flush Tables");
+    db.flush_tables();
 }
 
 // ---- Lists of the year -------------------------------------------------------------
@@ -173,7 +173,7 @@ long add_asset_group(Database& db, const AssetGroup& g) {
                quoted(g.block_it) + "," + num(g.rate_it) + "," + num(g.addl_rate_it) + "," + num(g.block_fa) + "," +
                num(g.rate_fa) + "," + quoted(g.block_cl) + "," + num(g.life_yrs) + "," + num(g.rate_slm) + "," +
                num(g.rate_wdv) + ")");
-    db.execute("Flush Tables");
+    db.flush_tables();
     lock.release();
     return serial;
 }
@@ -183,7 +183,7 @@ void modify_asset_group(Database& db, const AssetGroup& g) {
                ",RateIT=" + num(g.rate_it) + ",AddlRateIT=" + num(g.addl_rate_it) + ",BlockFA=" + num(g.block_fa) +
                ",RateFA=" + num(g.rate_fa) + ",BlockIdCL=" + quoted(g.block_cl) + ",LifeYrs=" + num(g.life_yrs) +
                ",RateSLM=" + num(g.rate_slm) + ",RateWDV=" + num(g.rate_wdv) + " WHERE SrNoFAGM=" + num(g.serial));
-    db.execute("Flush Tables");
+    db.flush_tables();
 }
 
 bool asset_group_used_by_opening(Database& db, int year, long serial) {
@@ -199,9 +199,9 @@ bool asset_group_used_by_addition(Database& db, int year, long serial) {
 void delete_asset_group(Database& db, int year, long serial) {
     Transaction tx(db);
     db.execute("DELETE FROM NewFAMD WHERE Yr=" + num(year) + " AND IdFAGM=" + num(serial));
-    db.execute("FLUSH TABLES");
+    db.flush_tables();
     db.execute("DELETE FROM NewFAGM WHERE SrNoFAGM=" + num(serial));
-    db.execute("Flush Tables");
+    db.flush_tables();
     tx.commit();
 }
 
@@ -231,7 +231,7 @@ void insert_particular_row(Database& db, const Particular& p) {
 
 void insert_particular(Database& db, const Particular& p) {
     insert_particular_row(db, p);
-    db.execute("Flush Tables");
+    db.flush_tables();
 }
 
 void replace_particular(Database& db, const Particular& p) {
@@ -239,13 +239,13 @@ void replace_particular(Database& db, const Particular& p) {
     Transaction tx(db);
     db.execute("Delete from FAPart_Master where Yr=" + num(p.year) + " and PartId=" + num(p.id));
     insert_particular_row(db, p);
-    db.execute("Flush Tables");
+    db.flush_tables();
     tx.commit();
 }
 
 void delete_particular(Database& db, int year, long id) {
     db.execute("Delete from FAPart_Master where Yr=" + num(year) + " and PartId=" + num(id));
-    db.execute("Flush Tables");
+    db.flush_tables();
 }
 
 }  // namespace brenlow::store

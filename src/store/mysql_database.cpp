@@ -274,36 +274,9 @@ void MysqlDatabase::run(std::string_view sql) {
     }
 }
 
-void MysqlDatabase::execute(std::string_view sql) {
-    const auto shape = classify_statement(sql);
-    switch (shape.kind) {
-        case StatementKind::lock:
-            lock_tables(sql);
-            break;
-        case StatementKind::unlock:
-            unlock_tables();
-            break;
-        case StatementKind::flush:
-            // FLUSH commits implicitly: inside a group it waits for the group's COMMIT.
-            if (depth_ > 0) {
-                flush_pending_ = true;
-            } else {
-                flush_tables(sql);
-            }
-            break;
-        case StatementKind::create_table:
-        case StatementKind::other:
-            run(sql);
-            break;
-    }
-}
+void MysqlDatabase::execute(std::string_view sql) { run(sql); }
 
 Recordset MysqlDatabase::query(std::string_view sql) {
-    const auto kind = classify_statement(sql).kind;
-    if (kind != StatementKind::other && kind != StatementKind::create_table) {
-        execute(sql);
-        return {};
-    }
     send(sql);
     if (mysql_field_count(conn_) == 0) return {};
     Result r(mysql_store_result(conn_));
@@ -318,11 +291,6 @@ Recordset MysqlDatabase::query(std::string_view sql) {
 }
 
 void MysqlDatabase::for_each_row(std::string_view sql, const std::function<void(const Row&)>& fn) {
-    const auto kind = classify_statement(sql).kind;
-    if (kind != StatementKind::other && kind != StatementKind::create_table) {
-        execute(sql);
-        return;
-    }
     send(sql);
     if (mysql_field_count(conn_) == 0) return;
     // Row by row from the server; freeing the result drains what the callback left.
@@ -337,9 +305,18 @@ void MysqlDatabase::for_each_row(std::string_view sql, const std::function<void(
     if (mysql_errno(conn_) != 0) throw error(sql);
 }
 
-void MysqlDatabase::flush_tables(std::string_view sql) {
+void MysqlDatabase::flush_tables() {
+    // FLUSH commits implicitly: inside a group it waits for the group's COMMIT.
+    if (depth_ > 0) {
+        flush_pending_ = true;
+        return;
+    }
+    flush_now();
+}
+
+void MysqlDatabase::flush_now() {
     try {
-        run(sql);
+        run("FLUSH TABLES");
     } catch (const DbError& e) {
         // Without the RELOAD privilege there is nothing to flush that matters:
         // InnoDB makes every commit visible to the other connections by itself.
@@ -364,7 +341,7 @@ void MysqlDatabase::release_writer_lock() {
     run("DO RELEASE_LOCK(" + quoted(writer_lock_name_) + ")");
 }
 
-void MysqlDatabase::lock_tables(std::string_view sql) {
+void MysqlDatabase::lock_tables(const std::vector<std::string>& tables) {
     if (depth_ > 0) {
         // The group holds the writer lock already; a real LOCK TABLES would commit it.
         lock_held_ = true;
@@ -374,6 +351,8 @@ void MysqlDatabase::lock_tables(std::string_view sql) {
     take_writer_lock();
     try {
         // Also the server's own lock, for any other program that writes these tables.
+        std::string sql = "LOCK TABLES ";
+        for (std::size_t i = 0; i < tables.size(); ++i) sql += (i ? ", " : "") + tables[i] + " WRITE";
         run(sql);
     } catch (...) {
         try {
@@ -442,7 +421,7 @@ void MysqlDatabase::commit() {
     end_group_locks();
     if (flush_pending_) {
         flush_pending_ = false;
-        flush_tables("FLUSH TABLES");
+        flush_now();
     }
 }
 

@@ -62,6 +62,10 @@ public:
     Recordset query(std::string_view sql) override;
     void for_each_row(std::string_view sql, const std::function<void(const Row&)>& fn) override;
 
+    void lock_tables(const std::vector<std::string>& tables) override;
+    void unlock_tables() override;
+    void flush_tables() override;
+
     void begin() override;
     void commit() override;
     void rollback() override;
@@ -73,12 +77,10 @@ public:
 private:
     void run(std::string_view sql);
     void send(std::string_view sql);
-    void lock_tables(std::string_view sql);
-    void unlock_tables();
     void take_writer_lock();
     void release_writer_lock();
     void end_group_locks();
-    void flush_tables(std::string_view sql);
+    void flush_now();
     DbError error(std::string_view sql) const;
 
     MysqlAddress address_;

@@ -38,7 +38,7 @@ void insert_all(Database& db, std::string_view code, const std::string& table, s
         }
     }
     if (in_batch) db.execute(sql);
-    db.execute("Flush Tables");
+    db.flush_tables();
     tx.commit();
     lock.release();
 }

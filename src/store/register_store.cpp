@@ -145,9 +145,9 @@ std::optional<std::string> RegisterStore::options_row() {
 void RegisterStore::rewrite_options_row(std::string_view misc_inf) {
     Transaction tx(db_);
     db_.execute("DELETE FROM NewFAMI WHERE Code_No=" + quoted(code_) + " AND Yr=" + num(long(year_)));
-    db_.execute("FLUSH TABLES");
+    db_.flush_tables();
     db_.execute("INSERT INTO NewFAMI VALUES (" + quoted(code_) + "," + num(long(year_)) + "," + quoted(misc_inf) + ")");
-    db_.execute("Flush Tables");
+    db_.flush_tables();
     tx.commit();
 }
 
@@ -217,10 +217,10 @@ void RegisterStore::write_old_chart_marker() {
     db_.execute("DELETE FROM " + addition_table() + where_client(std::nullopt));
     db_.execute("DELETE FROM NewFAMI WHERE Code_No=" + quoted(code_) + " AND Yr=" + num(long(year_)));
     db_.execute("DELETE FROM NewFAMD WHERE Code_No=" + quoted(code_) + " AND Yr=" + num(long(year_)));
-    db_.execute("Flush Tables");
+    db_.flush_tables();
     db_.execute("INSERT INTO " + opening_table() + " Values (" + quoted(code_) +
                 ",-1,-1,'',0,0,0,0,0,0,0,0,'',0,0,0,0,0,'',0,'','',0)");
-    db_.execute("Flush Tables");
+    db_.flush_tables();
     tx.commit();
 }
 
@@ -282,7 +282,7 @@ long insert_with_next_serial(Database& db, const std::string& table, const std::
     row.Code_No = code;
     row.SrNoFATR = serial;
     db.execute("INSERT INTO " + table + " Values (" + quoted(code) + "," + num(serial) + "," + values(row) + ")");
-    db.execute("Flush Tables");
+    db.flush_tables();
     lock.release();
     return serial;
 }
@@ -305,7 +305,7 @@ void RegisterStore::update_opening(const OpeningRow& o) {
                 ",DepFACL=" + num(o.DepFACL) + ",OthOpts=" + quoted(o.OthOpts) + ",PutDate=" + quoted(o.PutDate) +
                 ",AddlDepOn=" + num(o.AddlDepOn) + " WHERE Code_No=" + quoted(code_) + " AND SrNoFATR=" +
                 num(o.SrNoFATR));
-    db_.execute("Flush Tables");
+    db_.flush_tables();
 }
 
 void RegisterStore::update_addition(const AdditionRow& a) {
@@ -317,27 +317,27 @@ void RegisterStore::update_addition(const AdditionRow& a) {
                 ",SaleAmt=" + num(a.SaleAmt) + ",SaleExp=" + num(a.SaleExp) + ",ShiftDet=" + quoted(a.ShiftDet) +
                 ",DepFACL=" + num(a.DepFACL) + ",OthOpts=" + quoted(a.OthOpts) + " WHERE Code_No=" + quoted(code_) +
                 " AND SrNoFATR=" + num(a.SrNoFATR));
-    db_.execute("Flush Tables");
+    db_.flush_tables();
 }
 
 void RegisterStore::delete_opening(long serial) {
     db_.execute("DELETE FROM " + opening_table() + " WHERE Code_No=" + quoted(code_) + " AND SrNoFATR=" + num(serial));
-    db_.execute("Flush Tables");
+    db_.flush_tables();
 }
 
 void RegisterStore::delete_addition(long serial) {
     db_.execute("DELETE FROM " + addition_table() + " WHERE Code_No=" + quoted(code_) + " AND SrNoFATR=" + num(serial));
-    db_.execute("Flush Tables");
+    db_.flush_tables();
 }
 
 void RegisterStore::delete_all_openings(std::optional<long> group) {
     db_.execute("DELETE FROM " + opening_table() + where_client(group));
-    db_.execute("Flush Tables");
+    db_.flush_tables();
 }
 
 void RegisterStore::delete_all_additions(std::optional<long> group) {
     db_.execute("DELETE FROM " + addition_table() + where_client(group));
-    db_.execute("Flush Tables");
+    db_.flush_tables();
 }
 
 std::vector<std::pair<long, double>> RegisterStore::manual_depreciation() {
@@ -350,11 +350,11 @@ std::vector<std::pair<long, double>> RegisterStore::manual_depreciation() {
 void RegisterStore::rewrite_manual_depreciation(const std::vector<std::pair<long, double>>& rows) {
     Transaction tx(db_);
     db_.execute("DELETE FROM NewFAMD WHERE Code_No=" + quoted(code_) + " AND Yr=" + num(long(year_)));
-    db_.execute("Flush Tables");
+    db_.flush_tables();
     for (const auto& [group, amount] : rows)
         db_.execute("INSERT INTO NewFAMD Values (" + quoted(code_) + "," + num(long(year_)) + "," + num(group) + "," +
                     num(amount) + ")");
-    db_.execute("Flush Tables");
+    db_.flush_tables();
     tx.commit();
 }
 
@@ -374,7 +374,7 @@ long RegisterStore::find_or_create_group(const AssetGroupRow& like) {
     g.SrNoFAGM = static_cast<long>(
         db_.query("SELECT MAX(SrNoFAGM) as MaxSrNo FROM NewFAGM").first("MaxSrNo").as_int()) + 1;
     db_.execute("INSERT INTO NewFAGM Values (" + group_values(g) + ")");
-    db_.execute("Flush Tables");
+    db_.flush_tables();
     lock.release();
     return g.SrNoFAGM;
 }

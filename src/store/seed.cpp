@@ -229,7 +229,7 @@ void seed_masters(Database& db, const std::string& data_dir) {
     if (db.query("Select Count(*) as n from BlockGroup Where GrpId=0").first("n").as_int() == 0)
         db.execute("INSERT INTO BlockGroup Values (0,' ',0,0)");
     tx.commit();
-    db.execute("Flush Tables");
+    db.flush_tables();
 }
 
 void ensure_year_masters(Database& db, int year) {
@@ -248,7 +248,7 @@ void ensure_year_masters(Database& db, int year) {
                    " FROM " + t + " WHERE YR=" + std::to_string(from));
         tx.commit();
     }
-    db.execute("Flush Tables");
+    db.flush_tables();
 }
 
 }  // namespace brenlow::store

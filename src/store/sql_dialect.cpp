@@ -109,28 +109,6 @@ bool is_one_of(std::string_view word, std::initializer_list<std::string_view> wo
     return false;
 }
 
-// "LOCK TABLES a WRITE, db.b AS x READ LOCAL" -> {"a", "db.b"}
-std::vector<std::string> locked_tables(const Tokens& t, std::size_t i) {
-    std::vector<std::string> tables;
-    bool expect_name = true;
-    for (; i < t.size(); ++i) {
-        if (t.is_punct(i, ',')) {
-            expect_name = true;
-            continue;
-        }
-        if (!expect_name || t.at(i).type == TokenType::punct) continue;
-        std::string name = t.name(i);
-        while (t.is_punct(i + 1, '.') && i + 2 < t.size()) {
-            name += '.';
-            name += t.name(i + 2);
-            i += 2;
-        }
-        tables.push_back(std::move(name));
-        expect_name = false;
-    }
-    return tables;
-}
-
 char to_lower(char c) {
     return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c;
 }
@@ -160,26 +138,14 @@ std::string to_upper_ascii(std::string_view s) {
     return out;
 }
 
-StatementShape classify_statement(std::string_view sql) {
+bool is_create_table(std::string_view sql) {
     const Tokens t(sql);
-    StatementShape shape;
-    const bool tables_word = t.is_word(1, "TABLE") || t.is_word(1, "TABLES");
-    if (t.is_word(0, "LOCK") && tables_word) {
-        shape.kind = StatementKind::lock;
-        shape.tables = locked_tables(t, 2);
-    } else if (t.is_word(0, "UNLOCK") && tables_word) {
-        shape.kind = StatementKind::unlock;
-    } else if (t.is_word(0, "FLUSH") && tables_word) {
-        shape.kind = StatementKind::flush;
-    } else if (t.is_word(0, "CREATE") &&
-               (t.is_word(1, "TABLE") || (t.is_word(1, "TEMPORARY") && t.is_word(2, "TABLE")))) {
-        shape.kind = StatementKind::create_table;
-    }
-    return shape;
+    return t.is_word(0, "CREATE") &&
+           (t.is_word(1, "TABLE") || (t.is_word(1, "TEMPORARY") && t.is_word(2, "TABLE")));
 }
 
 std::string with_case_blind_text_columns(std::string_view sql) {
-    if (classify_statement(sql).kind != StatementKind::create_table) return std::string(sql);
+    if (!is_create_table(sql)) return std::string(sql);
     const Tokens t(sql);
 
     std::size_t open = 0;

@@ -1,8 +1,7 @@
 #pragma once
 // What the database layer needs to know about the suite's statement text before
-// handing it to a server: which statements are table locks, unlocks and flushes
-// (each backend gives them its own meaning), and how SQLite must see a
-// "Create Table" so that text compares case-blind as it does on MySQL.
+// handing it to a server: how SQLite must see a "Create Table" so that text compares
+// case-blind as it does on MySQL.
 //
 // Nothing here ever changes the inside of a quoted literal or identifier.
 
@@ -12,23 +11,9 @@
 
 namespace brenlow::store {
 
-enum class StatementKind {
-    other,
-    lock,    // "LOCK TABLE X Write", "LOCK TABLES a Write, b READ"
-    unlock,  // "UNLOCK TABLES"
-    flush,   // "Flush Tables", "FLUSH TABLES x, y"
-    create_table,
-};
-
-struct StatementShape {
-    StatementKind kind = StatementKind::other;
-    // For a lock: the tables named, as written.
-    std::vector<std::string> tables;
-};
-
-// Looks at the leading words only; keywords in any case, comments and a trailing
-// ";" are allowed.
-StatementShape classify_statement(std::string_view sql);
+// "Create Table" or "Create Temporary Table": looks at the leading words only;
+// keywords in any case and comments are allowed.
+bool is_create_table(std::string_view sql);
 
 // For SQLite: gives every text column (Char(n), VarChar(n), Text, LongText, ...) of
 // a "Create Table" statement COLLATE NOCASE unless it names a collation already.

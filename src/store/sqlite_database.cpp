@@ -148,28 +148,13 @@ void SqliteDatabase::run(std::string_view sql) {
 }
 
 void SqliteDatabase::execute(std::string_view sql) {
-    const auto shape = classify_statement(sql);
-    switch (shape.kind) {
-        case StatementKind::lock:
-            lock_tables();
-            break;
-        case StatementKind::unlock:
-            unlock_tables();
-            break;
-        case StatementKind::flush:
-            break;  // every commit is visible to the other connections already
-        case StatementKind::create_table:
-            run(with_case_blind_text_columns(sql));
-            break;
-        case StatementKind::other:
-            run(sql);
-            break;
-    }
+    // Text compares case-blind, as on MySQL: the columns say so when they are made.
+    if (is_create_table(sql)) run(with_case_blind_text_columns(sql));
+    else run(sql);
 }
 
 Recordset SqliteDatabase::query(std::string_view sql) {
-    const auto kind = classify_statement(sql).kind;
-    if (kind != StatementKind::other) {
+    if (is_create_table(sql)) {
         execute(sql);
         return {};
     }
@@ -237,7 +222,8 @@ void SqliteDatabase::after_failure() {
     }
 }
 
-void SqliteDatabase::lock_tables() {
+// One writer at a time over the whole file: the lock is an immediate transaction.
+void SqliteDatabase::lock_tables(const std::vector<std::string>&) {
     if (lock_held_ && depth_ == 0) {
         // A new LOCK replaces the one held, as on MySQL.
         run("COMMIT");

@@ -38,6 +38,11 @@ public:
     Recordset query(std::string_view sql) override;
     void for_each_row(std::string_view sql, const std::function<void(const Row&)>& fn) override;
 
+    void lock_tables(const std::vector<std::string>& tables) override;
+    void unlock_tables() override;
+    // Every commit is visible to the other connections already.
+    void flush_tables() override {}
+
     void begin() override;
     void commit() override;
     void rollback() override;
@@ -48,8 +53,6 @@ public:
 
 private:
     void run(std::string_view sql);
-    void lock_tables();
-    void unlock_tables();
     void after_failure();
     DbError error(std::string_view sql) const;
 

@@ -1,10 +1,11 @@
 #pragma once
-// "LOCK TABLE X Write" ... "UNLOCK TABLES" as a guard: the lock is released when
-// the guard leaves scope, also when a statement under it fails.
+// A table lock as a guard: released when the guard leaves scope, also when a
+// statement under it fails.
 
 #include <initializer_list>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "store/database.h"
 
@@ -14,20 +15,12 @@ class TableLock {
 public:
     TableLock(Database& db, std::string_view table) : TableLock(db, {table}) {}
     TableLock(Database& db, std::initializer_list<std::string_view> tables) : db_(db) {
-        std::string sql = "LOCK TABLE ";
-        bool first = true;
-        for (auto t : tables) {
-            if (!first) sql += ", ";
-            sql += t;
-            sql += " Write";
-            first = false;
-        }
-        db_.execute(sql);
+        db_.lock_tables(std::vector<std::string>(tables.begin(), tables.end()));
         held_ = true;
     }
     ~TableLock() {
         if (held_) {
-            try { db_.execute("UNLOCK TABLES"); } catch (...) {}
+            try { db_.unlock_tables(); } catch (...) {}
         }
     }
     TableLock(const TableLock&) = delete;
@@ -37,7 +30,7 @@ public:
     void release() {
         if (held_) {
             held_ = false;
-            db_.execute("UNLOCK TABLES");
+            db_.unlock_tables();
         }
     }
 

@@ -250,10 +250,10 @@ QWidget* RegisterWindow::build_browse() {
 
     // The options that ask nothing before they change.
     auto* others = new QHBoxLayout;
-    const auto tick = [&](const CheckBox& state, QCheckBox*& box, void (S::*event)()) {
+    const auto tick = [&](const CheckBox& state, QCheckBox*& box, void (S::*handler)()) {
         box = new QCheckBox(q(state.Caption), browse_);
         others->addWidget(box);
-        connect(box, &QCheckBox::clicked, this, [this, event] { run([&] { (screen_.get()->*event)(); }); });
+        connect(box, &QCheckBox::clicked, this, [this, handler] { run([&] { (screen_.get()->*handler)(); }); });
     };
     tick(screen_->chkFASchBooks, chkFASchBooks_, &S::chkFASchBooks_Click);
     tick(screen_->chkRndFA, chkRndFA_, &S::chkRndFA_Click);

@@ -173,23 +173,25 @@ TEST_P(StoreDatabase, InsertSelectCopiesOneClientsRows) {
     EXPECT_EQ(rs.row(1)["Wdv"].as_text(), "0.1");
 }
 
-TEST_P(StoreDatabase, LockUnlockAndFlushAreAcceptedInAnyCase) {
+TEST_P(StoreDatabase, LocksReplaceEachOtherAndUnlockAndFlushAreHarmlessWhenNothingIsHeld) {
     db().execute("Create Table A (Sr Int(11))");
     db().execute("Create Table B (Sr Int(11))");
-    for (const char* lock :
-         {"LOCK TABLE A Write", "lock tables A write, B write", "Lock Tables A WRITE, B WRITE"}) {
-        db().execute(lock);
+    for (const std::vector<std::string>& tables : {std::vector<std::string>{"A"}, {"A", "B"}, {"a", "b"}}) {
+        db().lock_tables(tables);
         db().execute("INSERT INTO A Values (1)");
-        db().execute("flush tables");
-        db().execute("UNLOCK TABLES");
+        db().flush_tables();
+        db().unlock_tables();
     }
-    db().execute("LOCK TABLES A READ, B Read");
-    EXPECT_EQ(count_rows(db(), "B"), 0);
-    db().execute("unlock tables");
-    db().execute("Flush Tables");
-    db().execute("FLUSH TABLES;");
-    db().execute("UNLOCK TABLES");  // nothing held: harmless
-    EXPECT_EQ(count_rows(db(), "A"), 3);
+    // A second lock while one is held replaces it, as the server does.
+    db().lock_tables({"A"});
+    db().execute("INSERT INTO A Values (2)");
+    db().lock_tables({"A", "B"});
+    db().execute("INSERT INTO B Values (2)");
+    db().unlock_tables();
+    db().flush_tables();
+    db().unlock_tables();  // nothing held: harmless
+    EXPECT_EQ(count_rows(db(), "A"), 4);
+    EXPECT_EQ(count_rows(db(), "B"), 1);
 }
 
 // --- Reading ------------------------------------------------------------------------
@@ -267,7 +269,7 @@ public:
                         std::to_string(i * 100) + ")");
         }
         db_.execute("INSERT INTO FIXED_1 Values (1, 'C2', 5)");
-        db_.execute("Flush Tables");
+        db_.flush_tables();
     }
     std::int64_t rows_of(const char* client) {
         return count_rows(db_, std::string("FIXED_1 WHERE code_no='") + client + "'");
@@ -287,9 +289,9 @@ TEST_P(StoreDatabase, RewriteThatFailsPartWayLeavesTheOldRows) {
     try {
         Transaction tx(db());
         db().execute("Delete from FIXED_1 where code_no='C1'");
-        db().execute("Flush Tables");
+        db().flush_tables();
         db().execute("INSERT INTO FIXED_1 Values (1, 'C1', 999)");
-        db().execute("Flush Tables");
+        db().flush_tables();
         db().execute("INSERT INTO NoSuchTable Values (1)");
         tx.commit();
         FAIL() << "the bad statement went through";
@@ -309,12 +311,12 @@ TEST_P(StoreDatabase, SerialTakenUnderALockInsideAFailedRewriteIsUndoneToo) {
         {
             Transaction tx(db());
             db().execute("Delete from FIXED_1 where code_no='C1'");
-            db().execute("LOCK TABLE FIXED_1 Write");
+            db().lock_tables({"FIXED_1"});
             const auto next =
                 db().query("SELECT MAX(srno) AS MaxSrNo FROM FIXED_1").first("MaxSrNo").as_int() + 1;
             db().execute("INSERT INTO FIXED_1 Values (" + std::to_string(next) + ", 'C1', 1)");
-            db().execute("Flush Tables");
-            db().execute("UNLOCK TABLES");
+            db().flush_tables();
+            db().unlock_tables();
             db().execute("INSERT INTO FIXED_1 Values ('not', 'a', 'row', 'at all')");
             tx.commit();
         },
@@ -324,9 +326,9 @@ TEST_P(StoreDatabase, SerialTakenUnderALockInsideAFailedRewriteIsUndoneToo) {
 
     // The lock went with the group: another user can take it at once.
     auto other = temp().open_another();
-    other->execute("LOCK TABLE FIXED_1 Write");
+    other->lock_tables({"FIXED_1"});
     other->execute("INSERT INTO FIXED_1 Values (9, 'C9', 1)");
-    other->execute("UNLOCK TABLES");
+    other->unlock_tables();
     EXPECT_EQ(table.rows_of("C9"), 1);
 }
 
@@ -335,31 +337,31 @@ TEST_P(StoreDatabase, CommittedRewriteIsSeenByAnotherConnection) {
     {
         Transaction tx(db());
         db().execute("Delete from FIXED_1 where code_no='C1'");
-        db().execute("Flush Tables");
-        db().execute("LOCK TABLE FIXED_1 Write");
+        db().flush_tables();
+        db().lock_tables({"FIXED_1"});
         db().execute("INSERT INTO FIXED_1 Values (1, 'C1', 42)");
-        db().execute("Flush Tables");
-        db().execute("UNLOCK TABLES");
+        db().flush_tables();
+        db().unlock_tables();
         tx.commit();
     }
     auto other = temp().open_another();
     EXPECT_EQ(count_rows(*other, "FIXED_1 WHERE code_no='C1'"), 1);
-    other->execute("LOCK TABLE FIXED_1 Write");
-    other->execute("UNLOCK TABLES");
+    other->lock_tables({"FIXED_1"});
+    other->unlock_tables();
 }
 
 TEST_P(StoreDatabase, GroupBegunUnderALockIsUndoneAloneOnRollback) {
     Rewrite table(db());
-    db().execute("LOCK TABLE FIXED_1 Write");
+    db().lock_tables({"FIXED_1"});
     db().execute("INSERT INTO FIXED_1 Values (1, 'C3', 1)");
     db().begin();
     db().execute("INSERT INTO FIXED_1 Values (2, 'C3', 2)");
     db().rollback();
     db().begin();
     db().execute("INSERT INTO FIXED_1 Values (3, 'C3', 3)");
-    db().execute("Flush Tables");
+    db().flush_tables();
     db().commit();
-    db().execute("UNLOCK TABLES");
+    db().unlock_tables();
     EXPECT_EQ(table.total_of("C3"), 4.0);
     EXPECT_EQ(count_rows(*temp().open_another(), "FIXED_1 WHERE code_no='C3'"), 2);
 }
@@ -402,15 +404,15 @@ TEST_P(StoreDatabase, TwoConnectionsTakingSerialsUnderTheLockNeverCollide) {
     auto take = [](Database& conn, int who, bool grouped) {
         for (int i = 0; i < per_user; ++i) {
             if (grouped) conn.begin();
-            conn.execute("LOCK TABLE NewFATRa2015 Write");
+            conn.lock_tables({"NewFATRa2015"});
             const auto max =
                 conn.query("SELECT MAX(SrNoFATR) AS MaxSrNo FROM NewFATRa2015 WHERE Code_No='C1'")
                     .first("MaxSrNo");
             std::this_thread::yield();  // give the other user every chance to get in between
             conn.execute("INSERT INTO NewFATRa2015 Values ('C1', " + std::to_string(max.as_int() + 1) + ", " +
                          std::to_string(who) + ")");
-            conn.execute("Flush Tables");
-            conn.execute("UNLOCK TABLES");
+            conn.flush_tables();
+            conn.unlock_tables();
             if (grouped) conn.commit();
         }
     };
@@ -460,23 +462,23 @@ TEST_P(StoreDatabase, RewriteThatTakesASerialAfterDeletingDoesNotDeadlockWithAno
         // Another user wants a serial while the rewrite is under way: it waits for it.
         user = std::jthread([&] {
             try {
-                other->execute("LOCK TABLE FIXED_1 Write");
+                other->lock_tables({"FIXED_1"});
                 const auto max =
                     other->query("SELECT MAX(srno) AS MaxSrNo FROM FIXED_1").first("MaxSrNo").as_int();
                 other->execute("INSERT INTO FIXED_1 Values (" + std::to_string(max + 1) + ", 'C2', 1)");
-                other->execute("Flush Tables");
-                other->execute("UNLOCK TABLES");
+                other->flush_tables();
+                other->unlock_tables();
             } catch (...) {
                 other_failed = std::current_exception();
             }
         });
         std::this_thread::sleep_for(std::chrono::milliseconds(300));
 
-        db().execute("LOCK TABLE FIXED_1 Write");
+        db().lock_tables({"FIXED_1"});
         const auto max = db().query("SELECT MAX(srno) AS MaxSrNo FROM FIXED_1").first("MaxSrNo").as_int();
         db().execute("INSERT INTO FIXED_1 Values (" + std::to_string(max + 1) + ", 'C1', 7)");
-        db().execute("Flush Tables");
-        db().execute("UNLOCK TABLES");
+        db().flush_tables();
+        db().unlock_tables();
         tx.commit();
     }
     if (other_failed) std::rethrow_exception(other_failed);
@@ -521,16 +523,16 @@ private:
 TEST_P(StoreDatabase, OrdinaryUserCanLockFlushAndGroupWrites) {
     db().execute("Create Table NewFAGM (SrNoFAGM Int(11), Part Char(50))");
     PlainUser user(temp());
-    user.db().execute("LOCK TABLE NewFAGM Write");
+    user.db().lock_tables({"NewFAGM"});
     const auto max =
         user.db().query("SELECT MAX(SrNoFAGM) as MaxSrNo FROM NewFAGM").first("maxsrno").as_int();
     user.db().execute("INSERT INTO NewFAGM Values (" + std::to_string(max + 1) + ", 'Plant')");
-    user.db().execute("Flush Tables");
-    user.db().execute("UNLOCK TABLES");
+    user.db().flush_tables();
+    user.db().unlock_tables();
     {
         Transaction tx(user.db());
         user.db().execute("INSERT INTO NewFAGM Values (2, 'Furniture')");
-        user.db().execute("Flush Tables");
+        user.db().flush_tables();
         tx.commit();
     }
     EXPECT_EQ(count_rows(db(), "NewFAGM"), 2);
