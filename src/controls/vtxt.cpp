@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "controls/utf8_text.h"
 #include "controls/vb_date.h"
 
 namespace brenlow {
@@ -63,7 +64,7 @@ bool separator_at_3(const std::string& text) {
 
 void vTXT::set_MaxLength(std::int16_t max_length) {
     max_length_ = max_length;
-    if (max_length_ > 0 && text_.size() > static_cast<std::size_t>(max_length_)) set_text(text_);
+    if (max_length_ > 0 && utf8_length(text_) > static_cast<std::size_t>(max_length_)) set_text(text_);
 }
 
 void vTXT::set_Include(std::string_view characters) {
@@ -100,8 +101,9 @@ void vTXT::read_properties(const std::vector<std::pair<std::string, std::string>
 }
 
 void vTXT::set_text(std::string_view text) {
-    text_ = std::string(text);
-    if (max_length_ > 0 && text_.size() > static_cast<std::size_t>(max_length_)) text_.resize(max_length_);
+    // The limit counts characters: a long text is cut between two of them, never
+    // inside a Devanagari letter or an emoji.
+    text_ = max_length_ > 0 ? utf8_prefix(text, static_cast<std::size_t>(max_length_)) : std::string(text);
     sel_start_ = static_cast<int>(text_.size());
     sel_length_ = 0;
 }
@@ -202,7 +204,7 @@ bool vTXT::validate() {
         ui_->message(message, MsgIcon::none);
         return false;
     };
-    if (min_length_ > 0 && text_.size() < static_cast<std::size_t>(min_length_)) {
+    if (min_length_ > 0 && utf8_length(text_) < static_cast<std::size_t>(min_length_)) {
         return fail("Data must be at least of " + std::to_string(min_length_) + " characters");
     }
     if (validate_data_ == kDateShort) {

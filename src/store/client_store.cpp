@@ -6,6 +6,8 @@
 #include "store/schema.h"
 #include "store/table_lock.h"
 #include "store/seed.h"
+#include "store/client_code.h"
+#include "store/text_limits.h"
 
 namespace brenlow::store {
 namespace {
@@ -49,7 +51,10 @@ YearMasterCounts year_master_counts(Database& db, int year) {
             db.query("select count(*) as n from NewCLBM where YR=" + y).first("n").as_int()};
 }
 
-std::optional<ClientYear> find_client_year(Database& db, std::string_view code, int year) {
+std::optional<ClientYear> find_client_year(Database& db, std::string_view typed_code, int year) {
+    // A code no client can have finds nothing.
+    if (client_code_fault(typed_code)) return std::nullopt;
+    const std::string code = client_code(typed_code);
     const auto rs = db.query("select * from master where code_no=" + q(code) + " and s_yr='3103" +
                              std::to_string(year) + "'");
     if (rs.empty()) return std::nullopt;
@@ -62,8 +67,10 @@ std::vector<ClientYear> list_client_years(Database& db) {
     return out;
 }
 
-CreatedYear create_client_year(Database& db, std::string_view code, int year, std::string_view name,
+CreatedYear create_client_year(Database& db, std::string_view typed_code, int year, std::string_view name,
                                std::optional<int> status) {
+    const std::string code = client_code(typed_code);
+    check_text("master row of client " + code, "client_name", name, kNameChars);
     CreatedYear result;
     const auto before = db.table_names();
     auto existed = [&](const std::string& t) {

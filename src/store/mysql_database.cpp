@@ -67,6 +67,16 @@ std::string quoted(std::string_view text) {
     return out;
 }
 
+// The program's own tables hold UTF-8 whatever the database's default character
+// set: a database made with the server's latin1 would refuse Devanagari.
+std::string with_utf8mb4_default(std::string_view sql) {
+    std::string out(sql);
+    while (!out.empty() && (out.back() == ';' || out.back() == ' ' || out.back() == '\n')) out.pop_back();
+    if (out.empty() || out.back() != ')') return std::string(sql);
+    out += " DEFAULT CHARSET=utf8mb4 COLLATE=utf8mb4_general_ci";
+    return out;
+}
+
 struct ResultDeleter {
     void operator()(MYSQL_RES* r) const { mysql_free_result(r); }
 };
@@ -292,6 +302,8 @@ void MysqlDatabase::execute(std::string_view sql) {
             }
             break;
         case StatementKind::create_table:
+            run(with_utf8mb4_default(sql));
+            break;
         case StatementKind::other:
             run(sql);
             break;

@@ -196,6 +196,12 @@ private:
 
 // The values of a row after its key columns (Code_No, SrNoFATR), in stored order, as
 // an INSERT writes them.
+// Refuse (TextRefused) a row whose texts its table would not hold, before anything is
+// written: "NewFATRo2025 row 3, field Part: is longer than 255 characters".
+void check_opening_texts(std::string_view where, const OpeningRow& row);
+void check_addition_texts(std::string_view where, const AdditionRow& row);
+void check_group_texts(std::string_view where, const AssetGroupRow& row);
+
 std::string opening_values(const OpeningRow& row);
 std::string addition_values(const AdditionRow& row);
 

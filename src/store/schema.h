@@ -21,6 +21,13 @@ void create_year_tables(Database& db, std::string_view suffix);
 // NewFATRo<year> and NewFATRa<year>.
 void create_register_tables(Database& db, int year);
 
+// Tables made before client codes compared byte for byte: on MariaDB, every
+// code_no column that does not compare exactly is given the exact collation, its
+// codes trimmed and upper-cased first (under the old case-blind comparison they
+// were one client already). Returns the tables changed. SQLite's columns fold
+// ASCII case only, which the client codes' rule makes harmless: nothing to do.
+std::vector<std::string> fix_client_code_columns(Database& db);
+
 std::string register_opening_table(int year);   // "NewFATRo2015"
 std::string register_addition_table(int year);  // "NewFATRa2015"
 

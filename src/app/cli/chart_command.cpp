@@ -92,7 +92,7 @@ void show_warnings(Context& ctx, const reg::CalculationResult& run) {
 int chart_command(Context& ctx, const std::vector<std::string>& args) {
     const Options opt(args, {"it", "books", "json"});
     opt.reject_unknown({"client", "year", "it", "books", "json", "pdf"});
-    const std::string code = opt.require("client");
+    const std::string code = opt.client();
     const int year = opt.require_int("year", 1990, 2099);
     if (opt.has("it") == opt.has("books")) throw UsageError("choose one chart: --it or --books.");
     if (opt.has("json") && opt.has("pdf")) throw UsageError("--json and --pdf do not go together.");

@@ -63,7 +63,7 @@ struct Session {
 };
 
 std::unique_ptr<Session> open(Context& ctx, const Options& opt) {
-    const std::string code = opt.require("client");
+    const std::string code = opt.client();
     const int year = opt.require_int("year", 1990, 2099);
     if (!ctx.base().select_client_year(code, year))
         throw UsageError("Client " + code + " has no financial year " + fy_text(year) + " (create it with brenlow init).");
@@ -174,10 +174,10 @@ void type(vTXT& field, CheckBox* tick, const std::optional<std::string>& value) 
 // The options as the person's typing into the open entry frame; false when a field
 // was refused on leaving it.
 bool fill(S& s, const Options& opt, bool opening) {
-    if (const auto g = opt.get("group")) {
-        if (!s.SelectAssetGroup(std::stol(*g))) throw UsageError("The year has no asset group " + *g + ".");
+    if (const auto g = opt.get_int("group", 1, 2000000000)) {
+        if (!s.SelectAssetGroup(*g)) throw UsageError("The year has no asset group " + std::to_string(*g) + ".");
     }
-    if (const auto p = opt.get("part")) s.txtPart.set_text(*p);
+    if (const auto p = opt.text("part", static_cast<std::size_t>(s.txtPart.MaxLength()))) s.txtPart.set_text(*p);
     if (const auto m = opt.get("method")) {
         ComboBox& c = opening ? s.cboMODo : s.cboMODa;
         const int i = c.List.index_of_id(*m);
