@@ -2,6 +2,11 @@
 // refusals in the program's own words that write nothing.
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
 
 #include <filesystem>
 #include <fstream>
@@ -79,6 +84,92 @@ TEST_P(IntegrityCli, ATypedCodeIsTrimmedAndUpperCasedAtEveryCommand) {
     EXPECT_NE(r.out.find("\"client\": \"ACME\""), std::string::npos) << r.out;
     EXPECT_NE(cli({"init", "--client", "ACM\xc3\x89", "--year", "2025"}).code, 0);
     EXPECT_EQ(db().query("select count(*) as n from master").first("n").as_int(), 1);
+}
+
+std::string times(std::string_view piece, int n) {
+    std::string out;
+    for (int i = 0; i < n; ++i) out += piece;
+    return out;
+}
+
+const std::string kDevanagari = "\xe0\xa4\xae";  // one letter, three bytes
+const std::string kEmoji = "\xf0\x9f\x9a\x9c";   // one character, four bytes
+
+TEST_P(IntegrityCli, TextsUpToTheirFieldsLengthComeBackWholeAndTheYearStillExports) {
+    auto r = cli({"masters", "group", "add", "--client", "ACME", "--year", "2025", "--name", times(kDevanagari, 50),
+                  "--it-block", "3-15", "--books-block", "-1", "--classification", "4.1"});
+    ASSERT_EQ(r.code, 0) << r.err;
+    ASSERT_EQ(add_addition("ACME", times(kEmoji, 100)).code, 0);
+    r = cli({"register", "list", "--client", "ACME", "--year", "2025", "--json"});
+    ASSERT_EQ(r.code, 0) << r.err;
+    EXPECT_NE(r.out.find(times(kEmoji, 100)), std::string::npos);
+    ASSERT_EQ(cli({"register", "export", path("year.json"), "--client", "ACME", "--year", "2025"}).code, 0);
+    const std::string doc = read("year.json");
+    EXPECT_NE(doc.find(times(kDevanagari, 50)), std::string::npos);
+    EXPECT_NE(doc.find(times(kEmoji, 100)), std::string::npos);
+}
+
+TEST_P(IntegrityCli, ALongerTextIsRefusedNamingTheOptionAndNothingIsCut) {
+    auto r = cli({"masters", "group", "add", "--client", "ACME", "--year", "2025", "--name", times(kDevanagari, 60),
+                  "--it-block", "3-15", "--books-block", "-1", "--classification", "4.1"});
+    EXPECT_EQ(r.code, 1);
+    EXPECT_NE(r.err.find("Option --name is longer than 50 characters."), std::string::npos) << r.err;
+    r = add_addition("ACME", times(kEmoji, 200));
+    EXPECT_EQ(r.code, 1);
+    EXPECT_NE(r.err.find("Option --part is longer than 100 characters."), std::string::npos) << r.err;
+    EXPECT_EQ(count("NewFATRa2025"), 0);
+    EXPECT_EQ(db().query("select count(*) as n from NewFAGM").first("n").as_int(), 1);
+    EXPECT_EQ(cli({"register", "export", path("year.json"), "--client", "ACME", "--year", "2025"}).code, 0);
+}
+
+TEST_P(IntegrityCli, RawBytesThatAreNotUtf8AreRefusedAtTheDoor) {
+    const auto r = add_addition("ACME", "LATHE \xe0\xa4");
+    EXPECT_EQ(r.code, 1);
+    EXPECT_NE(r.err.find("Option --part is not valid UTF-8 text."), std::string::npos) << r.err;
+    EXPECT_EQ(count("NewFATRa2025"), 0);
+}
+
+TEST_P(IntegrityCli, AGroupThatIsNotANumberIsRefusedInTheProgramsWords) {
+    const auto r = cli({"register", "add-addition", "--client", "ACME", "--year", "2025", "--group", "abc", "--part",
+                        "LATHE", "--put-date", "05/10/2024", "--acc-date", "05/10/2024", "--cost", "1000"});
+    EXPECT_EQ(r.code, 1);
+    EXPECT_NE(r.err.find("Option --group must be a whole number"), std::string::npos) << r.err;
+    EXPECT_EQ(r.err.find("stol"), std::string::npos) << r.err;
+}
+
+TEST_P(IntegrityCli, ImportingAFolderOrNoFileNamesItAndImportsNothing) {
+    auto r = cli({"register", "import", folder_.string(), "--client", "ACME", "--year", "2025"});
+    EXPECT_EQ(r.code, 1);
+    EXPECT_EQ(r.err, folder_.string() + ": this is a folder, not a register document\nNothing was imported.\n");
+    r = cli({"register", "import", path("none.json"), "--client", "ACME", "--year", "2025"});
+    EXPECT_EQ(r.err, path("none.json") + ": there is no such file\nNothing was imported.\n");
+    write("bad.json", R"({"format": 1})");
+    r = cli({"register", "import", path("bad.json"), "--client", "ACME", "--year", "2025"});
+    EXPECT_EQ(r.err, path("bad.json") +
+                         ": Not a register document: \"format\" must be \"brenlow-register\"\nNothing was imported.\n");
+}
+
+// The disk fills during an export: the earlier document stays as it was.
+TEST_P(IntegrityCli, AFailedExportLeavesTheEarlierFileWhole) {
+    for (int i = 0; i < 30; ++i) ASSERT_EQ(add_addition("ACME", "MACHINE " + std::to_string(i)).code, 0);
+    write("backup.json", "EARLIER");
+    const pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        std::signal(SIGXFSZ, SIG_IGN);
+        const rlimit limit{2048, 2048};
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+        const auto r = cli({"register", "export", path("backup.json"), "--client", "ACME", "--year", "2025"});
+        ::_exit(r.code == 1 && r.err.find("Cannot write " + path("backup.json")) != std::string::npos ? 0 : 1);
+    }
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    ASSERT_TRUE(WIFEXITED(status));
+    EXPECT_EQ(WEXITSTATUS(status), 0) << "the export did not report the failed write";
+    EXPECT_EQ(read("backup.json"), "EARLIER");
+    std::size_t files = 0;
+    for ([[maybe_unused]] const auto& e : std::filesystem::directory_iterator(folder_)) ++files;
+    EXPECT_EQ(files, 1u);
 }
 
 }  // namespace
