@@ -441,7 +441,12 @@ std::string pack_rows(const std::vector<std::vector<std::string>>& rows, std::st
         if (r) out += '|';
         for (std::size_t f = 0; f < rows[r].size(); ++f) {
             if (f) out += field_sep;
-            out += rows[r][f];
+            std::string field = rows[r][f];
+            for (const std::string_view sep : {field_sep, std::string_view("|")}) {
+                if (sep.empty()) continue;
+                for (std::size_t p; (p = field.find(sep)) != std::string::npos;) field.erase(p, sep.size());
+            }
+            out += field;
         }
     }
     return out;

@@ -215,7 +215,9 @@ std::string quoted(std::string_view text);
 
 // Packed sub-lists inside a text column: rows joined by "|", fields by `field_sep`
 // ("," for ShiftDet, the broken bar for DetESA). A trailing row separator, or none,
-// reads the same; empty rows are skipped.
+// reads the same; empty rows are skipped. Packing drops both separators from every
+// field first: a "|" typed into an adjustment row's particulars would otherwise
+// split the row in two when it is read back.
 std::vector<std::vector<std::string>> unpack_rows(std::string_view packed, std::string_view field_sep);
 std::string pack_rows(const std::vector<std::vector<std::string>>& rows, std::string_view field_sep);
 
