@@ -17,6 +17,31 @@ int upper_code(int code) {
     return code;
 }
 
+bool is_continuation(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
+
+// One character as UTF-8; nothing for what is not a character.
+std::string utf8_of(int code) {
+    std::string out;
+    const auto cp = static_cast<unsigned>(code);
+    if (code < 0 || cp > 0x10FFFF || (cp >= 0xD800 && cp <= 0xDFFF)) return out;
+    if (cp < 0x80) {
+        out += static_cast<char>(cp);
+    } else if (cp < 0x800) {
+        out += static_cast<char>(0xC0 | (cp >> 6));
+        out += static_cast<char>(0x80 | (cp & 0x3F));
+    } else if (cp < 0x10000) {
+        out += static_cast<char>(0xE0 | (cp >> 12));
+        out += static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
+        out += static_cast<char>(0x80 | (cp & 0x3F));
+    } else {
+        out += static_cast<char>(0xF0 | (cp >> 18));
+        out += static_cast<char>(0x80 | ((cp >> 12) & 0x3F));
+        out += static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
+        out += static_cast<char>(0x80 | (cp & 0x3F));
+    }
+    return out;
+}
+
 bool is_digit(int k) {
     return k >= '0' && k <= '9';
 }
@@ -110,15 +135,23 @@ void vTXT::set_text(std::string_view text) {
 
 void vTXT::set_selection(int start, int length) {
     const int size = static_cast<int>(text_.size());
-    sel_start_ = std::clamp(start, 0, size);
-    sel_length_ = std::clamp(length, 0, size - sel_start_);
+    // Offsets are bytes of the UTF-8 text; neither end may fall inside a character.
+    const auto lead = [&](int at) {
+        while (at > 0 && at < size && is_continuation(text_[static_cast<std::size_t>(at)])) --at;
+        return at;
+    };
+    sel_start_ = lead(std::clamp(start, 0, size));
+    const int end = lead(std::clamp(start + std::max(length, 0), sel_start_, size));
+    sel_length_ = end - sel_start_;
 }
 
-void vTXT::insert(char c) {
-    const std::size_t kept = text_.size() - sel_length_;
+void vTXT::insert(int code) {
+    const std::string typed = utf8_of(code);
+    if (typed.empty()) return;
+    const std::size_t kept = utf8_length(text_) - utf8_length(std::string_view(text_).substr(sel_start_, sel_length_));
     if (max_length_ > 0 && kept + 1 > static_cast<std::size_t>(max_length_)) return;  // the box is full
-    text_.replace(sel_start_, sel_length_, 1, c);
-    ++sel_start_;
+    text_.replace(static_cast<std::size_t>(sel_start_), static_cast<std::size_t>(sel_length_), typed);
+    sel_start_ += static_cast<int>(typed.size());
     sel_length_ = 0;
 }
 
@@ -126,7 +159,11 @@ void vTXT::backspace() {
     if (sel_length_ > 0) {
         text_.erase(sel_start_, sel_length_);
     } else if (sel_start_ > 0) {
-        text_.erase(--sel_start_, 1);
+        // The whole character before the caret, however many bytes it takes.
+        int from = sel_start_ - 1;
+        while (from > 0 && is_continuation(text_[static_cast<std::size_t>(from)])) --from;
+        text_.erase(static_cast<std::size_t>(from), static_cast<std::size_t>(sel_start_ - from));
+        sel_start_ = from;
     }
     sel_length_ = 0;
 }
@@ -177,7 +214,7 @@ KeyResult vTXT::key_press(int code) {
         return {validate() ? KeyAction::enter : KeyAction::cancel, kEnter};
     }
     if (in_list(include_, k)) {
-        insert(static_cast<char>(k));
+        insert(k);
         return {KeyAction::accept, k};
     }
     if (in_list(exclude_, k)) return refuse("InValid Data", k);
@@ -194,7 +231,7 @@ KeyResult vTXT::key_press(int code) {
                 return refuse("Invalid Data", k);
         }
     }
-    insert(static_cast<char>(k));
+    insert(k);
     return {KeyAction::accept, k};
 }
 

@@ -50,5 +50,26 @@ TEST(vTXTLength, TheLimitCountsCharactersAndCutsBetweenThem) {
     EXPECT_TRUE(is_valid_utf8(field.text()));
 }
 
+TEST(vTXTLength, TypedCharactersOfAnyScriptAreKeptAsUtf8AndCountedOnce) {
+    test::ScriptedUi ui;
+    vTXT field(ui);
+    field.set_MaxLength(4);
+    for (const int code : {0xE9, 0x092E, 0x0936, 0x1F69C, int('a'), int('b')}) field.key_press(code);
+    // e-acute becomes a capital as a Latin-1 small letter always did; the fifth key
+    // finds the box full.
+    EXPECT_EQ(field.text(), "\xc3\x89\xe0\xa4\xae\xe0\xa4\xb6\xf0\x9f\x9a\x9c");
+    EXPECT_TRUE(is_valid_utf8(field.text()));
+    field.key_press(vTXT::kBackspace);
+    EXPECT_EQ(field.text(), "\xc3\x89\xe0\xa4\xae\xe0\xa4\xb6");
+    field.set_selection(3, 1);  // inside the first Devanagari letter: snaps to its start
+    EXPECT_EQ(field.sel_start(), 2);
+    field.key_press(vTXT::kBackspace);
+    EXPECT_EQ(field.text(), "\xe0\xa4\xae\xe0\xa4\xb6");
+    field.set_text("ABC");
+    field.set_MinLength(4);
+    field.set_text("\xe0\xa4\xae\xe0\xa4\xb6");
+    EXPECT_FALSE(field.validate());
+}
+
 }  // namespace
 }  // namespace brenlow
