@@ -40,9 +40,14 @@ std::string sql_text(std::string_view text) {
     return out;
 }
 
-void ensure_schema(Database& db, const std::string& data_dir) {
+void prepare_schema(Database& db, const std::string& data_dir) {
     create_shared_tables(db);
     seed_masters(db, data_dir);
+}
+
+void ensure_schema(Database& db, const std::string& data_dir) {
+    if (shared_tables_exist(db) && masters_seeded(db)) return;
+    prepare_schema(db, data_dir);
 }
 
 YearMasterCounts year_master_counts(Database& db, int year) {

@@ -159,7 +159,10 @@ std::string RegisterStore::where_client(std::optional<long> group) const {
 
 bool RegisterStore::tables_exist() { return db_.table_exists(opening_table()) && db_.table_exists(addition_table()); }
 
-void RegisterStore::ensure_tables() { create_register_tables(db_, year_); }
+void RegisterStore::ensure_tables() {
+    // Looked for first: opening a year that has its tables writes nothing.
+    if (!tables_exist()) create_register_tables(db_, year_);
+}
 
 std::optional<std::string> RegisterStore::options_row() {
     const auto rs = db_.query("SELECT MiscInf FROM NewFAMI WHERE Code_No=" + quoted(code_) + " AND Yr=" + num(long(year_)));

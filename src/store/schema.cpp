@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "store/sql_dialect.h"
+
 namespace brenlow::store {
 namespace {
 
@@ -59,6 +61,26 @@ const std::vector<std::string>& year_table_stems() {
                                                    "MiscExpAsst_", "SUNDEB_", "BANK_", "FIXED_", "FDA_",
                                                    "TAB_", "SCHED_", "CAPITAL_"};
     return stems;
+}
+
+const std::vector<std::string>& shared_table_names() {
+    static const std::vector<std::string> names = {
+        "master",      "Mast_MiscOthInf", "Mast_Setting", "MAST_GUNDER", "Mast_AllGrp",   "MAST_RESV",
+        "MAST_MISCEXP", "Mast_Invest",    "Mast_Oth_Loan", "Mast_Head",  "mast_company",  "mast_fix_part",
+        "mast_depmethod", "Mast_Capital", "Mast_Part",    "owner1",      "prfa",          "PRFA_Oth",
+        "NewFAGM",     "NewFAMI",         "NewFAMD",      "NewITBM",     "NewCLBM",       "BlockGroup",
+        "FAPart_Master", "DeprChart",     "TmpDepChart"};
+    return names;
+}
+
+bool shared_tables_exist(Database& db) {
+    const auto present = db.table_names();
+    for (const auto& wanted : shared_table_names()) {
+        bool found = false;
+        for (const auto& t : present) found = found || equals_case_blind(t, wanted);
+        if (!found) return false;
+    }
+    return true;
 }
 
 std::string register_opening_table(int year) { return "NewFATRo" + std::to_string(year); }

@@ -16,6 +16,10 @@ const std::vector<std::string>& year_table_stems();
 
 // Shared masters and work tables ("Create Table If Not Exists").
 void create_shared_tables(Database& db);
+// The names of the tables create_shared_tables makes.
+const std::vector<std::string>& shared_table_names();
+// Every shared table is there: read only, no statement that writes.
+bool shared_tables_exist(Database& db);
 // The schedule tables of one year: stem + suffix for every stem.
 void create_year_tables(Database& db, std::string_view suffix);
 // NewFATRo<year> and NewFATRa<year>.

@@ -172,6 +172,30 @@ TEST_P(IntegrityCli, AFailedExportLeavesTheEarlierFileWhole) {
     EXPECT_EQ(files, 1u);
 }
 
+// A user who may only read the practice's database still lists and exports.
+TEST_P(IntegrityCli, AReadOnlyUserListsAndExports) {
+    if (GetParam() != store::Backend::mysql) GTEST_SKIP() << "database users are a server's";
+    ASSERT_EQ(add_addition("ACME", "CNC LATHE").code, 0);
+    const std::string url = temp().url();
+    const auto at = url.find('@'), slash = url.find('/', at), q = url.find('?', slash);
+    const std::string database = url.substr(slash + 1, q == std::string::npos ? std::string::npos : q - slash - 1);
+    const std::string user = "ro_" + database.substr(database.size() - 8);
+    db().execute("CREATE USER '" + user + "'@'localhost' IDENTIFIED BY 'pw'");
+    db().execute("GRANT SELECT ON " + database + ".* TO '" + user + "'@'localhost'");
+    const std::string ro_url = "mysql://" + user + ":pw" + url.substr(at);
+    const auto as_reader = [&](std::vector<std::string> words) {
+        words.insert(words.begin(), {"--db", ro_url});
+        return run_cli(words);
+    };
+    auto r = as_reader({"register", "list", "--client", "ACME", "--year", "2025", "--json"});
+    EXPECT_EQ(r.code, 0) << r.err;
+    EXPECT_NE(r.out.find("CNC LATHE"), std::string::npos) << r.out;
+    r = as_reader({"register", "export", path("ro.json"), "--client", "ACME", "--year", "2025"});
+    EXPECT_EQ(r.code, 0) << r.err;
+    EXPECT_NE(read("ro.json").find("CNC LATHE"), std::string::npos);
+    db().execute("DROP USER '" + user + "'@'localhost'");
+}
+
 }  // namespace
 
 BRENLOW_INSTANTIATE_BACKENDS(IntegrityCli);

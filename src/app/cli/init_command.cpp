@@ -3,6 +3,7 @@
 #include "app/cli/options.h"
 #include "store/client_store.h"
 #include "store/schema.h"
+#include "store/seed.h"
 
 namespace brenlow::cli {
 
@@ -15,6 +16,8 @@ int init_command(Context& ctx, const std::vector<std::string>& args) {
     const auto status = opt.get_int("status", 1, 4);
 
     auto& base = ctx.base();
+    // Start-up only reads when the tables are there; init makes sure of all of them.
+    store::prepare_schema(base.dbobj(), store::reference_data_dir(Context::exe_dir()));
     // Tables of an older database: client codes compare exactly from now on.
     const auto recollated = store::fix_client_code_columns(base.dbobj());
     const auto created = base.create_client_year(code, year, name, status);
