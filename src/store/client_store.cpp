@@ -156,6 +156,10 @@ std::string get_misc_info(Database& db, std::string_view code, std::string_view 
 
 void set_misc_info(Database& db, std::string_view code, std::string_view second_date, std::string_view key,
                    std::string_view value, std::string_view description) {
+    const std::string row = "Mast_MiscOthInf row " + std::string(key);
+    check_text(row, "InfKey", key, kNameChars);
+    check_text(row, "InfVal", value, kLongTextChars);
+    check_text(row, "InfDesc", description, kNameChars);
     Transaction tx(db);
     const std::string where =
         " where code_no=" + q(code) + " and s_yr=" + q(second_date) + " and InfKey=" + q(key);
@@ -173,6 +177,10 @@ std::string get_setting(Database& db, std::string_view section, std::string_view
 }
 
 void set_setting(Database& db, std::string_view section, std::string_view key, std::string_view value) {
+    const std::string row = "Mast_Setting row " + std::string(key);
+    check_text(row, "Section", section, kNameChars);
+    check_text(row, "SetKey", key, kNameChars);
+    check_text(row, "SetVal", value, kLongTextChars);
     Transaction tx(db);
     db.execute("delete from Mast_Setting where Section=" + q(section) + " and SetKey=" + q(key));
     db.execute("insert into Mast_Setting (Section, SetKey, SetVal) values (" + q(section) + "," + q(key) + "," +
@@ -184,6 +192,7 @@ void set_setting(Database& db, std::string_view section, std::string_view key, s
 long mast_part_id(Database& db, std::string_view name) {
     const auto rs = db.query("select PartId from Mast_Part where UCASE(PartNm)=UCASE(" + q(name) + ")");
     if (!rs.empty()) return static_cast<long>(rs.first("PartId").as_int());
+    check_text("Mast_Part new row", "PartNm", name, kNameChars);
     TableLock lock(db, "Mast_Part");
     const long id =
         static_cast<long>(db.query("select max(PartId) as cntr from Mast_Part").first("cntr").as_int()) + 1;

@@ -234,6 +234,9 @@ long next_particular_id(Database& db, int year) {
 
 namespace {
 void insert_particular_row(Database& db, const Particular& p) {
+    const std::string where = "FAPart_Master row " + num(p.id);
+    check_text(where, "PartDesc", p.name, kNameChars);
+    check_text(where, "PartMeth", p.method, kCodeChars);
     db.execute("Insert into FAPart_Master Values (" + num(p.year) + "," + num(p.id) + "," + quoted(p.name) + "," +
                quoted(p.method) + "," + num(p.rate_books) + "," + num(p.rate_it) + "," + num(p.books_block) + "," +
                num(p.it_block) + ")");

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include "store/client_store.h"
+#include "store/masters_store.h"
 #include "store/register_bulk.h"
 #include "store/register_store.h"
 #include "store/schema.h"
@@ -92,6 +94,29 @@ TEST_P(TextLimitsStoreTest, AnEditIsCheckedLikeANewRow) {
     a.Part = "LATHE \xff";
     EXPECT_THROW(reg.update_addition(a), TextRefused);
     EXPECT_EQ(reg.addition_entries(std::nullopt).at(0).Part, "LATHE");
+}
+
+TEST_P(TextLimitsStoreTest, MastersAndSettingsAreCheckedBeforeWriting) {
+    const std::string bad_utf8 = "RATE \xe0\xa4", nul("A\0B", 3), long_name = times(kEmoji, 256);
+    try {
+        set_setting(db(), "Tarrow", "Printer", bad_utf8);
+        FAIL();
+    } catch (const TextRefused& e) {
+        EXPECT_STREQ(e.what(), "Mast_Setting row Printer, field SetVal: is not valid UTF-8 text");
+    }
+    EXPECT_THROW(set_misc_info(db(), "C001", "31/03/2025", "MANDEP", nul, ""), TextRefused);
+    EXPECT_THROW(mast_part_id(db(), long_name), TextRefused);
+    Particular p;
+    p.year = 2025;
+    p.id = 1;
+    p.name = long_name;
+    EXPECT_THROW(insert_particular(db(), p), TextRefused);
+    AssetGroup g;
+    g.year = 2025;
+    g.name = long_name;
+    EXPECT_THROW(add_asset_group(db(), g), TextRefused);
+    for (const char* t : {"Mast_Setting", "Mast_MiscOthInf", "Mast_Part", "FAPart_Master", "NewFAGM"})
+        EXPECT_EQ(db().query(std::string("SELECT COUNT(*) AS n FROM ") + t).first("n").as_int(), 0) << t;
 }
 
 }  // namespace
