@@ -119,6 +119,20 @@ TEST_P(TextLimitsStoreTest, MastersAndSettingsAreCheckedBeforeWriting) {
         EXPECT_EQ(db().query(std::string("SELECT COUNT(*) AS n FROM ") + t).first("n").as_int(), 0) << t;
 }
 
+// A database made with the server's latin1 default still gets tables that hold any
+// script: the program's tables name their own character set.
+TEST_P(TextLimitsStoreTest, TablesHoldAnyScriptWhateverTheDatabasesDefault) {
+    if (GetParam() != Backend::mysql) GTEST_SKIP() << "character sets are a server's";
+    db().execute("ALTER DATABASE CHARACTER SET latin1 COLLATE latin1_swedish_ci");
+    create_register_tables(db(), 2031);
+    RegisterStore reg(db(), "C001", 2031);
+    AdditionRow a;
+    a.IdFAGM = 1;
+    a.Part = times(kDevanagari, 10) + " " + kEmoji;
+    reg.insert_addition(a);
+    EXPECT_EQ(reg.addition_entries(std::nullopt).at(0).Part, a.Part);
+}
+
 }  // namespace
 
 BRENLOW_INSTANTIATE_BACKENDS(TextLimitsStoreTest);
