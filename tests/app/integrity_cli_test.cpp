@@ -172,6 +172,26 @@ TEST_P(IntegrityCli, AFailedExportLeavesTheEarlierFileWhole) {
     EXPECT_EQ(files, 1u);
 }
 
+TEST_P(IntegrityCli, ADatabaseFailureDuringAnImportEndsAsEveryRefusalDoes) {
+    ASSERT_EQ(add_addition("ACME", "CNC LATHE").code, 0);
+    ASSERT_EQ(cli({"register", "export", path("acme.json"), "--client", "ACME", "--year", "2025"}).code, 0);
+    // The options row is written last, after the entries were replaced: its table has
+    // lost a column.
+    std::string doc = read("acme.json");
+    const auto options = doc.find("\"NewFAMI\": []");
+    ASSERT_NE(options, std::string::npos) << doc;
+    doc.replace(options, 13, "\"NewFAMI\": [{\"MiscInf\": \"WDV\"}]");
+    write("acme.json", doc);
+    db().execute("DROP TABLE NewFAMI");
+    db().execute("CREATE TABLE NewFAMI (Code_No VarChar(50), Yr Int(11))");
+    const auto r = cli({"register", "import", path("acme.json"), "--replace", "--client", "ACME", "--year", "2025"});
+    EXPECT_EQ(r.code, 1);
+    EXPECT_EQ(r.err.rfind(path("acme.json") + ": the database refused it: ", 0), 0u) << r.err;
+    EXPECT_NE(r.err.find("\nNothing was imported.\n"), std::string::npos) << r.err;
+    EXPECT_EQ(count("NewFATRa2025"), 1);
+    EXPECT_EQ(db().query("select Part from NewFATRa2025").first("Part").as_text(), "CNC LATHE");
+}
+
 // A user who may only read the practice's database still lists and exports.
 TEST_P(IntegrityCli, AReadOnlyUserListsAndExports) {
     if (GetParam() != store::Backend::mysql) GTEST_SKIP() << "database users are a server's";

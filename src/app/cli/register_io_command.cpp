@@ -8,6 +8,7 @@
 #include "app/cli/commands.h"
 #include "app/cli/options.h"
 #include "exchange/register_document.h"
+#include "store/database.h"
 #include "suite/output_file.h"
 
 namespace brenlow::cli {
@@ -59,7 +60,13 @@ int import_register(Context& ctx, const std::vector<std::string>& args) {
     if (!f || f.bad()) return refuse({"the file cannot be read"});
     exchange::ImportOptions options;
     options.replace = opt.has("replace");
-    const auto r = exchange::import_register(ctx.base().dbobj(), t.code, t.year, text.str(), options);
+    exchange::ImportResult r;
+    try {
+        r = exchange::import_register(ctx.base().dbobj(), t.code, t.year, text.str(), options);
+    } catch (const store::DbError& e) {
+        // The import is one group of writes: a failure part-way undid all of it.
+        return refuse({std::string("the database refused it: ") + e.what()});
+    }
     if (!r.errors.empty()) return refuse(r.errors);
     ctx.out << "Imported into " << t.code << " for F.Y. " << fy_text(t.year) << ": " << r.openings
             << " opening entries, " << r.additions << " additions; asset groups " << r.groups_matched
