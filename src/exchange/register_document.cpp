@@ -125,13 +125,15 @@ public:
     }
     // A client code, when the row names one, follows the client codes' rule.
     void client_code(const char* name) {
+        const std::size_t before = errors_.size();
         const std::string t = text(name);
-        if (t.empty()) return;
+        if (t.empty() || errors_.size() != before) return;
         if (const auto fault = store::client_code_fault(t)) fail(name, *fault);
     }
     std::string date(const char* name) {
+        const std::size_t before = errors_.size();
         std::string t = text(name);
-        if (!t.empty()) {
+        if (!t.empty() && errors_.size() == before) {
             const auto d = Date::parse(t);
             if (!d || t.size() != 10) fail(name, "expected a date dd/mm/yyyy, found \"" + t + "\"");
         }

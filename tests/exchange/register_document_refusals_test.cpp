@@ -49,6 +49,10 @@ TEST_P(RegisterDocumentRefusals, EachMalformedDocumentIsOneLineInTheProgramsWord
          "NewFATRa row 1, field Part: the text is longer than 255 characters"},
         {"a NUL in a text", kHead + kGroup + R"("NewFATRa": [{"IdFAGM": 1, "Part": "A\u0000B"}]})",
          "NewFATRa row 1, field Part: the text holds a NUL character"},
+        {"a date too long", kHead + kGroup + R"("NewFATRa": [{"IdFAGM": 1, "Part": "X", "SaleDate": "01/01/2024 or so"}]})",
+         "NewFATRa row 1, field SaleDate: the text is longer than 10 characters"},
+        {"a date not a date", kHead + kGroup + R"("NewFATRa": [{"IdFAGM": 1, "Part": "X", "SaleDate": "31/02/2024"}]})",
+         "NewFATRa row 1, field SaleDate: expected a date dd/mm/yyyy, found \"31/02/2024\""},
         {"a look-alike client code", kHead + kGroup + R"("NewFATRa": [{"Code_No": "ACMÉ", "IdFAGM": 1, "Part": "X"}]})",
          "NewFATRa row 1, field Code_No: The client code holds \"É\""},
     };
