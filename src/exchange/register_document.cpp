@@ -203,7 +203,9 @@ std::string export_register(store::Database& db, const std::string& code, int ye
     doc["NewFATRo"] = std::move(openings);
     doc["NewFATRa"] = std::move(additions);
     doc["NewFAMI"] = std::move(options);
-    return doc.dump(2) + "\n";
+    // Text cut inside a character by an older version is still in some databases:
+    // the broken bytes come out as U+FFFD rather than stopping the whole export.
+    return doc.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
 }
 
 ImportResult import_register(store::Database& db, const std::string& code, int year, const std::string& json,
