@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "controls/utf8_text.h"
 #include "controls/vb_date.h"
 
 namespace brenlow {
@@ -14,6 +15,31 @@ int upper_code(int code) {
     // Accented small letters of the Latin-1 page, but not the division sign.
     if (code >= 0xE0 && code <= 0xFE && code != 0xF7) return code - 32;
     return code;
+}
+
+bool is_continuation(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
+
+// One character as UTF-8; nothing for what is not a character.
+std::string utf8_of(int code) {
+    std::string out;
+    const auto cp = static_cast<unsigned>(code);
+    if (code < 0 || cp > 0x10FFFF || (cp >= 0xD800 && cp <= 0xDFFF)) return out;
+    if (cp < 0x80) {
+        out += static_cast<char>(cp);
+    } else if (cp < 0x800) {
+        out += static_cast<char>(0xC0 | (cp >> 6));
+        out += static_cast<char>(0x80 | (cp & 0x3F));
+    } else if (cp < 0x10000) {
+        out += static_cast<char>(0xE0 | (cp >> 12));
+        out += static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
+        out += static_cast<char>(0x80 | (cp & 0x3F));
+    } else {
+        out += static_cast<char>(0xF0 | (cp >> 18));
+        out += static_cast<char>(0x80 | ((cp >> 12) & 0x3F));
+        out += static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
+        out += static_cast<char>(0x80 | (cp & 0x3F));
+    }
+    return out;
 }
 
 bool is_digit(int k) {
@@ -63,7 +89,7 @@ bool separator_at_3(const std::string& text) {
 
 void vTXT::set_MaxLength(std::int16_t max_length) {
     max_length_ = max_length;
-    if (max_length_ > 0 && text_.size() > static_cast<std::size_t>(max_length_)) set_text(text_);
+    if (max_length_ > 0 && utf8_length(text_) > static_cast<std::size_t>(max_length_)) set_text(text_);
 }
 
 void vTXT::set_Include(std::string_view characters) {
@@ -100,23 +126,32 @@ void vTXT::read_properties(const std::vector<std::pair<std::string, std::string>
 }
 
 void vTXT::set_text(std::string_view text) {
-    text_ = std::string(text);
-    if (max_length_ > 0 && text_.size() > static_cast<std::size_t>(max_length_)) text_.resize(max_length_);
+    // The limit counts characters: a long text is cut between two of them, never
+    // inside a Devanagari letter or an emoji.
+    text_ = max_length_ > 0 ? utf8_prefix(text, static_cast<std::size_t>(max_length_)) : std::string(text);
     sel_start_ = static_cast<int>(text_.size());
     sel_length_ = 0;
 }
 
 void vTXT::set_selection(int start, int length) {
     const int size = static_cast<int>(text_.size());
-    sel_start_ = std::clamp(start, 0, size);
-    sel_length_ = std::clamp(length, 0, size - sel_start_);
+    // Offsets are bytes of the UTF-8 text; neither end may fall inside a character.
+    const auto lead = [&](int at) {
+        while (at > 0 && at < size && is_continuation(text_[static_cast<std::size_t>(at)])) --at;
+        return at;
+    };
+    sel_start_ = lead(std::clamp(start, 0, size));
+    const int end = lead(std::clamp(start + std::max(length, 0), sel_start_, size));
+    sel_length_ = end - sel_start_;
 }
 
-void vTXT::insert(char c) {
-    const std::size_t kept = text_.size() - sel_length_;
+void vTXT::insert(int code) {
+    const std::string typed = utf8_of(code);
+    if (typed.empty()) return;
+    const std::size_t kept = utf8_length(text_) - utf8_length(std::string_view(text_).substr(sel_start_, sel_length_));
     if (max_length_ > 0 && kept + 1 > static_cast<std::size_t>(max_length_)) return;  // the box is full
-    text_.replace(sel_start_, sel_length_, 1, c);
-    ++sel_start_;
+    text_.replace(static_cast<std::size_t>(sel_start_), static_cast<std::size_t>(sel_length_), typed);
+    sel_start_ += static_cast<int>(typed.size());
     sel_length_ = 0;
 }
 
@@ -124,7 +159,11 @@ void vTXT::backspace() {
     if (sel_length_ > 0) {
         text_.erase(sel_start_, sel_length_);
     } else if (sel_start_ > 0) {
-        text_.erase(--sel_start_, 1);
+        // The whole character before the caret, however many bytes it takes.
+        int from = sel_start_ - 1;
+        while (from > 0 && is_continuation(text_[static_cast<std::size_t>(from)])) --from;
+        text_.erase(static_cast<std::size_t>(from), static_cast<std::size_t>(sel_start_ - from));
+        sel_start_ = from;
     }
     sel_length_ = 0;
 }
@@ -175,7 +214,7 @@ KeyResult vTXT::key_press(int code) {
         return {validate() ? KeyAction::enter : KeyAction::cancel, kEnter};
     }
     if (in_list(include_, k)) {
-        insert(static_cast<char>(k));
+        insert(k);
         return {KeyAction::accept, k};
     }
     if (in_list(exclude_, k)) return refuse("InValid Data", k);
@@ -192,7 +231,7 @@ KeyResult vTXT::key_press(int code) {
                 return refuse("Invalid Data", k);
         }
     }
-    insert(static_cast<char>(k));
+    insert(k);
     return {KeyAction::accept, k};
 }
 
@@ -202,7 +241,7 @@ bool vTXT::validate() {
         ui_->message(message, MsgIcon::none);
         return false;
     };
-    if (min_length_ > 0 && text_.size() < static_cast<std::size_t>(min_length_)) {
+    if (min_length_ > 0 && utf8_length(text_) < static_cast<std::size_t>(min_length_)) {
         return fail("Data must be at least of " + std::to_string(min_length_) + " characters");
     }
     if (validate_data_ == kDateShort) {

@@ -4,8 +4,10 @@
 // letters into capitals, and checks length and dates when the person leaves it.
 //
 // The field keeps its own text and caret (SelStart/SelLength of the inner text box
-// CtxtValidate), one byte per character as the desktop's text boxes hold them, so a
-// view only forwards keys and copies the text back; no rule lives in the view.
+// CtxtValidate), so a view only forwards keys and copies the text back; no rule
+// lives in the view. The text is UTF-8 like every text of the program; the caret
+// and selection are byte offsets into it that never fall inside a character, and
+// MaxLength and MinLength count characters.
 
 #include <cstdint>
 #include <functional>
@@ -78,7 +80,7 @@ public:
     int sel_length() const { return sel_length_; }
     void set_selection(int start, int length);
 
-    // One typed character (its character code, or 8, 9, 13, 27).
+    // One typed character (its Unicode code point, or 8, 9, 13, 27).
     KeyResult key_press(int code);
 
     // The leave-field check; shows its message and returns false when the text fails.
@@ -90,7 +92,7 @@ public:
 private:
     KeyResult refuse(std::string_view message, int code);
     bool kind_accepts(int code) const;
-    void insert(char c);
+    void insert(int code);
     void backspace();
 
     Ui* ui_;

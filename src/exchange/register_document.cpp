@@ -4,10 +4,13 @@
 #include <map>
 #include <nlohmann/json.hpp>
 
+#include "controls/utf8_text.h"
 #include "controls/vb_date.h"
 #include "register/entry_rules.h"
+#include "store/client_code.h"
 #include "store/register_bulk.h"
 #include "store/register_store.h"
+#include "store/text_limits.h"
 
 namespace brenlow::exchange {
 namespace {
@@ -74,6 +77,24 @@ Json addition_json(const store::AdditionRow& a) {
                 {"ShiftDet", a.ShiftDet},       {"DepFACL", num(a.DepFACL)},   {"OthOpts", a.OthOpts}};
 }
 
+constexpr double kWholeMin = -2147483648.0;
+constexpr double kWholeMax = 2147483647.0;
+
+// Characters a text column holds.
+std::size_t text_limit(std::string_view column) {
+    if (column == "Part") return store::kNameChars;
+    if (column == "Code_No" || column == "BlockIdIT" || column == "BlockIdCL") return store::kCodeChars;
+    if (column.find("Date") != std::string_view::npos) return store::kDateChars;
+    return store::kLongTextChars;
+}
+
+// A value as a message shows it: JSON text, cut short when long.
+std::string shown(const Json& v) {
+    std::string t = v.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+    if (utf8_length(t) > 60) t = utf8_prefix(t, 57) + "...";
+    return t;
+}
+
 // Checks one row object against its table's columns; a missing column takes its
 // empty value.
 class RowReader {
@@ -82,7 +103,7 @@ public:
               std::vector<std::string>& errors)
         : row_(row), where_(table + " row " + std::to_string(index + 1)), fields_(fields), errors_(errors) {
         if (!row_.is_object()) {
-            fail("", "expected an object of columns");
+            fail("", "expected an object of columns, found " + shown(row_));
             return;
         }
         for (const auto& [key, value] : row_.items()) {
@@ -96,14 +117,24 @@ public:
         const Json* v = get(name);
         if (!v || v->is_null()) return {};
         if (!v->is_string()) {
-            fail(name, "expected text, found " + v->dump());
+            fail(name, "expected text, found " + shown(*v));
             return {};
         }
-        return v->get<std::string>();
+        std::string t = v->get<std::string>();
+        if (const auto fault = store::text_fault(t, text_limit(name))) fail(name, "the text " + *fault);
+        return t;
+    }
+    // A client code, when the row names one, follows the client codes' rule.
+    void client_code(const char* name) {
+        const std::size_t before = errors_.size();
+        const std::string t = text(name);
+        if (t.empty() || errors_.size() != before) return;
+        if (const auto fault = store::client_code_fault(t)) fail(name, *fault);
     }
     std::string date(const char* name) {
+        const std::size_t before = errors_.size();
         std::string t = text(name);
-        if (!t.empty()) {
+        if (!t.empty() && errors_.size() == before) {
             const auto d = Date::parse(t);
             if (!d || t.size() != 10) fail(name, "expected a date dd/mm/yyyy, found \"" + t + "\"");
         }
@@ -113,7 +144,7 @@ public:
         const Json* v = get(name);
         if (!v || v->is_null()) return 0;
         if (!v->is_number()) {
-            fail(name, "expected a number, found " + v->dump());
+            fail(name, "expected a number, found " + shown(*v));
             return 0;
         }
         const double d = v->get<double>();
@@ -122,7 +153,11 @@ public:
     }
     long whole(const char* name) {
         const double d = number(name);
-        if (d != std::floor(d)) fail(name, "expected a whole number, found " + get(name)->dump());
+        // Whole-number columns are Int(11): anything outside never reaches a long.
+        if (d != std::floor(d) || d < kWholeMin || d > kWholeMax) {
+            fail(name, "expected a whole number from -2147483648 to 2147483647, found " + shown(*get(name)));
+            return 0;
+        }
         return static_cast<long>(d);
     }
     void fail(const std::string& field, const std::string& what) {
@@ -188,20 +223,39 @@ std::string export_register(store::Database& db, const std::string& code, int ye
     doc["NewFATRo"] = std::move(openings);
     doc["NewFATRa"] = std::move(additions);
     doc["NewFAMI"] = std::move(options);
-    return doc.dump(2) + "\n";
+    // Text cut inside a character by an older version is still in some databases:
+    // the broken bytes come out as U+FFFD rather than stopping the whole export.
+    return doc.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
 }
 
 ImportResult import_register(store::Database& db, const std::string& code, int year, const std::string& json,
                              const ImportOptions& options) {
     ImportResult result;
+    if (const auto fault = store::client_code_fault(code)) {
+        result.errors.push_back(*fault);
+        return result;
+    }
     Json doc;
     try {
         doc = Json::parse(json);
     } catch (const nlohmann::json::parse_error& e) {
-        result.errors.push_back(std::string("Not a JSON document: ") + e.what());
+        // The library's own text is for its developers; the person gets where it broke.
+        if (json.find_first_not_of(" \t\r\n") == std::string::npos) {
+            result.errors.push_back("Not a JSON document: it is empty");
+        } else if (!is_valid_utf8(json)) {
+            result.errors.push_back("Not a JSON document: it is not UTF-8 text (near byte " +
+                                    std::to_string(e.byte) + ")");
+        } else {
+            result.errors.push_back("Not a JSON document: it stops being JSON near byte " + std::to_string(e.byte));
+        }
+        return result;
+    } catch (const nlohmann::json::exception&) {
+        // Numbers beyond a double (1e309) are the only other thing the reader refuses.
+        result.errors.push_back("Not a JSON document: it holds a number too large for any amount");
         return result;
     }
-    if (!doc.is_object() || doc.value("format", "") != "brenlow-register") {
+    const auto format = doc.is_object() ? doc.find("format") : doc.end();
+    if (!doc.is_object() || format == doc.end() || !format->is_string() || *format != "brenlow-register") {
         result.errors.push_back("Not a register document: \"format\" must be \"brenlow-register\"");
         return result;
     }
@@ -247,7 +301,7 @@ ImportResult import_register(store::Database& db, const std::string& code, int y
     for (std::size_t i = 0; i < o_rows.size(); ++i) {
         RowReader r(o_rows[i], "NewFATRo", i, kOpeningFields, errors);
         store::OpeningRow o;
-        r.text("Code_No");
+        r.client_code("Code_No");
         r.whole("SrNoFATR");
         o.IdFAGM = r.whole("IdFAGM");
         o.Part = r.text("Part");
@@ -281,7 +335,7 @@ ImportResult import_register(store::Database& db, const std::string& code, int y
     for (std::size_t i = 0; i < a_rows.size(); ++i) {
         RowReader r(a_rows[i], "NewFATRa", i, kAdditionFields, errors);
         store::AdditionRow a;
-        r.text("Code_No");
+        r.client_code("Code_No");
         r.whole("SrNoFATR");
         a.IdFAGM = r.whole("IdFAGM");
         a.Part = r.text("Part");
@@ -311,7 +365,7 @@ ImportResult import_register(store::Database& db, const std::string& code, int y
     const Json& mi_rows = table_of(doc, "NewFAMI", errors);
     for (std::size_t i = 0; i < mi_rows.size(); ++i) {
         RowReader r(mi_rows[i], "NewFAMI", i, kOptionFields, errors);
-        r.text("Code_No");
+        r.client_code("Code_No");
         r.whole("Yr");
         const std::string mi = r.text("MiscInf");
         if (i > 0) r.fail("", "a client's year has one options row");

@@ -6,6 +6,8 @@
 #include "store/schema.h"
 #include "store/table_lock.h"
 #include "store/seed.h"
+#include "store/client_code.h"
+#include "store/text_limits.h"
 
 namespace brenlow::store {
 namespace {
@@ -38,9 +40,14 @@ std::string sql_text(std::string_view text) {
     return out;
 }
 
-void ensure_schema(Database& db, const std::string& data_dir) {
+void prepare_schema(Database& db, const std::string& data_dir) {
     create_shared_tables(db);
     seed_masters(db, data_dir);
+}
+
+void ensure_schema(Database& db, const std::string& data_dir) {
+    if (shared_tables_exist(db) && masters_seeded(db)) return;
+    prepare_schema(db, data_dir);
 }
 
 YearMasterCounts year_master_counts(Database& db, int year) {
@@ -49,7 +56,10 @@ YearMasterCounts year_master_counts(Database& db, int year) {
             db.query("select count(*) as n from NewCLBM where YR=" + y).first("n").as_int()};
 }
 
-std::optional<ClientYear> find_client_year(Database& db, std::string_view code, int year) {
+std::optional<ClientYear> find_client_year(Database& db, std::string_view typed_code, int year) {
+    // A code no client can have finds nothing.
+    if (client_code_fault(typed_code)) return std::nullopt;
+    const std::string code = client_code(typed_code);
     const auto rs = db.query("select * from master where code_no=" + q(code) + " and s_yr='3103" +
                              std::to_string(year) + "'");
     if (rs.empty()) return std::nullopt;
@@ -62,8 +72,10 @@ std::vector<ClientYear> list_client_years(Database& db) {
     return out;
 }
 
-CreatedYear create_client_year(Database& db, std::string_view code, int year, std::string_view name,
+CreatedYear create_client_year(Database& db, std::string_view typed_code, int year, std::string_view name,
                                std::optional<int> status) {
+    const std::string code = client_code(typed_code);
+    check_text("master row of client " + code, "client_name", name, kNameChars);
     CreatedYear result;
     const auto before = db.table_names();
     auto existed = [&](const std::string& t) {
@@ -144,6 +156,10 @@ std::string get_misc_info(Database& db, std::string_view code, std::string_view 
 
 void set_misc_info(Database& db, std::string_view code, std::string_view second_date, std::string_view key,
                    std::string_view value, std::string_view description) {
+    const std::string row = "Mast_MiscOthInf row " + std::string(key);
+    check_text(row, "InfKey", key, kNameChars);
+    check_text(row, "InfVal", value, kLongTextChars);
+    check_text(row, "InfDesc", description, kNameChars);
     Transaction tx(db);
     const std::string where =
         " where code_no=" + q(code) + " and s_yr=" + q(second_date) + " and InfKey=" + q(key);
@@ -161,6 +177,10 @@ std::string get_setting(Database& db, std::string_view section, std::string_view
 }
 
 void set_setting(Database& db, std::string_view section, std::string_view key, std::string_view value) {
+    const std::string row = "Mast_Setting row " + std::string(key);
+    check_text(row, "Section", section, kNameChars);
+    check_text(row, "SetKey", key, kNameChars);
+    check_text(row, "SetVal", value, kLongTextChars);
     Transaction tx(db);
     db.execute("delete from Mast_Setting where Section=" + q(section) + " and SetKey=" + q(key));
     db.execute("insert into Mast_Setting (Section, SetKey, SetVal) values (" + q(section) + "," + q(key) + "," +
@@ -172,6 +192,7 @@ void set_setting(Database& db, std::string_view section, std::string_view key, s
 long mast_part_id(Database& db, std::string_view name) {
     const auto rs = db.query("select PartId from Mast_Part where UCASE(PartNm)=UCASE(" + q(name) + ")");
     if (!rs.empty()) return static_cast<long>(rs.first("PartId").as_int());
+    check_text("Mast_Part new row", "PartNm", name, kNameChars);
     TableLock lock(db, "Mast_Part");
     const long id =
         static_cast<long>(db.query("select max(PartId) as cntr from Mast_Part").first("cntr").as_int()) + 1;

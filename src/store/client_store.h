@@ -31,7 +31,11 @@ struct CreatedYear {
     std::vector<std::string> tables_created;
 };
 
-// Creates the shared tables and seeds the masters (both idempotent).
+// Creates the shared tables and seeds the masters (both idempotent): what init does.
+void prepare_schema(Database& db, const std::string& data_dir);
+// What every start-up does: prepare_schema only when something is missing, so that
+// on a prepared database start-up only reads (a read-only user, a full disk or
+// another user's write lock does not stop a listing).
 void ensure_schema(Database& db, const std::string& data_dir);
 
 // Creates the client's master row for the year (when missing), the year's schedule

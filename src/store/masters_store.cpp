@@ -6,6 +6,7 @@
 #include "store/client_store.h"
 #include "store/schema.h"
 #include "store/table_lock.h"
+#include "store/text_limits.h"
 
 namespace brenlow::store {
 namespace {
@@ -89,12 +90,14 @@ bool block_name_taken(Database& db, std::string_view name, int kind, std::option
 }
 
 void insert_block(Database& db, const Block& block) {
+    check_text("BlockGroup row " + num(block.id), "GrpDesc", block.name, kNameChars);
     db.execute("Insert into BlockGroup Values (" + num(block.id) + "," + quoted(block.name) + "," + num(block.kind) +
                "," + num(block.nature) + ")");
     db.flush_tables();
 }
 
 void update_block(Database& db, const Block& block) {
+    check_text("BlockGroup row " + num(block.id), "GrpDesc", block.name, kNameChars);
     db.execute("Update BlockGroup Set GrpDesc=" + quoted(block.name) + ",BlockNo=" + num(block.nature) +
                " Where GrpId=" + num(block.id));
     db.flush_tables();
@@ -163,7 +166,14 @@ bool asset_group_name_taken(Database& db, int year, std::string_view name, std::
     return any_row(db, sql);
 }
 
+static void check_asset_group_texts(std::string_view where, const AssetGroup& g) {
+    check_text(where, "Part", g.name, kNameChars);
+    check_text(where, "BlockIdIT", g.block_it, kCodeChars);
+    check_text(where, "BlockIdCL", g.block_cl, kCodeChars);
+}
+
 long add_asset_group(Database& db, const AssetGroup& g) {
+    check_asset_group_texts("NewFAGM new row", g);
     // Serials run over all years; the lock keeps two copies of the suite from
     // taking the same one.
     TableLock lock(db, "NewFAGM");
@@ -179,6 +189,7 @@ long add_asset_group(Database& db, const AssetGroup& g) {
 }
 
 void modify_asset_group(Database& db, const AssetGroup& g) {
+    check_asset_group_texts("NewFAGM row " + num(g.serial), g);
     db.execute("UPDATE NewFAGM SET Part=" + quoted(g.name) + ",BlockIdIT=" + quoted(g.block_it) +
                ",RateIT=" + num(g.rate_it) + ",AddlRateIT=" + num(g.addl_rate_it) + ",BlockFA=" + num(g.block_fa) +
                ",RateFA=" + num(g.rate_fa) + ",BlockIdCL=" + quoted(g.block_cl) + ",LifeYrs=" + num(g.life_yrs) +
@@ -223,6 +234,9 @@ long next_particular_id(Database& db, int year) {
 
 namespace {
 void insert_particular_row(Database& db, const Particular& p) {
+    const std::string where = "FAPart_Master row " + num(p.id);
+    check_text(where, "PartDesc", p.name, kNameChars);
+    check_text(where, "PartMeth", p.method, kCodeChars);
     db.execute("Insert into FAPart_Master Values (" + num(p.year) + "," + num(p.id) + "," + quoted(p.name) + "," +
                quoted(p.method) + "," + num(p.rate_books) + "," + num(p.rate_it) + "," + num(p.books_block) + "," +
                num(p.it_block) + ")");

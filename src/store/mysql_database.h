@@ -42,6 +42,9 @@ struct MysqlAddress {
     unsigned port = 0;
     std::string database;  // empty: a server-level connection
     std::string socket;
+    // Seconds a read or a write may wait for the server ("timeout=N", 2 to 3600);
+    // 0 takes the default.
+    unsigned timeout_s = 0;
 
     // Throws DbError naming what is wrong (never the password).
     static MysqlAddress parse(const std::string& url);
@@ -82,6 +85,8 @@ private:
     void end_group_locks();
     void flush_now();
     DbError error(std::string_view sql) const;
+    unsigned answer_timeout_s() const;
+    int lock_wait_s() const;  // how long a lock is waited for, inside the answer timeout
 
     MysqlAddress address_;
     st_mysql* conn_ = nullptr;

@@ -4,6 +4,7 @@
 #include "store/client_store.h"
 #include "store/schema.h"
 #include "store/table_lock.h"
+#include "store/text_limits.h"
 
 namespace brenlow::store {
 namespace {
@@ -104,6 +105,30 @@ std::string opening_values(const OpeningRow& o) {
            num(o.AddlDepOn);
 }
 
+void check_opening_texts(std::string_view where, const OpeningRow& o) {
+    check_text(where, "Part", o.Part, kNameChars);
+    check_text(where, "DetESA", o.DetESA, kLongTextChars);
+    check_text(where, "SaleDate", o.SaleDate, kDateChars);
+    check_text(where, "ShiftDet", o.ShiftDet, kLongTextChars);
+    check_text(where, "OthOpts", o.OthOpts, kLongTextChars);
+    check_text(where, "PutDate", o.PutDate, kDateChars);
+}
+
+void check_addition_texts(std::string_view where, const AdditionRow& a) {
+    check_text(where, "Part", a.Part, kNameChars);
+    check_text(where, "PutDate", a.PutDate, kDateChars);
+    check_text(where, "AccDate", a.AccDate, kDateChars);
+    check_text(where, "SaleDate", a.SaleDate, kDateChars);
+    check_text(where, "ShiftDet", a.ShiftDet, kLongTextChars);
+    check_text(where, "OthOpts", a.OthOpts, kLongTextChars);
+}
+
+void check_group_texts(std::string_view where, const AssetGroupRow& g) {
+    check_text(where, "Part", g.Part, kNameChars);
+    check_text(where, "BlockIdIT", g.BlockIdIT, kCodeChars);
+    check_text(where, "BlockIdCL", g.BlockIdCL, kCodeChars);
+}
+
 std::string addition_values(const AdditionRow& a) {
     return num(a.IdFAGM) + "," + quoted(a.Part) + "," + quoted(a.PutDate) + "," + quoted(a.AccDate) + "," +
            num(a.PurAmt) + "," + num(a.ExciseCr) + "," + num(a.CurrDiff) + "," + num(a.Subsidy) + "," +
@@ -134,7 +159,10 @@ std::string RegisterStore::where_client(std::optional<long> group) const {
 
 bool RegisterStore::tables_exist() { return db_.table_exists(opening_table()) && db_.table_exists(addition_table()); }
 
-void RegisterStore::ensure_tables() { create_register_tables(db_, year_); }
+void RegisterStore::ensure_tables() {
+    // Looked for first: opening a year that has its tables writes nothing.
+    if (!tables_exist()) create_register_tables(db_, year_);
+}
 
 std::optional<std::string> RegisterStore::options_row() {
     const auto rs = db_.query("SELECT MiscInf FROM NewFAMI WHERE Code_No=" + quoted(code_) + " AND Yr=" + num(long(year_)));
@@ -143,6 +171,7 @@ std::optional<std::string> RegisterStore::options_row() {
 }
 
 void RegisterStore::rewrite_options_row(std::string_view misc_inf) {
+    check_text("NewFAMI row of " + code_ + " " + num(long(year_)), "MiscInf", misc_inf, kLongTextChars);
     Transaction tx(db_);
     db_.execute("DELETE FROM NewFAMI WHERE Code_No=" + quoted(code_) + " AND Yr=" + num(long(year_)));
     db_.flush_tables();
@@ -274,9 +303,10 @@ std::vector<long> RegisterStore::groups_with_entries() {
 
 // A new entry takes the client's largest serial plus one, read and written under the
 // table's lock.
-template <class RowT, class Values>
+template <class RowT, class Values, class Check>
 long insert_with_next_serial(Database& db, const std::string& table, const std::string& code, RowT& row,
-                             Values values) {
+                             Values values, Check check) {
+    check(table + " new row", row);
     TableLock lock(db, table);
     const long serial = largest_serial(db, table, code) + 1;
     row.Code_No = code;
@@ -288,14 +318,15 @@ long insert_with_next_serial(Database& db, const std::string& table, const std::
 }
 
 long RegisterStore::insert_opening(OpeningRow row) {
-    return insert_with_next_serial(db_, opening_table(), code_, row, opening_values);
+    return insert_with_next_serial(db_, opening_table(), code_, row, opening_values, check_opening_texts);
 }
 
 long RegisterStore::insert_addition(AdditionRow row) {
-    return insert_with_next_serial(db_, addition_table(), code_, row, addition_values);
+    return insert_with_next_serial(db_, addition_table(), code_, row, addition_values, check_addition_texts);
 }
 
 void RegisterStore::update_opening(const OpeningRow& o) {
+    check_opening_texts(opening_table() + " row " + num(o.SrNoFATR), o);
     db_.execute("UPDATE " + opening_table() + " SET IdFAGM=" + num(o.IdFAGM) + ",Part=" + quoted(o.Part) +
                 ",CostWdv=" + num(o.CostWdv) + ",OpDepr=" + num(o.OpDepr) + ",YrCalcCA=" + num(o.YrCalcCA) +
                 ",DepCalcCA=" + num(o.DepCalcCA) + ",ResValue=" + num(o.ResValue) + ",LifeYrs=" + num(o.LifeYrs) +
@@ -309,6 +340,7 @@ void RegisterStore::update_opening(const OpeningRow& o) {
 }
 
 void RegisterStore::update_addition(const AdditionRow& a) {
+    check_addition_texts(addition_table() + " row " + num(a.SrNoFATR), a);
     db_.execute("UPDATE " + addition_table() + " SET IdFAGM=" + num(a.IdFAGM) + ",Part=" + quoted(a.Part) +
                 ",PutDate=" + quoted(a.PutDate) + ",AccDate=" + quoted(a.AccDate) + ",PurAmt=" + num(a.PurAmt) +
                 ",ExciseCr=" + num(a.ExciseCr) + ",CurrDiff=" + num(a.CurrDiff) + ",Subsidy=" + num(a.Subsidy) +
@@ -369,6 +401,7 @@ long RegisterStore::find_or_create_group(const AssetGroupRow& like) {
         lock.release();
         return static_cast<long>(found.row(0)[0].as_int());
     }
+    check_group_texts("NewFAGM new row", like);
     AssetGroupRow g = like;
     g.Yr = year_;
     g.SrNoFAGM = static_cast<long>(
@@ -411,7 +444,12 @@ std::string pack_rows(const std::vector<std::vector<std::string>>& rows, std::st
         if (r) out += '|';
         for (std::size_t f = 0; f < rows[r].size(); ++f) {
             if (f) out += field_sep;
-            out += rows[r][f];
+            std::string field = rows[r][f];
+            for (const std::string_view sep : {field_sep, std::string_view("|")}) {
+                if (sep.empty()) continue;
+                for (std::size_t p; (p = field.find(sep)) != std::string::npos;) field.erase(p, sep.size());
+            }
+            out += field;
         }
     }
     return out;

@@ -196,6 +196,12 @@ private:
 
 // The values of a row after its key columns (Code_No, SrNoFATR), in stored order, as
 // an INSERT writes them.
+// Refuse (TextRefused) a row whose texts its table would not hold, before anything is
+// written: "NewFATRo2025 row 3, field Part: is longer than 255 characters".
+void check_opening_texts(std::string_view where, const OpeningRow& row);
+void check_addition_texts(std::string_view where, const AdditionRow& row);
+void check_group_texts(std::string_view where, const AssetGroupRow& row);
+
 std::string opening_values(const OpeningRow& row);
 std::string addition_values(const AdditionRow& row);
 
@@ -209,7 +215,9 @@ std::string quoted(std::string_view text);
 
 // Packed sub-lists inside a text column: rows joined by "|", fields by `field_sep`
 // ("," for ShiftDet, the broken bar for DetESA). A trailing row separator, or none,
-// reads the same; empty rows are skipped.
+// reads the same; empty rows are skipped. Packing drops both separators from every
+// field first: a "|" typed into an adjustment row's particulars would otherwise
+// split the row in two when it is read back.
 std::vector<std::vector<std::string>> unpack_rows(std::string_view packed, std::string_view field_sep);
 std::string pack_rows(const std::vector<std::vector<std::string>>& rows, std::string_view field_sep);
 

@@ -2,13 +2,24 @@
 
 #include <string>
 
+#include "store/sql_dialect.h"
+
 namespace brenlow::store {
 namespace {
 
 // Column types: amounts Double, ids and serials Int(11), names VarChar, long
-// packed texts Text. Text columns compare case-blind on every backend.
+// packed texts Text. Text columns compare case-blind on every backend, except the
+// client code: it compares byte for byte, trailing spaces included, whatever the
+// server's or the database's default collation, so that codes that only look alike
+// ("ACMÉ", "ACME ") never reach ACME's rows.
 constexpr const char* kCode = "VarChar(50)";
 constexpr const char* kName = "VarChar(255)";
+constexpr const char* kClientMysql = "VarChar(50) CHARACTER SET utf8mb4 COLLATE utf8mb4_nopad_bin";
+constexpr const char* kClientSqlite = "VarChar(50) COLLATE BINARY";
+
+std::string client_column(const Database& db) {
+    return db.backend() == Backend::mysql ? kClientMysql : kClientSqlite;
+}
 
 std::string create(std::string_view name, std::string_view columns) {
     std::string sql = "Create Table If Not Exists ";
@@ -31,8 +42,8 @@ void index(Database& db, std::string_view table, std::string_view columns) {
     db.execute(sql);
 }
 
-std::string chart_columns() {
-    std::string cols = std::string("Code_No ") + kCode + ", FYr Int(11), Grp Int(11), Rate Double";
+std::string chart_columns(const std::string& client) {
+    std::string cols = "Code_No " + client + ", FYr Int(11), Grp Int(11), Rate Double";
     for (const char* c : {"Wdv", "WdvOpHR", "Add1", "Cons1", "FullAmt", "Add2", "Cons2", "HalfAmt", "DeprF",
                           "DeprH", "ADeprF", "ADeprH", "ADeprOpH", "TotDep", "Dep38", "PropDep", "Exp", "CG",
                           "WdvCl"}) {
@@ -52,17 +63,37 @@ const std::vector<std::string>& year_table_stems() {
     return stems;
 }
 
+const std::vector<std::string>& shared_table_names() {
+    static const std::vector<std::string> names = {
+        "master",      "Mast_MiscOthInf", "Mast_Setting", "MAST_GUNDER", "Mast_AllGrp",   "MAST_RESV",
+        "MAST_MISCEXP", "Mast_Invest",    "Mast_Oth_Loan", "Mast_Head",  "mast_company",  "mast_fix_part",
+        "mast_depmethod", "Mast_Capital", "Mast_Part",    "owner1",      "prfa",          "PRFA_Oth",
+        "NewFAGM",     "NewFAMI",         "NewFAMD",      "NewITBM",     "NewCLBM",       "BlockGroup",
+        "FAPart_Master", "DeprChart",     "TmpDepChart"};
+    return names;
+}
+
+bool shared_tables_exist(Database& db) {
+    const auto present = db.table_names();
+    for (const auto& wanted : shared_table_names()) {
+        bool found = false;
+        for (const auto& t : present) found = found || equals_case_blind(t, wanted);
+        if (!found) return false;
+    }
+    return true;
+}
+
 std::string register_opening_table(int year) { return "NewFATRo" + std::to_string(year); }
 std::string register_addition_table(int year) { return "NewFATRa" + std::to_string(year); }
 
 void create_shared_tables(Database& db) {
-    const std::string code = kCode, name = kName;
+    const std::string code = kCode, name = kName, client = client_column(db);
     // The suite's client-year master; client_name and status are the suite's own
     // columns for the client list.
-    db.execute(create("master", "code_no " + code + ", f_yr Char(8), s_yr Char(8), Count Int(11), tbl_nm " +
+    db.execute(create("master", "code_no " + client + ", f_yr Char(8), s_yr Char(8), Count Int(11), tbl_nm " +
                                     code + ", others Text, client_name " + name + ", status Int(11)"));
     index(db, "master", "code_no");
-    db.execute(create("Mast_MiscOthInf", "code_no " + code + ", s_yr Char(10), InfKey " + name +
+    db.execute(create("Mast_MiscOthInf", "code_no " + client + ", s_yr Char(10), InfKey " + name +
                                              ", InfVal Text, InfDesc " + name));
     db.execute(create("Mast_Setting", "Section " + name + ", SetKey " + name + ", SetVal Text"));
     db.execute(create("MAST_GUNDER", "GID Int(11), GUNDER " + name));
@@ -77,10 +108,10 @@ void create_shared_tables(Database& db) {
     db.execute(create("mast_depmethod", "METHOD_ID Int(11), METHOD_NM " + name));
     db.execute(create("Mast_Capital", "Particular_Id Int(11), Particular " + name));
     db.execute(create("Mast_Part", "PartId Int(11), PartNm " + name));
-    db.execute(create("owner1", "code_no " + code + ", code Int(11), f_nm " + name + ", m_nm " + name +
+    db.execute(create("owner1", "code_no " + client + ", code Int(11), f_nm " + name + ", m_nm " + name +
                                     ", l_nm " + name));
-    db.execute(create("prfa", "code_no " + code + ", code Int(11), rcount Int(11), rat Double"));
-    db.execute(create("PRFA_Oth", "code_no " + code + ", rcount Int(11), SrNo Int(11), nme " + name +
+    db.execute(create("prfa", "code_no " + client + ", code Int(11), rcount Int(11), rat Double"));
+    db.execute(create("PRFA_Oth", "code_no " + client + ", rcount Int(11), SrNo Int(11), nme " + name +
                                       ", rat Double"));
 
     // Register masters.
@@ -88,8 +119,8 @@ void create_shared_tables(Database& db) {
                                      ", RateIT Double, AddlRateIT Double, BlockFA Int(11), RateFA Double, "
                                      "BlockIdCL " + code + ", LifeYrs Double, RateSLM Double, RateWDV Double"));
     index(db, "NewFAGM", "Yr, SrNoFAGM");
-    db.execute(create("NewFAMI", "Code_No " + code + ", Yr Int(11), MiscInf Text"));
-    db.execute(create("NewFAMD", "Code_No " + code + ", Yr Int(11), IdFAGM Int(11), DepAmt Double"));
+    db.execute(create("NewFAMI", "Code_No " + client + ", Yr Int(11), MiscInf Text"));
+    db.execute(create("NewFAMD", "Code_No " + client + ", Yr Int(11), IdFAGM Int(11), DepAmt Double"));
     db.execute(create("NewITBM", "YR Int(11), Sr Int(11), ID " + code + ", Part " + name + ", rate Double"));
     index(db, "NewITBM", "YR, ID");
     db.execute(create("NewCLBM", "YR Int(11), Sr Int(11), ID " + code + ", Part " + name +
@@ -99,14 +130,14 @@ void create_shared_tables(Database& db) {
     db.execute(create("FAPart_Master", "Yr Int(11), PartId Int(11), PartDesc " + name +
                                            ", PartMeth " + code + ", RtCl Double, RtIT Double, ClBlock Int(11), "
                                            "ITBlock Int(11)"));
-    db.execute(create("DeprChart", chart_columns()));
+    db.execute(create("DeprChart", chart_columns(client)));
     index(db, "DeprChart", "Code_No, FYr");
-    db.execute(create("TmpDepChart", chart_columns()));
+    db.execute(create("TmpDepChart", chart_columns(client)));
     index(db, "TmpDepChart", "Code_No, FYr");
 }
 
 void create_year_tables(Database& db, std::string_view suffix) {
-    const std::string s(suffix), code = kCode, name = kName;
+    const std::string s(suffix), code = kCode, name = kName, client = client_column(db);
     auto t = [&](const char* stem) { return std::string(stem) + s; };
     db.execute(create(t("SHARE_"), "srno Int(11), code_no " + code +
                                        ", no_share Double, RS_SHARE1 Double, RS_SHARE Double, ref_ep Char(1), "
@@ -143,28 +174,45 @@ void create_year_tables(Database& db, std::string_view suffix) {
                                      "adddepapp Char(1)"));
     db.execute(create(t("TAB_"), "srno Int(11), code_no " + code +
                                      ", allid Int(11), PartId Int(11), nid Int(11), Amt Double"));
-    db.execute(create(t("SCHED_"), "code_no " + code + ", GID Int(11)"));
-    db.execute(create(t("CAPITAL_"), "code_no " + code + ", code " + name +
+    db.execute(create(t("SCHED_"), "code_no " + client + ", GID Int(11)"));
+    db.execute(create(t("CAPITAL_"), "code_no " + client + ", code " + name +
                                          ", srno Int(11), PARTICULAR_ID Int(11), AMT Double, nid Int(11), "
                                          "actyp Int(11)"));
 }
 
 void create_register_tables(Database& db, int year) {
-    const std::string code = kCode, name = kName;
+    const std::string code = kCode, name = kName, client = client_column(db);
     const std::string o = register_opening_table(year), a = register_addition_table(year);
-    db.execute(create(o, "Code_No " + code + ", SrNoFATR Int(11), IdFAGM Int(11), Part " + name +
+    db.execute(create(o, "Code_No " + client + ", SrNoFATR Int(11), IdFAGM Int(11), Part " + name +
                              ", CostWdv Double, OpDepr Double, YrCalcCA Int(11), DepCalcCA Double, "
                              "ResValue Double, LifeYrs Double, RateFACL Double, WdvIT Double, DetESA Text, "
                              "RateIT Double, AddlDepRT Double, SaleDate Char(10), SaleAmt Double, "
                              "SaleExp Double, ShiftDet Text, DepFACL Double, OthOpts Text, PutDate Char(10), "
                              "AddlDepOn Double"));
     index(db, o, "Code_No, SrNoFATR");
-    db.execute(create(a, "Code_No " + code + ", SrNoFATR Int(11), IdFAGM Int(11), Part " + name +
+    db.execute(create(a, "Code_No " + client + ", SrNoFATR Int(11), IdFAGM Int(11), Part " + name +
                              ", PutDate Char(10), AccDate Char(10), PurAmt Double, ExciseCr Double, "
                              "CurrDiff Double, Subsidy Double, ResValue Double, LifeYrs Double, "
                              "RateFACL Double, RateIT Double, AddlDepRT Double, SaleDate Char(10), "
                              "SaleAmt Double, SaleExp Double, ShiftDet Text, DepFACL Double, OthOpts Text"));
     index(db, a, "Code_No, SrNoFATR");
+}
+
+std::vector<std::string> fix_client_code_columns(Database& db) {
+    std::vector<std::string> fixed;
+    if (db.backend() != Backend::mysql) return fixed;
+    std::vector<std::pair<std::string, std::string>> columns;  // table, column as spelt
+    db.for_each_row(
+        "SELECT TABLE_NAME, COLUMN_NAME FROM information_schema.COLUMNS WHERE TABLE_SCHEMA=DATABASE() AND "
+        "LOWER(COLUMN_NAME)='code_no' AND (COLLATION_NAME IS NULL OR COLLATION_NAME<>'utf8mb4_nopad_bin')",
+        [&](const Row& r) { columns.emplace_back(r[0].as_text(), r[1].as_text()); });
+    for (const auto& [table, column] : columns) {
+        db.execute("UPDATE " + table + " SET " + column + "=UPPER(TRIM(" + column + "))");
+        db.execute("ALTER TABLE " + table + " MODIFY " + column + " " + kClientMysql);
+        fixed.push_back(table);
+    }
+    if (!fixed.empty()) db.execute("Flush Tables");
+    return fixed;
 }
 
 }  // namespace brenlow::store

@@ -232,6 +232,14 @@ void seed_masters(Database& db, const std::string& data_dir) {
     db.flush_tables();
 }
 
+bool masters_seeded(Database& db) {
+    for (const char* t : {"NewITBM", "NewCLBM", "MAST_GUNDER", "Mast_AllGrp", "mast_depmethod", "MAST_RESV",
+                          "Mast_Invest"}) {
+        if (is_empty(db, t)) return false;
+    }
+    return db.query("Select Count(*) as n from BlockGroup Where GrpId=0").first("n").as_int() > 0;
+}
+
 void ensure_year_masters(Database& db, int year) {
     for (const char* table : {"NewITBM", "NewCLBM"}) {
         const std::string t = table;

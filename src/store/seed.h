@@ -17,6 +17,9 @@ std::string reference_data_dir(const std::string& exe_dir = {});
 // Throws DbError, or std::runtime_error when a data file is missing or malformed.
 void seed_masters(Database& db, const std::string& data_dir);
 
+// Every master seed_masters fills has rows: read only, no statement that writes.
+bool masters_seeded(Database& db);
+
 // A year outside the shipped range gets the block and classification lists of the
 // nearest shipped year, so every year the suite opens has its lists.
 void ensure_year_masters(Database& db, int year);

@@ -2,6 +2,7 @@
 
 #include "controls/number_format.h"
 #include "controls/vb_date.h"
+#include "store/client_code.h"
 #include "store/seed.h"
 
 namespace brenlow::suite {
@@ -12,7 +13,8 @@ BaseServices::BaseServices(std::unique_ptr<store::Database> db, std::string exe_
 }
 
 bool BaseServices::select_client_year(const std::string& code, int year) {
-    auto cy = store::find_client_year(*db_, code, year);
+    // Refuses a code no client can have, with the reason, rather than "not found".
+    auto cy = store::find_client_year(*db_, store::client_code(code), year);
     if (!cy) return false;
     current_ = std::move(cy);
     return true;

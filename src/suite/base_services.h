@@ -18,7 +18,8 @@ public:
     BaseServices(std::unique_ptr<store::Database> db, std::string exe_path, std::string data_dir);
 
     // Chooses the open client and year (the year must exist: see create_client_year).
-    // Returns false when the client has no such year.
+    // Returns false when the client has no such year; throws store::BadClientCode for
+    // a code no client can have (see store/client_code.h).
     bool select_client_year(const std::string& code, int year);
     // Creates the client's year when missing, then selects it.
     store::CreatedYear create_client_year(const std::string& code, int year, const std::string& name,

@@ -1,8 +1,8 @@
 #include <algorithm>
 #include <cstdio>
-#include <fstream>
 #include <stdexcept>
 
+#include "suite/output_file.h"
 #include "suite/report.h"
 
 namespace brenlow::Ostikreport {
@@ -141,10 +141,7 @@ void write_pdf(const ReportDocument& doc, const std::string& path) {
     pdf += "trailer\n<< /Size " + std::to_string(objects.size() + 1) + " /Root 1 0 R >>\nstartxref\n" +
            std::to_string(xref) + "\n%%EOF\n";
 
-    std::ofstream out(path, std::ios::binary | std::ios::trunc);
-    if (!out) throw std::runtime_error("Cannot write " + path);
-    out << pdf;
-    if (!out) throw std::runtime_error("Cannot write " + path);
+    suite::write_file_whole(path, pdf);
 }
 
 }  // namespace brenlow::Ostikreport

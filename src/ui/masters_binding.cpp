@@ -49,13 +49,13 @@ VTxtEdit* MasterWindow::entry_field(const vTXT& field) {
 }
 
 void MasterWindow::show_field(VTxtEdit* edit, const vTXT& field, bool enabled) {
-    const QString text = QString::fromLatin1(field.text().data(), static_cast<qsizetype>(field.text().size()));
+    const QString text = QString::fromUtf8(field.text().data(), static_cast<qsizetype>(field.text().size()));
     if (edit->text() != text) edit->setText(text);
     edit->setEnabled(enabled);
 }
 
 void MasterWindow::take_field(const VTxtEdit* edit, vTXT& field) {
-    field.set_text(edit->text().toLatin1().toStdString());
+    field.set_text(edit->text().toUtf8().toStdString());
 }
 
 void MasterWindow::show_combo(QComboBox* box, const brenlow::ComboBox& combo) {

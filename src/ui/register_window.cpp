@@ -538,7 +538,7 @@ QWidget* RegisterWindow::build_sale_frame() {
 void RegisterWindow::take_input() {
     auto& sc = *screen_;
     const auto take = [](const VTxtEdit* e, vTXT& f) {
-        if (e && e->isEnabled()) f.set_text(e->text().toLatin1().toStdString());
+        if (e && e->isEnabled()) f.set_text(e->text().toUtf8().toStdString());
     };
     take(txtPart_, sc.txtPart);
     for (int i = 0; i < S::O_Count; ++i) take(txtfieldsO_[i], sc.txtfieldsO[i]);
@@ -567,7 +567,7 @@ void RegisterWindow::refresh() {
     auto& sc = *screen_;
     const bool entering = sc.Entering();
     const auto show = [](VTxtEdit* e, const vTXT& f, bool enabled) {
-        const QString t = QString::fromLatin1(f.text().data(), static_cast<qsizetype>(f.text().size()));
+        const QString t = QString::fromUtf8(f.text().data(), static_cast<qsizetype>(f.text().size()));
         if (e->text() != t) e->setText(t);
         e->setEnabled(enabled);
     };

@@ -2,6 +2,8 @@
 
 #include <QKeyEvent>
 
+#include <algorithm>
+
 namespace brenlow {
 
 namespace {
@@ -31,7 +33,9 @@ VTxtEdit::VTxtEdit(Ui& ui, QWidget* parent) : QLineEdit(parent), field_(ui) {
 
 void VTxtEdit::set_MaxLength(std::int16_t max_length) {
     field_.set_MaxLength(max_length);
-    setMaxLength(max_length > 0 ? max_length : 32767);
+    // The box counts UTF-16 units, two for an emoji: the field's own limit, in
+    // characters, is the one that holds.
+    setMaxLength(max_length > 0 ? std::min(2 * static_cast<int>(max_length), 32767) : 32767);
     show_field();
 }
 
@@ -41,20 +45,23 @@ bool VTxtEdit::validate_field() {
 }
 
 void VTxtEdit::load_field() {
-    // The field holds one byte per character, as the desktop's text boxes did.
-    field_.set_text(text().toLatin1().toStdString());
+    // The field holds UTF-8 and counts its caret in bytes; the box, in UTF-16 units.
+    const QString shown = text();
+    const auto bytes_before = [&](qsizetype at) { return static_cast<int>(shown.left(at).toUtf8().size()); };
+    field_.set_text(shown.toUtf8().toStdString());
     if (hasSelectedText()) {
-        field_.set_selection(selectionStart(), static_cast<int>(selectedText().size()));
+        const int from = bytes_before(selectionStart());
+        field_.set_selection(from, bytes_before(selectionStart() + selectedText().size()) - from);
     } else {
-        field_.set_selection(cursorPosition(), 0);
+        field_.set_selection(bytes_before(cursorPosition()), 0);
     }
 }
 
 void VTxtEdit::show_field() {
-    const QString shown =
-        QString::fromLatin1(field_.text().data(), static_cast<qsizetype>(field_.text().size()));
+    const std::string& held = field_.text();
+    const QString shown = QString::fromUtf8(held.data(), static_cast<qsizetype>(held.size()));
     if (shown != text()) setText(shown);
-    setCursorPosition(field_.sel_start());
+    setCursorPosition(static_cast<int>(QString::fromUtf8(held.data(), field_.sel_start()).size()));
 }
 
 KeyAction VTxtEdit::forward(int code) {
@@ -104,11 +111,7 @@ void VTxtEdit::keyPressEvent(QKeyEvent* event) {
         QLineEdit::keyPressEvent(event);  // arrows, Home, End, Delete...
         return;
     }
-    for (const QChar c : typed) {
-        // Beyond the Latin-1 page the field has no character to keep.
-        if (c.unicode() > 0xFF) continue;
-        forward(c.unicode());
-    }
+    for (const char32_t c : typed.toUcs4()) forward(static_cast<int>(c));
 }
 
 }  // namespace brenlow

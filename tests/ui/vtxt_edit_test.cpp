@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QApplication>
+#include <QKeyEvent>
 #include <QSignalSpy>
 #include <QTest>
 #include <QVBoxLayout>
@@ -43,6 +45,23 @@ TEST_F(VTxtEditTest, TypesLettersAsCapitals) {
     QTest::keyClicks(edit, "plant m");
     EXPECT_EQ(edit->text(), "PLANT M");
     EXPECT_TRUE(ui.messages().empty());
+}
+
+TEST_F(VTxtEditTest, TextOfAnyScriptGoesToTheFieldAsUtf8AndComesBackWhole) {
+    edit->set_MaxLength(100);
+    // QTest types ASCII only: the other characters come as a keyboard layout sends them.
+    for (const char32_t c : QString::fromUtf8("caf\xc3\xa9 \xe0\xa4\xae").toUcs4()) {
+        QKeyEvent press(QEvent::KeyPress, Qt::Key_unknown, Qt::NoModifier, QString::fromUcs4(&c, 1));
+        QApplication::sendEvent(edit, &press);
+    }
+    EXPECT_EQ(edit->text(), QString::fromUtf8("CAF\xc3\x89 \xe0\xa4\xae"));
+    EXPECT_EQ(edit->field().text(), "CAF\xc3\x89 \xe0\xa4\xae");
+    edit->setText(QString::fromUtf8("\xf0\x9f\x9a\x9c LATHE"));
+    edit->setCursorPosition(2);  // after the emoji, two UTF-16 units
+    QTest::keyClick(edit, Qt::Key_Backspace);
+    EXPECT_EQ(edit->text(), " LATHE");
+    EXPECT_EQ(edit->field().text(), " LATHE");
+    EXPECT_EQ(edit->cursorPosition(), 0);
 }
 
 TEST_F(VTxtEditTest, RefusesALetterInANumberFieldWithItsMessage) {

@@ -113,7 +113,7 @@ int chart_command(Context& ctx, const std::vector<std::string>& args) {
     const Options opt(args, {"it", "books", "json", "yes", "no"});
     opt.reject_unknown({"client", "year", "it", "books", "json", "pdf", "yes", "no"});
     if (opt.has("yes") && opt.has("no")) throw UsageError("--yes and --no do not go together.");
-    const std::string code = opt.require("client");
+    const std::string code = opt.client();
     const int year = opt.require_int("year", 1990, 2099);
     if (opt.has("it") == opt.has("books")) throw UsageError("choose one chart: --it or --books.");
     if (opt.has("json") && opt.has("pdf")) throw UsageError("--json and --pdf do not go together.");

@@ -5,6 +5,8 @@
 
 #include "app/cli/options.h"
 #include "store/client_store.h"
+#include "store/schema.h"
+#include "store/seed.h"
 
 namespace brenlow::cli {
 namespace {
@@ -51,12 +53,16 @@ void record_regimes(Context& ctx, const std::string& code, const std::string& li
 int init_command(Context& ctx, const std::vector<std::string>& args) {
     const Options opt(args, {});
     opt.reject_unknown({"client", "year", "name", "status", "regime"});
-    const std::string code = opt.require("client");
+    const std::string code = opt.client();
     const int year = opt.require_int("year", 1990, 2099);
     const std::string name = opt.get("name").value_or("");
     const auto status = opt.get_int("status", 1, 4);
 
     auto& base = ctx.base();
+    // Start-up only reads when the tables are there; init makes sure of all of them.
+    store::prepare_schema(base.dbobj(), store::reference_data_dir(Context::exe_dir()));
+    // Tables of an older database: client codes compare exactly from now on.
+    const auto recollated = store::fix_client_code_columns(base.dbobj());
     const auto created = base.create_client_year(code, year, name, status);
     const auto& cy = created.client_year;
     auto& db = base.dbobj();
@@ -67,6 +73,11 @@ int init_command(Context& ctx, const std::vector<std::string>& args) {
             << " to " << base.SecondDate() << ")\n";
     ctx.out << "  master row: " << (created.master_row_created ? "created" : "already there") << " (f_yr "
             << cy.f_yr << ", s_yr " << cy.s_yr << ", Count " << cy.count << ", tbl_nm " << cy.tbl_nm << ")\n";
+    if (!recollated.empty()) {
+        ctx.out << "  client codes now compare exactly in:";
+        for (const auto& t : recollated) ctx.out << ' ' << t;
+        ctx.out << "\n";
+    }
     if (created.tables_created.empty()) {
         ctx.out << "  tables: all already there\n";
     } else {

@@ -84,7 +84,7 @@ frame::Component component_for(Context& ctx) {
 }
 
 void open_year(Context& ctx, const Options& opt) {
-    const std::string code = opt.require("client");
+    const std::string code = opt.client();
     const int year = opt.require_int("year", 1990, 2099);
     if (!ctx.base().select_client_year(code, year))
         throw UsageError("Client " + code + " has no financial year " + fy_text(year) +
@@ -200,7 +200,8 @@ int block(Context& ctx, const std::string& action, const Options& opt) {
     masters::frmblockM screen(c, ui, kind);
     const int logged = c.log.logged();
     auto fill = [&] {
-        if (auto name = opt.get("name")) screen.txtfields.set_text(*name);
+        if (auto name = opt.text("name", static_cast<std::size_t>(screen.txtfields.MaxLength())))
+            screen.txtfields.set_text(*name);
         if (auto under = opt.get("under")) {
             if (kind != 2) throw UsageError("Only income-tax blocks sit under a nature (--under).");
             if (!screen.Combo1.select_id(*under)) {
@@ -257,7 +258,8 @@ int group(Context& ctx, const std::string& action, const Options& opt) {
     masters::frmNewFAGM screen(c, ui);
     const int logged = c.log.logged();
     auto fill = [&] {
-        if (auto name = opt.get("name")) screen.txtfields.set_text(*name);
+        if (auto name = opt.text("name", static_cast<std::size_t>(screen.txtfields.MaxLength())))
+            screen.txtfields.set_text(*name);
         if (auto it = opt.get("it-block"); it && !screen.choose_it_block(*it))
             throw UsageError("No income-tax block \"" + *it + "\" in " + fy_text(screen.year()) + ".");
         if (auto fa = opt.get("books-block")) {

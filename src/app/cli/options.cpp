@@ -2,6 +2,9 @@
 
 #include <charconv>
 
+#include "controls/utf8_text.h"
+#include "store/client_code.h"
+
 namespace brenlow::cli {
 
 Options::Options(const std::vector<std::string>& args, const std::set<std::string>& flags) {
@@ -21,8 +24,20 @@ Options::Options(const std::vector<std::string>& args, const std::set<std::strin
             if (i + 1 >= args.size()) throw UsageError("Option --" + name + " needs a value.");
             value = args[++i];
         }
+        if (!is_valid_utf8(value)) throw UsageError("Option --" + name + " is not valid UTF-8 text.");
         values_[name] = value;
     }
+    for (std::size_t i = 0; i < positional_.size(); ++i) {
+        if (!is_valid_utf8(positional_[i]))
+            throw UsageError("Argument " + std::to_string(i + 1) + " is not valid UTF-8 text.");
+    }
+}
+
+std::optional<std::string> Options::text(const std::string& name, std::size_t max_chars) const {
+    auto v = get(name);
+    if (v && max_chars > 0 && utf8_length(*v) > max_chars)
+        throw UsageError("Option --" + name + " is longer than " + std::to_string(max_chars) + " characters.");
+    return v;
 }
 
 std::optional<std::string> Options::get(const std::string& name) const {
@@ -46,6 +61,15 @@ std::optional<int> Options::get_int(const std::string& name, int lo, int hi) con
         throw UsageError("Option --" + name + " must be a whole number from " + std::to_string(lo) + " to " +
                          std::to_string(hi) + ", not \"" + *v + "\".");
     return n;
+}
+
+std::string Options::client() const {
+    require("client");
+    try {
+        return store::client_code(*get("client"));
+    } catch (const store::BadClientCode& e) {
+        throw UsageError(std::string("Option --client: ") + e.what());
+    }
 }
 
 int Options::require_int(const std::string& name, int lo, int hi) const {

@@ -17,7 +17,8 @@ public:
 
 class Options {
 public:
-    // `flags` are options without a value; every other "--x" takes one.
+    // `flags` are options without a value; every other "--x" takes one. Every value
+    // and argument must be UTF-8 text (UsageError naming the option otherwise).
     Options(const std::vector<std::string>& args, const std::set<std::string>& flags);
 
     const std::vector<std::string>& positional() const { return positional_; }
@@ -25,6 +26,11 @@ public:
     std::optional<std::string> get(const std::string& name) const;
     std::string require(const std::string& name) const;
     int require_int(const std::string& name, int lo, int hi) const;
+    // A text option that must fit a field of `max_chars` characters; refused, never
+    // cut, when longer.
+    std::optional<std::string> text(const std::string& name, std::size_t max_chars) const;
+    // --client as stored: trimmed and upper-cased; a code no client can have is refused.
+    std::string client() const;
     std::optional<int> get_int(const std::string& name, int lo, int hi) const;
     // Options given but never asked for: a typing slip the user should hear about.
     void reject_unknown(const std::set<std::string>& known) const;

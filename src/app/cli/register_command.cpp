@@ -73,7 +73,7 @@ struct Session {
 };
 
 std::unique_ptr<Session> open(Context& ctx, const Options& opt) {
-    const std::string code = opt.require("client");
+    const std::string code = opt.client();
     const int year = opt.require_int("year", 1990, 2099);
     if (!ctx.base().select_client_year(code, year))
         throw UsageError("Client " + code + " has no financial year " + fy_text(year) + " (create it with brenlow init).");
@@ -192,10 +192,10 @@ void type(vTXT& field, CheckBox* tick, const std::optional<std::string>& value) 
 // The options as the person's typing into the open entry frame; false when a field
 // was refused on leaving it.
 bool fill(S& s, const Options& opt, bool opening) {
-    if (const auto g = opt.get("group")) {
-        if (!s.SelectAssetGroup(std::stol(*g))) throw UsageError("The year has no asset group " + *g + ".");
+    if (const auto g = opt.get_int("group", 1, 2000000000)) {
+        if (!s.SelectAssetGroup(*g)) throw UsageError("The year has no asset group " + std::to_string(*g) + ".");
     }
-    if (const auto p = opt.get("part")) s.txtPart.set_text(*p);
+    if (const auto p = opt.text("part", static_cast<std::size_t>(s.txtPart.MaxLength()))) s.txtPart.set_text(*p);
     if (const auto m = opt.get("method")) {
         ComboBox& c = opening ? s.cboMODo : s.cboMODa;
         const int i = c.List.index_of_id(*m);
@@ -326,7 +326,7 @@ bool is_company(int status) { return status == 3 || status == 4; }
 // Opens the year with last year's assets still held, at last year's closing figures.
 int carry_forward(Context& ctx, const Options& opt) {
     opt.reject_unknown({"client", "year", "yes", "yes-40"});
-    const std::string code = opt.require("client");
+    const std::string code = opt.client();
     const int year = opt.require_int("year", 1991, 2099);
     auto& base = ctx.base();
     if (!base.select_client_year(code, year))

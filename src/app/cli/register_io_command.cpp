@@ -1,12 +1,15 @@
 // brenlow register export|import: a client's register of one year out to a JSON
 // document and back in (the document's format is in the README).
 
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 
 #include "app/cli/commands.h"
 #include "app/cli/options.h"
 #include "exchange/register_document.h"
+#include "store/database.h"
+#include "suite/output_file.h"
 
 namespace brenlow::cli {
 namespace {
@@ -19,7 +22,7 @@ struct Target {
 
 Target target_of(Context& ctx, const Options& opt, const char* sub) {
     if (opt.positional().size() != 1) throw UsageError(std::string(sub) + " takes one file name.");
-    Target t{opt.positional()[0], opt.require("client"), opt.require_int("year", 1990, 2099)};
+    Target t{opt.positional()[0], opt.client(), opt.require_int("year", 1990, 2099)};
     if (!ctx.base().select_client_year(t.code, t.year))
         throw UsageError("client " + t.code + " has no financial year " + fy_text(t.year) +
                          " (create it with brenlow init).");
@@ -31,10 +34,7 @@ int export_register(Context& ctx, const std::vector<std::string>& args) {
     opt.reject_unknown({"client", "year"});
     const auto t = target_of(ctx, opt, "export");
     const std::string json = exchange::export_register(ctx.base().dbobj(), t.code, t.year);
-    std::ofstream f(t.file, std::ios::binary);
-    f << json;
-    f.close();
-    if (!f) throw std::runtime_error("cannot write " + t.file);
+    suite::write_file_whole(t.file, json);
     ctx.out << "Wrote the register of " << t.code << " for F.Y. " << fy_text(t.year) << " to " << t.file
             << "\n";
     return 0;
@@ -44,19 +44,31 @@ int import_register(Context& ctx, const std::vector<std::string>& args) {
     const Options opt(args, {"replace", "yes"});
     opt.reject_unknown({"client", "year", "replace", "yes"});
     const auto t = target_of(ctx, opt, "import");
+    // Every refusal names the document and ends the same way.
+    const auto refuse = [&](const std::vector<std::string>& why) {
+        for (const auto& e : why) ctx.err << t.file << ": " << e << "\n";
+        ctx.err << "Nothing was imported.\n";
+        return 1;
+    };
+    std::error_code ec;
+    const auto kind = std::filesystem::status(t.file, ec).type();
+    if (kind == std::filesystem::file_type::not_found) return refuse({"there is no such file"});
+    if (kind == std::filesystem::file_type::directory) return refuse({"this is a folder, not a register document"});
     std::ifstream f(t.file, std::ios::binary);
-    if (!f) throw std::runtime_error("cannot read " + t.file);
     std::ostringstream text;
-    text << f.rdbuf();
+    if (f) text << f.rdbuf();
+    if (!f || f.bad()) return refuse({"the file cannot be read"});
     exchange::ImportOptions options;
     options.replace = opt.has("replace");
     options.yes = opt.has("yes");
-    const auto r = exchange::import_register(ctx.base().dbobj(), t.code, t.year, text.str(), options);
-    if (!r.errors.empty()) {
-        for (const auto& e : r.errors) ctx.err << e << "\n";
-        ctx.err << "Nothing was imported.\n";
-        return 1;
+    exchange::ImportResult r;
+    try {
+        r = exchange::import_register(ctx.base().dbobj(), t.code, t.year, text.str(), options);
+    } catch (const store::DbError& e) {
+        // The import is one group of writes: a failure part-way undid all of it.
+        return refuse({std::string("the database refused it: ") + e.what()});
     }
+    if (!r.errors.empty()) return refuse(r.errors);
     ctx.out << "Imported into " << t.code << " for F.Y. " << fy_text(t.year) << ": " << r.openings
             << " opening entries, " << r.additions << " additions; asset groups " << r.groups_matched
             << " matched, " << r.groups_created << " created"

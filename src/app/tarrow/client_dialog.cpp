@@ -12,6 +12,8 @@
 #include <QTableWidget>
 #include <QVBoxLayout>
 
+#include "store/client_code.h"
+
 namespace brenlow::tarrow {
 
 QString fy_label(int year) { return QString("%1-%2").arg(year - 1).arg(year % 100, 2, 10, QChar('0')); }
@@ -50,7 +52,7 @@ ClientDialog::ClientDialog(const std::vector<store::ClientYear>& years, int defa
     auto* fresh = new QGroupBox("New client or financial year", this);
     auto* form = new QFormLayout(fresh);
     code_ = new QLineEdit(fresh);
-    code_->setMaxLength(50);
+    code_->setMaxLength(static_cast<int>(store::kClientCodeMax));
     name_ = new QLineEdit(fresh);
     year_ = new QSpinBox(fresh);
     year_->setRange(1990, 2099);
@@ -88,6 +90,12 @@ void ClientDialog::create_new() {
     const QString code = code_->text().trimmed().toUpper();
     if (code.isEmpty()) {
         QMessageBox::information(this, windowTitle(), "Please enter the client code.");
+        code_->setFocus();
+        return;
+    }
+    // QString::toUpper folds more than A-Z; the rule decides on the typed text.
+    if (const auto fault = store::client_code_fault(code_->text().toStdString())) {
+        QMessageBox::information(this, windowTitle(), QString::fromStdString(*fault));
         code_->setFocus();
         return;
     }
