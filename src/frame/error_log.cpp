@@ -28,6 +28,7 @@ void ErrorLog::set_context(std::string_view module, std::string_view procedure) 
 
 void ErrorLog::log(long number, std::string_view description, std::string_view source, std::string_view detail) {
     ++logged_;
+    last_error_ = std::string(description);
     try {
         std::ofstream out(path(), std::ios::app);
         out << number << '\t' << field(description) << '\t' << field(source) << '\t' << field(detail) << '\t'

@@ -29,11 +29,14 @@ public:
     void log(const std::exception& error);
 
     int logged() const { return logged_; }
+    // The description of the latest error logged ("" before the first).
+    const std::string& last_error() const { return last_error_; }
 
 private:
     std::string exe_path_;
     std::string context_;
     int logged_ = 0;
+    std::string last_error_;
 };
 
 // Runs one step of a handler: the context is set, a failure is logged and the

@@ -332,7 +332,10 @@ void run_income_tax(store::Database& db, store::RegisterStore& rs, const Masters
         out.chart_hand_edited = true;
     } else {
         out.chart = depreciation::chart_rows_from_blocks(out.code, out.year, total);
-        store::rewrite_built_chart(db, out.code, out.year, out.chart);
+        // A chart that is stored already as it stands is not written again: a reader
+        // without write rights gets the year's chart as long as nothing changed.
+        if (store::read_chart(db, store::ChartTable::TmpDepChart, out.code, out.year) != out.chart)
+            store::rewrite_built_chart(db, out.code, out.year, out.chart);
     }
 
     if (options.sheets) {

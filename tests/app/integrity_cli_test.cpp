@@ -213,6 +213,16 @@ TEST_P(IntegrityCli, AReadOnlyUserListsAndExports) {
     r = as_reader({"register", "export", path("ro.json"), "--client", "ACME", "--year", "2025"});
     EXPECT_EQ(r.code, 0) << r.err;
     EXPECT_NE(read("ro.json").find("CNC LATHE"), std::string::npos);
+    // The books chart writes nothing; the income-tax chart needs no write once the year's
+    // stored chart is as the register gives it.
+    r = as_reader({"chart", "--client", "ACME", "--year", "2025", "--books", "--json"});
+    EXPECT_EQ(r.code, 0) << r.err;
+    r = as_reader({"chart", "--client", "ACME", "--year", "2025", "--it", "--json"});
+    EXPECT_EQ(r.code, 1) << "the first income-tax chart of the year is written";
+    ASSERT_EQ(cli({"chart", "--client", "ACME", "--year", "2025", "--it", "--json"}).code, 0);
+    r = as_reader({"chart", "--client", "ACME", "--year", "2025", "--it", "--json"});
+    EXPECT_EQ(r.code, 0) << r.err;
+    EXPECT_NE(r.out.find("\"DeprChart\""), std::string::npos) << r.out;
     db().execute("DROP USER '" + user + "'@'localhost'");
 }
 

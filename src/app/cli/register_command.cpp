@@ -86,7 +86,9 @@ std::unique_ptr<Session> open(Context& ctx, const Options& opt) {
     s->screen->OfferCarryForward = false;
     const bool loaded = s->screen->Form_Load();
     if (s->ui->unanswered()) throw QuestionUnanswered(*s->ui->unanswered());
-    if (!loaded) throw std::runtime_error("the register could not be opened; see " + s->component.log.path());
+    if (!loaded)
+        throw std::runtime_error("the register could not be opened: " + s->component.log.last_error() + " (see " +
+                                 s->component.log.path() + ")");
     if (const auto g = opt.get("group")) {
         const int i = s->screen->cboFAGM.List.index_of_id(*g);
         if (i >= 0) s->screen->cboFAGM_Click(i);
@@ -97,7 +99,7 @@ std::unique_ptr<Session> open(Context& ctx, const Options& opt) {
 int outcome(const Session& s, int logged_before, bool done) {
     if (s.ui->unanswered()) throw QuestionUnanswered(*s.ui->unanswered());
     if (s.component.log.logged() > logged_before)
-        throw std::runtime_error("a database error was written to " + s.component.log.path());
+        throw std::runtime_error(s.component.log.last_error() + " (written to " + s.component.log.path() + ")");
     return done ? 0 : 1;
 }
 
