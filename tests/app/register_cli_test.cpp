@@ -56,6 +56,31 @@ TEST_P(RegisterCli, DeletingAllStopsAtTheQuestionWithoutYes) {
     EXPECT_EQ(count("NewFATRa2025"), 0);
 }
 
+TEST_P(RegisterCli, TheListingAsJsonHoldsNumbersAndFourDigitYears) {
+    ASSERT_EQ(cli({"register", "add-addition", "--client", "C001", "--year", "2025", "--group", group_, "--part",
+                   "DRILL", "--put-date", "01/06/2024", "--acc-date", "01/06/2024", "--cost", "914.92"})
+                  .code,
+              0);
+    const auto r = cli({"register", "list", "--client", "C001", "--year", "2025", "--json"});
+    ASSERT_EQ(r.code, 0) << r.err;
+    EXPECT_NE(r.out.find("\"Cost\": 914.92,"), std::string::npos) << r.out;
+    EXPECT_NE(r.out.find("\"PutDate\": \"01/06/2024\""), std::string::npos) << r.out;
+    EXPECT_NE(r.out.find("\"SrNoFATR\": 1,"), std::string::npos) << r.out;
+    EXPECT_EQ(r.out.find("\"Cost\": \""), std::string::npos) << r.out;
+}
+
+TEST(CliHelp, EveryCommandAndSubCommandPrintsItsHelp) {
+    for (const std::vector<std::string>& words :
+         {std::vector<std::string>{"init", "--help"}, {"chart", "--help"}, {"demo", "--help"}, {"register", "--help"},
+          {"register", "add-opening", "--help"}, {"register", "carry-forward", "-h"}, {"masters", "--help"},
+          {"masters", "group", "add", "--help"}, {"register", "import", "--help"}}) {
+        const auto r = run_cli(words);
+        SCOPED_TRACE(words[0] + " " + words[1]);
+        EXPECT_EQ(r.code, 0) << r.err;
+        EXPECT_EQ(r.out.rfind("Usage: brenlow", 0), 0u) << r.out;
+    }
+}
+
 BRENLOW_INSTANTIATE_BACKENDS(RegisterCli);
 
 }  // namespace

@@ -21,25 +21,55 @@ constexpr const char* kUsage =
     "                            (default: the embedded database in the user's data folder)\n"
     "\n"
     "Commands:\n"
-    "  init --client CODE --year YYYY [--name NAME] [--status 1-4]\n"
+    "  init --client CODE --year YYYY [--name NAME] [--status 1-4] [--regime LIST|none]\n"
     "                            create the tables, the client and its financial year\n"
     "                            (YYYY: the calendar year in which the financial year ends)\n"
     "  masters blocks|groups|particulars --client CODE --year YYYY [--json]\n"
     "                            list the blocks, asset groups or particulars of the year\n"
     "  masters block add|modify|delete, masters group add|modify|delete ...\n"
     "                            keep them as the master screens do (brenlow masters --help)\n"
-    "  chart --client CODE --year YYYY --it|--books [--json|--pdf FILE]\n"
+    "  chart --client CODE --year YYYY --it|--books [--json|--pdf FILE] [--yes|--no]\n"
     "                            calculate the year and print the income-tax chart by block\n"
     "                            or the books chart by asset group\n"
     "  register list --client CODE --year YYYY [--group ID] [--json]\n"
     "  register add-opening|add-addition|edit|delete ... [--yes]\n"
+    "  register carry-forward --client CODE --year YYYY [--yes-40]\n"
     "                            the asset register: entries listed, added, edited and deleted\n"
     "                            through the register screen's checks (brenlow register --help)\n"
     "  register export FILE.json --client CODE --year YYYY\n"
-    "  register import FILE.json --client CODE --year YYYY [--replace]\n"
+    "  register import FILE.json --client CODE --year YYYY [--replace] [--yes]\n"
     "                            the year's register as a JSON document, out and back in\n"
     "  demo [--out DIR]          a demonstration client DEMO01 (F.Y. 2024-25) with both charts\n"
-    "                            printed and written as PDF files into DIR\n";
+    "                            printed and written as PDF files into DIR\n"
+    "\n"
+    "brenlow COMMAND --help (or COMMAND SUB-COMMAND --help) says more about each.\n";
+
+// Each command's own help, for `brenlow COMMAND [SUB-COMMAND] --help`; the register and
+// the masters print theirs.
+constexpr const char* kInitHelp =
+    "Usage: brenlow [--db URL] init --client CODE --year YYYY [--name NAME] [--status 1-4] [--regime LIST|none]\n"
+    "\n"
+    "Creates the tables when needed, the client's master row for the year, the year's schedule and\n"
+    "register tables; running it again changes nothing. On an existing client it changes what is given.\n"
+    "  --year YYYY     the calendar year in which the financial year ends (F.Y. 2024-25 is 2025)\n"
+    "  --status 1-4    1 individual or proprietor, 2 partnership firm, 3 and 4 companies\n"
+    "  --regime LIST   concessional sections opted for: 115BA (115BAA, 115BAB), 115BAC, 115BAD,\n"
+    "                  115BAE, comma-separated, or none\n"
+    "Example: brenlow init --client ACME --year 2025 --name \"ACME TRADERS\" --status 3\n";
+constexpr const char* kChartHelp =
+    "Usage: brenlow [--db URL] chart --client CODE --year YYYY --it|--books [--json|--pdf FILE] [--yes|--no]\n"
+    "\n"
+    "Calculates the year as the register's calculate button does and prints the chart:\n"
+    "  --it      the income-tax chart by block (and its block-wise summary); the year's chart is stored\n"
+    "  --books   the books chart by asset, as per the Companies Act\n"
+    "  --json    the chart as JSON; --pdf FILE the printed chart as a PDF file\n"
+    "  --yes/--no  answer the question on additional depreciation under a concessional regime\n"
+    "Example: brenlow chart --client ACME --year 2025 --it --pdf acme-2025.pdf\n";
+constexpr const char* kDemoHelp =
+    "Usage: brenlow [--db URL] demo [--out DIR]\n"
+    "\n"
+    "Builds the demonstration client DEMO01 (F.Y. 2024-25), prints both charts and writes them as\n"
+    "PDF files into DIR (the current folder when not given).\n";
 
 using Handler = std::function<int(Context&, const std::vector<std::string>&)>;
 
@@ -92,6 +122,15 @@ int run(const std::vector<std::string>& args, std::ostream& out, std::ostream& e
     if (it == commands().end()) {
         err << "brenlow: unknown command \"" << name << "\". Try brenlow --help.\n";
         return 1;
+    }
+    const std::vector<std::string> command_args(args.begin() + static_cast<long>(i) + 1, args.end());
+    for (const auto& a : command_args) {
+        if (a != "--help" && a != "-h") continue;
+        if (name == "init") out << kInitHelp;
+        else if (name == "chart") out << kChartHelp;
+        else if (name == "demo") out << kDemoHelp;
+        else break;  // the register and the masters print their own
+        return 0;
     }
     Context ctx{db_url, out, err};
     try {

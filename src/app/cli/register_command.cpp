@@ -2,6 +2,7 @@
 // deletes its entries by running the register screen's own events with the options
 // as the person's input. "register export|import" belong to register_io_command.
 
+#include <algorithm>
 #include <iomanip>
 #include <memory>
 #include <optional>
@@ -14,6 +15,7 @@
 #include "frame/component.h"
 #include "register/carry_forward.h"
 #include "register/frm_new_fatr.h"
+#include "register/register_entry_math.h"
 #include "store/register_store.h"
 
 namespace brenlow::cli {
@@ -143,6 +145,23 @@ void print_grid(std::ostream& out, const Grid& g, const char* title) {
     out << std::left;
 }
 
+// A cell as JSON data: amounts and rates as numbers (rates to four places, amounts to
+// paise), dates as stored (dd/mm/yyyy), everything else as the text shown.
+std::string json_cell(const Grid& g, int row, int col) {
+    const std::string& format = g.column(col).format;
+    const std::string stored = g.text_matrix(row, col);
+    const std::string& key = g.col_key(col);
+    const bool rate = key.find("Rate") != std::string::npos || key == "AddlDepRT";
+    const bool whole = key == "SrNoFATR" || key == "Yr" || key == "Days" || key == "LifeYrs";
+    const bool number = rate || whole || (!format.empty() && format.find('#') != std::string::npos);
+    if (number) {
+        if (stored.empty() || !reg::parse_number(stored)) return "null";
+        return plain_number(vb_round(g.value_matrix(row, col), rate ? 4 : 2));
+    }
+    const bool date = format.find("dd") != std::string::npos || format.find("DD") != std::string::npos;
+    return json_text(date ? stored : g.display_text(row, col));
+}
+
 void print_json(std::ostream& out, const Grid& g) {
     out << "[";
     for (int r = g.fixed_rows(); r < g.rows(); ++r) {
@@ -150,7 +169,7 @@ void print_json(std::ostream& out, const Grid& g) {
         bool first = true;
         for (int c = 0; c < g.cols(); ++c) {
             if (g.col_key(c) == "SN") continue;
-            out << (first ? "" : ", ") << json_text(g.col_key(c)) << ": " << json_text(g.display_text(r, c));
+            out << (first ? "" : ", ") << json_text(g.col_key(c)) << ": " << json_cell(g, r, c);
             first = false;
         }
         out << "}";
@@ -368,9 +387,11 @@ int carry_forward(Context& ctx, const Options& opt) {
 }  // namespace
 
 int register_command(Context& ctx, const std::vector<std::string>& args) {
-    if (args.empty() || args[0] == "--help" || args[0] == "-h") {
-        (args.empty() ? ctx.err : ctx.out) << kHelp;
-        return args.empty() ? 1 : 0;
+    const bool help = std::find(args.begin(), args.end(), "--help") != args.end() ||
+                      std::find(args.begin(), args.end(), "-h") != args.end();
+    if (args.empty() || help) {
+        (help ? ctx.out : ctx.err) << kHelp;
+        return help ? 0 : 1;
     }
     const std::string sub = args[0];
     const std::vector<std::string> rest(args.begin() + 1, args.end());
