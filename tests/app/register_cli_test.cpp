@@ -2,6 +2,10 @@
 
 #include "cli_fixture.h"
 
+#include <filesystem>
+
+#include <unistd.h>
+
 namespace brenlow::cli {
 namespace {
 
@@ -67,6 +71,24 @@ TEST_P(RegisterCli, TheListingAsJsonHoldsNumbersAndFourDigitYears) {
     EXPECT_NE(r.out.find("\"PutDate\": \"01/06/2024\""), std::string::npos) << r.out;
     EXPECT_NE(r.out.find("\"SrNoFATR\": 1,"), std::string::npos) << r.out;
     EXPECT_EQ(r.out.find("\"Cost\": \""), std::string::npos) << r.out;
+}
+
+TEST(CliReads, AReadingCommandNeverCreatesADatabase) {
+    const auto folder = std::filesystem::temp_directory_path() / ("brenlow-no-db-" + std::to_string(::getpid()));
+    const auto file = folder / "none.db";
+    for (const std::vector<std::string>& words :
+         {std::vector<std::string>{"register", "list"}, {"chart", "--it"}, {"register", "export", "x.json"}}) {
+        std::vector<std::string> args = {"--db", "sqlite:" + file.string()};
+        args.insert(args.end(), words.begin(), words.end());
+        args.insert(args.end(), {"--client", "C001", "--year", "2025"});
+        const auto r = run_cli(args);
+        SCOPED_TRACE(words[0] + " " + words[1]);
+        EXPECT_EQ(r.code, 1);
+        EXPECT_NE(r.err.find("there is no database at " + file.string() + " (brenlow init creates it)"),
+                  std::string::npos)
+            << r.err;
+        EXPECT_FALSE(std::filesystem::exists(folder));
+    }
 }
 
 TEST(CliHelp, EveryCommandAndSubCommandPrintsItsHelp) {

@@ -118,6 +118,7 @@ int chart_command(Context& ctx, const std::vector<std::string>& args) {
     if (opt.has("it") == opt.has("books")) throw UsageError("choose one chart: --it or --books.");
     if (opt.has("json") && opt.has("pdf")) throw UsageError("--json and --pdf do not go together.");
     const bool it = opt.has("it");
+    ctx.reads_only();  // the year's register must be there; only its chart is stored
     select_year(ctx, code, year);
 
     reg::CalculationOptions options;

@@ -1,6 +1,7 @@
 #include "app/cli/context.h"
 
 #include <filesystem>
+#include <stdexcept>
 
 #include "store/seed.h"
 
@@ -14,7 +15,14 @@ std::string Context::exe_dir() {
 
 suite::BaseServices& Context::base() {
     if (!base_) {
-        auto db = store::open_database(db_url.empty() ? store::default_database_url() : db_url);
+        const std::string url = db_url.empty() ? store::default_database_url() : db_url;
+        if (reads_only_ && url.rfind("sqlite:", 0) == 0) {
+            const std::string path = url.substr(7);
+            std::error_code ec;
+            if (!std::filesystem::exists(path, ec))
+                throw std::runtime_error("there is no database at " + path + " (brenlow init creates it)");
+        }
+        auto db = store::open_database(url);
         base_ = std::make_shared<suite::BaseServices>(std::move(db), exe_dir(), store::reference_data_dir(exe_dir()));
     }
     return *base_;

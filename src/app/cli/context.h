@@ -19,11 +19,15 @@ struct Context {
 
     // Opens the database (creating the shared tables and masters) on first use.
     suite::BaseServices& base();
+    // The command only reads: an embedded database that does not exist is refused, not
+    // made. Called before base().
+    void reads_only() { reads_only_ = true; }
     // Folder of this program (the error log goes there) and of the reference data.
     static std::string exe_dir();
 
 private:
     std::shared_ptr<suite::BaseServices> base_;
+    bool reads_only_ = false;
 };
 
 // Financial year text: 2025 -> "2024-25".

@@ -179,6 +179,7 @@ void print_json(std::ostream& out, const Grid& g) {
 
 int list(Context& ctx, const Options& opt) {
     opt.reject_unknown({"client", "year", "group", "json", "yes"});
+    ctx.reads_only();
     auto s = open(ctx, opt);
     auto& scr = *s->screen;
     if (!scr.OldChart() && scr.vsO.data_rows() == 0 && scr.vsA.data_rows() == 0 && !opt.has("group")) {

@@ -32,6 +32,7 @@ Target target_of(Context& ctx, const Options& opt, const char* sub) {
 int export_register(Context& ctx, const std::vector<std::string>& args) {
     const Options opt(args, {});
     opt.reject_unknown({"client", "year"});
+    ctx.reads_only();
     const auto t = target_of(ctx, opt, "export");
     const std::string json = exchange::export_register(ctx.base().dbobj(), t.code, t.year);
     suite::write_file_whole(t.file, json);
