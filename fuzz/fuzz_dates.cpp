@@ -12,7 +12,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         if (!d) continue;
         if (!d->valid()) std::abort();
         const auto again = brenlow::Date::parse(d->text());
-        if (!again || again->year != d->year || again->month != d->month || again->day != d->day) std::abort();
+        if (!again || again->year != d->year || again->month != d->month || again->day != d->day)
+            std::abort();
         if (brenlow::Date::from_serial(d->serial()).text() != d->text()) std::abort();
         (void)d->format("DD/MM/YY");
     }

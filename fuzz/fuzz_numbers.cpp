@@ -18,13 +18,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (const char* mask : masks) {
         const std::string text = brenlow::format_mask(value, mask);
         if (text.empty()) std::abort();
-        if (std::strchr(mask, ',') == nullptr && std::strtod(text.c_str(), nullptr) != brenlow::mask_value(value, mask))
+        if (std::strchr(mask, ',') == nullptr &&
+            std::strtod(text.c_str(), nullptr) != brenlow::mask_value(value, mask))
             std::abort();
     }
     const double r = brenlow::vb_round(value, decimals);
     if (std::fabs(r - value) > 0.5 + 1e-9 * std::fabs(value)) std::abort();
     (void)brenlow::plain_number(value);
     // The rest of the input as a mask of its own.
-    (void)brenlow::format_mask(value, brenlow::fuzz::text_of(data + sizeof(double) + 1, size - sizeof(double) - 1));
+    (void)brenlow::format_mask(value,
+                               brenlow::fuzz::text_of(data + sizeof(double) + 1, size - sizeof(double) - 1));
     return 0;
 }

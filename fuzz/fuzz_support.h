@@ -23,8 +23,11 @@ public:
     std::optional<std::string> input_box(std::string_view, std::string_view, std::string_view) override {
         return std::nullopt;
     }
-    std::optional<std::string> choose_open_file(std::string_view, std::string_view) override { return std::nullopt; }
-    std::optional<std::string> choose_save_file(std::string_view, std::string_view, std::string_view) override {
+    std::optional<std::string> choose_open_file(std::string_view, std::string_view) override {
+        return std::nullopt;
+    }
+    std::optional<std::string> choose_save_file(std::string_view, std::string_view,
+                                                std::string_view) override {
         return std::nullopt;
     }
     void progress(std::string_view, double) override {}

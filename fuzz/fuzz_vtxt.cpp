@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 
+#include "controls/utf8_text.h"
 #include "controls/vtxt.h"
 #include "fuzz_support.h"
 
@@ -19,7 +20,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             continue;
         }
         (void)field.key_press(data[i]);
-        if (field.MaxLength() > 0 && static_cast<int>(field.text().size()) > field.MaxLength()) std::abort();
+        // The limit counts characters, and the text stays whole UTF-8 whatever is typed.
+        if (field.MaxLength() > 0 &&
+            brenlow::utf8_length(field.text()) > static_cast<std::size_t>(field.MaxLength()))
+            std::abort();
+        if (!brenlow::is_valid_utf8(field.text())) std::abort();
     }
     (void)field.validate();
     return 0;

@@ -7,6 +7,7 @@ packages=(
   qt6-base-dev libgl1-mesa-dev
   googletest libgtest-dev libgmock-dev libbenchmark-dev nlohmann-json3-dev
   poppler-utils
+  clang libclang-rt-14-dev clang-format
 )
 missing=()
 for p in "${packages[@]}"; do
