@@ -78,17 +78,17 @@ std::size_t pick(Lcg& rng) {
 void write_register(store::Database& db, int n) {
     std::vector<long> groups;
     for (const auto& g : kGroups) {
-        store::AssetGroup a;
-        a.year = kYear;
-        a.name = g.name;
-        a.block_it = g.block_it;
-        a.rate_it = g.rate_it;
-        a.addl_rate_it = g.addl;
-        a.block_fa = -1;
-        a.block_cl = g.block_cl;
-        a.life_yrs = g.life;
-        a.rate_slm = g.slm;
-        a.rate_wdv = g.wdv;
+        store::AssetGroupRow a;
+        a.Yr = kYear;
+        a.Part = g.name;
+        a.BlockIdIT = g.block_it;
+        a.RateIT = g.rate_it;
+        a.AddlRateIT = g.addl;
+        a.BlockFA = -1;
+        a.BlockIdCL = g.block_cl;
+        a.LifeYrs = g.life;
+        a.RateSLM = g.slm;
+        a.RateWDV = g.wdv;
         groups.push_back(store::add_asset_group(db, a));
     }
     const std::string opening_opts = reg::OpeningOpts{}.compose();

@@ -145,11 +145,11 @@ void frmNewFAGM::load_it_chooser() {
     // Sub-entries (the Appendix descriptions) follow their block, indented: they
     // help find the block an asset falls in.
     for (const auto& e : it_entries_) {
-        if (is_sub_entry(e.id)) {
-            add_chooser_row(vsIT, "", "    " + e.name, plain_number(e.rate), e.id);
+        if (is_sub_entry(e.ID)) {
+            add_chooser_row(vsIT, "", "    " + e.Part, plain_number(e.Rate), e.ID);
         } else {
-            add_chooser_row(vsIT, e.id, e.name, plain_number(e.rate), e.id);
-            blocks.push_back({e.id, e.name});
+            add_chooser_row(vsIT, e.ID, e.Part, plain_number(e.Rate), e.ID);
+            blocks.push_back({e.ID, e.Part});
         }
     }
     vsIT.set_redraw(true);
@@ -179,9 +179,9 @@ void frmNewFAGM::load_cl_chooser() {
     add_chooser_row(vsCL, kNotApplicable, kTextNotConsideredCL, "", kNotConsidered);
     for (const auto& e : cl_entries_) {
         // A classification's life and rates sit on its sub-entries where it has them.
-        add_chooser_row(vsCL, is_sub_entry(e.id) ? "" : e.id, is_sub_entry(e.id) ? "    " + e.name : e.name,
-                        e.rate_wdv ? plain_number(*e.rate_wdv) : "", e.id);
-        classes.push_back({e.id, e.name});
+        add_chooser_row(vsCL, is_sub_entry(e.ID) ? "" : e.ID, is_sub_entry(e.ID) ? "    " + e.Part : e.Part,
+                        e.RateW ? plain_number(*e.RateW) : "", e.ID);
+        classes.push_back({e.ID, e.Part});
     }
     vsCL.set_redraw(true);
     vsM.set_col_combo_list(kColBlockCL, IdTextList::block_list(classes).compose());
@@ -193,22 +193,22 @@ void frmNewFAGM::load_groups(long keep_serial) {
     vsM.clear_rows();
     for (const auto& g : groups) {
         const int row = vsM.add_item();
-        vsM.set_row_data(row, g.serial);
-        vsM.set_text_matrix(row, kColName, g.name);
-        vsM.set_text_matrix(row, kColBlockIT, g.block_it);
-        const bool it = g.block_it != kNotConsidered;
+        vsM.set_row_data(row, g.SrNoFAGM);
+        vsM.set_text_matrix(row, kColName, g.Part);
+        vsM.set_text_matrix(row, kColBlockIT, g.BlockIdIT);
+        const bool it = g.BlockIdIT != kNotConsidered;
         bool additional = false;
         for (const auto& e : it_entries_)
-            if (e.id == g.block_it) additional = e.name == kAdditionalBlock;
-        vsM.set_text_matrix(row, kColRateIT, it ? plain_number(g.rate_it) : kNotApplicable);
-        vsM.set_text_matrix(row, kColAddlRateIT, it && additional ? plain_number(g.addl_rate_it) : kNotApplicable);
-        vsM.set_text_matrix(row, kColBlockFA, std::to_string(g.block_fa));
-        vsM.set_text_matrix(row, kColRateFA, g.block_fa != kNotConsideredFA ? plain_number(g.rate_fa) : kNotApplicable);
-        vsM.set_text_matrix(row, kColBlockCL, g.block_cl);
-        const bool cl = g.block_cl != kNotConsidered;
-        vsM.set_text_matrix(row, kColLifeYrs, cl ? plain_number(g.life_yrs) : kNotApplicable);
-        vsM.set_text_matrix(row, kColRateSLM, cl ? plain_number(g.rate_slm) : kNotApplicable);
-        vsM.set_text_matrix(row, kColRateWDV, cl ? plain_number(g.rate_wdv) : kNotApplicable);
+            if (e.ID == g.BlockIdIT) additional = e.Part == kAdditionalBlock;
+        vsM.set_text_matrix(row, kColRateIT, it ? plain_number(g.RateIT) : kNotApplicable);
+        vsM.set_text_matrix(row, kColAddlRateIT, it && additional ? plain_number(g.AddlRateIT) : kNotApplicable);
+        vsM.set_text_matrix(row, kColBlockFA, std::to_string(g.BlockFA));
+        vsM.set_text_matrix(row, kColRateFA, g.BlockFA != kNotConsideredFA ? plain_number(g.RateFA) : kNotApplicable);
+        vsM.set_text_matrix(row, kColBlockCL, g.BlockIdCL);
+        const bool cl = g.BlockIdCL != kNotConsidered;
+        vsM.set_text_matrix(row, kColLifeYrs, cl ? plain_number(g.LifeYrs) : kNotApplicable);
+        vsM.set_text_matrix(row, kColRateSLM, cl ? plain_number(g.RateSLM) : kNotApplicable);
+        vsM.set_text_matrix(row, kColRateWDV, cl ? plain_number(g.RateWDV) : kNotApplicable);
     }
     vsM.set_redraw(true);
     const int keep = keep_serial ? row_of(keep_serial) : -1;
@@ -240,20 +240,20 @@ void frmNewFAGM::show_group(long serial) {
         clear_fields();
         return;
     }
-    txtfields.set_text(g->name);
+    txtfields.set_text(g->Part);
     // The stored rates are shown as stored; choosing a block again proposes its own.
-    pick_it(g->block_it);
-    if (g->block_it != kNotConsidered) {
-        txtRateIT.set_text(rate_two_places(g->rate_it));
-        if (txtAddlRateIT.text() != kNotApplicable) txtAddlRateIT.set_text(rate_two_places(g->addl_rate_it));
+    pick_it(g->BlockIdIT);
+    if (g->BlockIdIT != kNotConsidered) {
+        txtRateIT.set_text(rate_two_places(g->RateIT));
+        if (txtAddlRateIT.text() != kNotApplicable) txtAddlRateIT.set_text(rate_two_places(g->AddlRateIT));
     }
-    pick_fa(g->block_fa);
-    if (g->block_fa != kNotConsideredFA) txtRateFA.set_text(rate_two_places(g->rate_fa));
-    pick_cl(g->block_cl);
-    if (g->block_cl != kNotConsidered) {
-        txtLifeYrs.set_text(rate_two_places(g->life_yrs));
-        txtRateSLM.set_text(rate_two_places(g->rate_slm));
-        txtRateWDV.set_text(rate_two_places(g->rate_wdv));
+    pick_fa(g->BlockFA);
+    if (g->BlockFA != kNotConsideredFA) txtRateFA.set_text(rate_two_places(g->RateFA));
+    pick_cl(g->BlockIdCL);
+    if (g->BlockIdCL != kNotConsidered) {
+        txtLifeYrs.set_text(rate_two_places(g->LifeYrs));
+        txtRateSLM.set_text(rate_two_places(g->RateSLM));
+        txtRateWDV.set_text(rate_two_places(g->RateWDV));
     }
 }
 
@@ -291,11 +291,11 @@ void frmNewFAGM::pick_it(const std::string& chosen) {
     // A sub-entry stands for its block: the block is what the calculation works on.
     const std::string id = is_sub_entry(chosen) ? parent_of(chosen) : chosen;
     for (const auto& e : it_entries_) {
-        if (e.id != id) continue;
+        if (e.ID != id) continue;
         block_it_ = id;
-        lblBlockIT.Caption = e.name;
-        txtRateIT.set_text(rate_two_places(e.rate));
-        txtAddlRateIT.set_text(e.name == kAdditionalBlock ? kAdditionalRate : kNotApplicable);
+        lblBlockIT.Caption = e.Part;
+        txtRateIT.set_text(rate_two_places(e.Rate));
+        txtAddlRateIT.set_text(e.Part == kAdditionalBlock ? kAdditionalRate : kNotApplicable);
         return;
     }
     // A block the year's list no longer has keeps its code.
@@ -328,11 +328,11 @@ void frmNewFAGM::pick_cl(const std::string& id) {
     block_cl_ = id;
     lblBlockCL.Caption = id;
     for (const auto& e : cl_entries_) {
-        if (e.id != id) continue;
-        lblBlockCL.Caption = e.name;
-        txtLifeYrs.set_text(rate_two_places(e.life_yrs));
-        txtRateSLM.set_text(rate_two_places(e.rate_slm));
-        txtRateWDV.set_text(rate_two_places(e.rate_wdv));
+        if (e.ID != id) continue;
+        lblBlockCL.Caption = e.Part;
+        txtLifeYrs.set_text(rate_two_places(e.Yrs));
+        txtRateSLM.set_text(rate_two_places(e.RateS));
+        txtRateWDV.set_text(rate_two_places(e.RateW));
     }
 }
 
@@ -457,50 +457,50 @@ void frmNewFAGM::cmdUpdate_Click() {
     frame::guarded(c_.log, kModule, "cmdUpdate_Click", [&] { save(); });
 }
 
-store::AssetGroup frmNewFAGM::entry() const {
-    store::AssetGroup g;
-    g.serial = editing_serial_;
-    g.year = year_;
-    g.name = trimmed(txtfields.text());
-    g.block_it = block_it_;
-    g.rate_it = field_number(txtRateIT.text());
-    g.addl_rate_it = field_number(txtAddlRateIT.text());
-    g.block_fa = block_fa_;
-    g.rate_fa = field_number(txtRateFA.text());
-    g.block_cl = block_cl_;
-    g.life_yrs = field_number(txtLifeYrs.text());
-    g.rate_slm = field_number(txtRateSLM.text());
-    g.rate_wdv = field_number(txtRateWDV.text());
+store::AssetGroupRow frmNewFAGM::entry() const {
+    store::AssetGroupRow g;
+    g.SrNoFAGM = editing_serial_;
+    g.Yr = year_;
+    g.Part = trimmed(txtfields.text());
+    g.BlockIdIT = block_it_;
+    g.RateIT = field_number(txtRateIT.text());
+    g.AddlRateIT = field_number(txtAddlRateIT.text());
+    g.BlockFA = block_fa_;
+    g.RateFA = field_number(txtRateFA.text());
+    g.BlockIdCL = block_cl_;
+    g.LifeYrs = field_number(txtLifeYrs.text());
+    g.RateSLM = field_number(txtRateSLM.text());
+    g.RateWDV = field_number(txtRateWDV.text());
     return g;
 }
 
 void frmNewFAGM::save() {
     if (mode_ == Mode::browse) return;
-    const store::AssetGroup g = entry();
-    if (g.name.empty()) {
+    const store::AssetGroupRow g = entry();
+    if (g.Part.empty()) {
         ui_.info("Please specify 'Asset Group' !");
         return;
     }
     // Each classification is either a real one or declared not considered.
-    if (g.block_it == kNothingChosen) {
+    if (g.BlockIdIT == kNothingChosen) {
         ui_.info("Please specify 'Block as per Income-Tax Act' !");
         return;
     }
-    if (g.block_fa == kNothingChosenFA) {
+    if (g.BlockFA == kNothingChosenFA) {
         ui_.info("Please specify 'Block as per Books' !");
         return;
     }
-    if (g.block_cl == kNothingChosen) {
+    if (g.BlockIdCL == kNothingChosen) {
         ui_.info("Please specify 'Classification as per Companies Act' !");
         return;
     }
     auto& db = c_.base->dbobj();
-    const std::optional<long> except = mode_ == Mode::modifying ? std::optional<long>(g.serial) : std::nullopt;
+    const std::optional<long> except = mode_ == Mode::modifying ? std::optional<long>(g.SrNoFAGM) : std::nullopt;
     // Two groups of one name are allowed once the person confirms it.
-    if (store::asset_group_name_taken(db, year_, g.name, except) &&
+    if (store::asset_group_name_taken(db, year_, g.Part, except) &&
         !ui_.ask_yes_no("Duplicate 'Asset Group' Name !\n\nContinue ?", MsgIcon::question, false))
         return;
-    long serial = g.serial;
+    long serial = g.SrNoFAGM;
     if (mode_ == Mode::adding) {
         serial = store::add_asset_group(db, g);
     } else {

@@ -117,7 +117,7 @@ private:
     void save();
     void remove();
     bool cancel_confirmed();
-    store::AssetGroup entry() const;
+    store::AssetGroupRow entry() const;
 
     frame::Component& c_;
     Ui& ui_;
@@ -127,9 +127,9 @@ private:
     int vsM_row_ = -1;
     long editing_serial_ = 0;
 
-    std::vector<store::ItBlockEntry> it_entries_;
+    std::vector<store::ItBlockRow> it_entries_;
     std::vector<store::Block> fa_blocks_;
-    std::vector<store::ClassEntry> cl_entries_;
+    std::vector<store::ClBlockRow> cl_entries_;
     std::string block_it_ = kNothingChosen;
     long block_fa_ = kNothingChosenFA;
     std::string block_cl_ = kNothingChosen;

@@ -169,7 +169,7 @@ BlockPlan plan_blocks(const Masters& m) {
         const double vx = std::strtod(x->ID.c_str(), nullptr), vy = std::strtod(y->ID.c_str(), nullptr);
         if (vx != vy) return vx < vy;
         if (x->ID != y->ID) return x->ID < y->ID;
-        return x->rate < y->rate;
+        return x->Rate < y->Rate;
     });
     for (const auto& g : m.groups) {
         const auto it = by_id.find(g.BlockIdIT);
@@ -275,7 +275,7 @@ void run_income_tax(store::Database& db, store::RegisterStore& rs, const Masters
     });
 
     std::vector<depreciation::ItBlockMaster> all_blocks;
-    for (const auto& b : m.it_blocks) all_blocks.push_back({b.ID, b.Part, b.rate});
+    for (const auto& b : m.it_blocks) all_blocks.push_back({b.ID, b.Part, b.Rate});
     for (std::size_t k = 0; k < plan.blocks.size(); ++k) {
         const auto& master = *plan.blocks[k];
         depreciation::ItRunInput in;

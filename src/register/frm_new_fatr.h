@@ -344,7 +344,7 @@ private:
     std::vector<store::AssetGroupRow> groups_;
     std::vector<store::ClBlockRow> cl_blocks_;
     std::vector<store::ItBlockRow> it_blocks_;
-    std::vector<store::BookBlockRow> book_blocks_;
+    std::vector<store::Block> book_blocks_;
 };
 
 }  // namespace brenlow::reg

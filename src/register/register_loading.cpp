@@ -107,7 +107,7 @@ bool frmNewFATR::Form_Load() {
         BlockListIT = IdTextList::block_list(it).compose();
         BlockListCL = IdTextList::block_list(cl).compose();
         IdTextList fa;
-        for (const auto& b : book_blocks_) fa.add(std::to_string(b.GrpId), b.GrpDesc);
+        for (const auto& b : book_blocks_) fa.add(std::to_string(b.id), b.name);
         BlockListFA = fa.compose();
 
         cboBADep.List = IdTextList::parse(kBADepList);
@@ -208,7 +208,7 @@ void frmNewFATR::fill_group_picker() {
     vsFAGM.set_col_hidden(11, true);
     const auto book_name = [&](long id) -> std::string {
         for (const auto& b : book_blocks_)
-            if (b.GrpId == id) return b.GrpDesc;
+            if (b.id == id) return b.name;
         return kNA;
     };
     const auto cl_name = [&](const std::string& id) -> std::string {

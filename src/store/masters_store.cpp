@@ -32,20 +32,20 @@ std::vector<Block> blocks(Database& db, const std::string& sql) {
     return out;
 }
 
-AssetGroup group_of(const Row& r) {
-    AssetGroup g;
-    g.serial = static_cast<long>(r["SrNoFAGM"].as_int());
-    g.year = static_cast<int>(r["Yr"].as_int());
-    g.name = r["Part"].as_text();
-    g.block_it = r["BlockIdIT"].as_text();
-    g.rate_it = r["RateIT"].as_double();
-    g.addl_rate_it = r["AddlRateIT"].as_double();
-    g.block_fa = static_cast<long>(r["BlockFA"].as_int());
-    g.rate_fa = r["RateFA"].as_double();
-    g.block_cl = r["BlockIdCL"].as_text();
-    g.life_yrs = r["LifeYrs"].as_double();
-    g.rate_slm = r["RateSLM"].as_double();
-    g.rate_wdv = r["RateWDV"].as_double();
+AssetGroupRow group_of(const Row& r) {
+    AssetGroupRow g;
+    g.SrNoFAGM = static_cast<long>(r["SrNoFAGM"].as_int());
+    g.Yr = static_cast<long>(r["Yr"].as_int());
+    g.Part = r["Part"].as_text();
+    g.BlockIdIT = r["BlockIdIT"].as_text();
+    g.RateIT = r["RateIT"].as_double();
+    g.AddlRateIT = r["AddlRateIT"].as_double();
+    g.BlockFA = static_cast<long>(r["BlockFA"].as_int());
+    g.RateFA = r["RateFA"].as_double();
+    g.BlockIdCL = r["BlockIdCL"].as_text();
+    g.LifeYrs = r["LifeYrs"].as_double();
+    g.RateSLM = r["RateSLM"].as_double();
+    g.RateWDV = r["RateWDV"].as_double();
     return g;
 }
 
@@ -126,35 +126,35 @@ void delete_block(Database& db, long id) {
 
 // ---- Lists of the year -------------------------------------------------------------
 
-std::vector<ItBlockEntry> income_tax_blocks(Database& db, int year) {
-    std::vector<ItBlockEntry> out;
+std::vector<ItBlockRow> income_tax_blocks(Database& db, int year) {
+    std::vector<ItBlockRow> out;
     for (const auto r : db.query("SELECT * FROM NewITBM WHERE YR=" + num(year)))
         out.push_back({static_cast<int>(r["Sr"].as_int()), r["ID"].as_text(), r["Part"].as_text(),
                        r["rate"].as_double()});
-    std::stable_sort(out.begin(), out.end(), [](const auto& a, const auto& b) { return a.sr < b.sr; });
+    std::stable_sort(out.begin(), out.end(), [](const auto& a, const auto& b) { return a.Sr < b.Sr; });
     return out;
 }
 
-std::vector<ClassEntry> companies_act_classes(Database& db, int year) {
-    std::vector<ClassEntry> out;
+std::vector<ClBlockRow> companies_act_classes(Database& db, int year) {
+    std::vector<ClBlockRow> out;
     for (const auto r : db.query("SELECT * FROM NewCLBM WHERE YR=" + num(year)))
         out.push_back({static_cast<int>(r["Sr"].as_int()), r["ID"].as_text(), r["Part"].as_text(),
                        r["NESD"].as_text(), number_or_none(r["Yrs"]), number_or_none(r["RateS"]),
                        number_or_none(r["RateW"])});
-    std::stable_sort(out.begin(), out.end(), [](const auto& a, const auto& b) { return a.sr < b.sr; });
+    std::stable_sort(out.begin(), out.end(), [](const auto& a, const auto& b) { return a.Sr < b.Sr; });
     return out;
 }
 
 // ---- Asset groups ------------------------------------------------------------------
 
-std::vector<AssetGroup> asset_groups_of_year(Database& db, int year) {
-    std::vector<AssetGroup> out;
+std::vector<AssetGroupRow> asset_groups_of_year(Database& db, int year) {
+    std::vector<AssetGroupRow> out;
     for (const auto r : db.query("SELECT * FROM NewFAGM WHERE Yr=" + num(year) + " ORDER BY SrNoFAGM"))
         out.push_back(group_of(r));
     return out;
 }
 
-std::optional<AssetGroup> asset_group(Database& db, int year, long serial) {
+std::optional<AssetGroupRow> asset_group(Database& db, int year, long serial) {
     const auto rs = db.query("SELECT * FROM NewFAGM WHERE Yr=" + num(year) + " AND SrNoFAGM=" + num(serial));
     if (rs.empty()) return std::nullopt;
     return group_of(rs.row(0));
@@ -166,34 +166,63 @@ bool asset_group_name_taken(Database& db, int year, std::string_view name, std::
     return any_row(db, sql);
 }
 
-static void check_asset_group_texts(std::string_view where, const AssetGroup& g) {
-    check_text(where, "Part", g.name, kNameChars);
-    check_text(where, "BlockIdIT", g.block_it, kCodeChars);
-    check_text(where, "BlockIdCL", g.block_cl, kCodeChars);
+namespace {
+
+void check_asset_group_texts(std::string_view where, const AssetGroupRow& g) {
+    check_text(where, "Part", g.Part, kNameChars);
+    check_text(where, "BlockIdIT", g.BlockIdIT, kCodeChars);
+    check_text(where, "BlockIdCL", g.BlockIdCL, kCodeChars);
 }
 
-long add_asset_group(Database& db, const AssetGroup& g) {
+// Under the NewFAGM lock: the next serial over all years, the row written.
+long insert_asset_group_locked(Database& db, AssetGroupRow g) {
+    g.SrNoFAGM =
+        static_cast<long>(db.query("SELECT MAX(SrNoFAGM) as MaxSrNo FROM NewFAGM").first("MaxSrNo").as_int()) + 1;
+    db.execute("INSERT INTO NewFAGM Values (" + num(g.SrNoFAGM) + "," + num(g.Yr) + "," + quoted(g.Part) + "," +
+               quoted(g.BlockIdIT) + "," + num(g.RateIT) + "," + num(g.AddlRateIT) + "," + num(g.BlockFA) + "," +
+               num(g.RateFA) + "," + quoted(g.BlockIdCL) + "," + num(g.LifeYrs) + "," + num(g.RateSLM) + "," +
+               num(g.RateWDV) + ")");
+    db.flush_tables();
+    return g.SrNoFAGM;
+}
+
+}  // namespace
+
+long add_asset_group(Database& db, const AssetGroupRow& g) {
     check_asset_group_texts("NewFAGM new row", g);
     // Serials run over all years; the lock keeps two copies of the suite from
     // taking the same one.
     TableLock lock(db, "NewFAGM");
-    const long serial =
-        static_cast<long>(db.query("SELECT MAX(SrNoFAGM) as MaxSrNo FROM NewFAGM").first("MaxSrNo").as_int()) + 1;
-    db.execute("INSERT INTO NewFAGM Values (" + num(serial) + "," + num(g.year) + "," + quoted(g.name) + "," +
-               quoted(g.block_it) + "," + num(g.rate_it) + "," + num(g.addl_rate_it) + "," + num(g.block_fa) + "," +
-               num(g.rate_fa) + "," + quoted(g.block_cl) + "," + num(g.life_yrs) + "," + num(g.rate_slm) + "," +
-               num(g.rate_wdv) + ")");
-    db.flush_tables();
+    const long serial = insert_asset_group_locked(db, g);
     lock.release();
     return serial;
 }
 
-void modify_asset_group(Database& db, const AssetGroup& g) {
-    check_asset_group_texts("NewFAGM row " + num(g.serial), g);
-    db.execute("UPDATE NewFAGM SET Part=" + quoted(g.name) + ",BlockIdIT=" + quoted(g.block_it) +
-               ",RateIT=" + num(g.rate_it) + ",AddlRateIT=" + num(g.addl_rate_it) + ",BlockFA=" + num(g.block_fa) +
-               ",RateFA=" + num(g.rate_fa) + ",BlockIdCL=" + quoted(g.block_cl) + ",LifeYrs=" + num(g.life_yrs) +
-               ",RateSLM=" + num(g.rate_slm) + ",RateWDV=" + num(g.rate_wdv) + " WHERE SrNoFAGM=" + num(g.serial));
+long find_or_add_asset_group(Database& db, int year, const AssetGroupRow& like) {
+    TableLock lock(db, "NewFAGM");
+    const auto found = db.query(
+        "SELECT SrNoFAGM FROM NewFAGM WHERE Yr=" + num(year) + " AND Part=" + quoted(like.Part) +
+        " AND BlockIdIT=" + quoted(like.BlockIdIT) + " AND RateIT=" + num(like.RateIT) + " AND BlockFA=" +
+        num(like.BlockFA) + " AND RateFA=" + num(like.RateFA) + " AND BlockIdCL=" + quoted(like.BlockIdCL) +
+        " AND LifeYrs=" + num(like.LifeYrs));
+    if (!found.empty()) {
+        lock.release();
+        return static_cast<long>(found.first("SrNoFAGM").as_int());
+    }
+    check_asset_group_texts("NewFAGM new row", like);
+    AssetGroupRow g = like;
+    g.Yr = year;
+    const long serial = insert_asset_group_locked(db, g);
+    lock.release();
+    return serial;
+}
+
+void modify_asset_group(Database& db, const AssetGroupRow& g) {
+    check_asset_group_texts("NewFAGM row " + num(g.SrNoFAGM), g);
+    db.execute("UPDATE NewFAGM SET Part=" + quoted(g.Part) + ",BlockIdIT=" + quoted(g.BlockIdIT) +
+               ",RateIT=" + num(g.RateIT) + ",AddlRateIT=" + num(g.AddlRateIT) + ",BlockFA=" + num(g.BlockFA) +
+               ",RateFA=" + num(g.RateFA) + ",BlockIdCL=" + quoted(g.BlockIdCL) + ",LifeYrs=" + num(g.LifeYrs) +
+               ",RateSLM=" + num(g.RateSLM) + ",RateWDV=" + num(g.RateWDV) + " WHERE SrNoFAGM=" + num(g.SrNoFAGM));
     db.flush_tables();
 }
 

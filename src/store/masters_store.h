@@ -50,51 +50,59 @@ void delete_block(Database& db, long id);
 
 // ---- Income-tax blocks and the Companies Act classification of a year ----------
 
-struct ItBlockEntry {
-    int sr = 0;
-    std::string id;    // "3-15", sub-entries "3-15.1"
-    std::string name;  // Part
-    double rate = 0;
+// One NewITBM row: an income-tax block of the year.
+struct ItBlockRow {
+    int Sr = 0;
+    std::string ID;    // "3-15", sub-entries "3-15.1"
+    std::string Part;  // "MACHINERY AND PLANT", ...
+    double Rate = 0;
 };
 // Every entry of the year, sub-entries included, in their master order.
-std::vector<ItBlockEntry> income_tax_blocks(Database& db, int year);
+std::vector<ItBlockRow> income_tax_blocks(Database& db, int year);
 
-struct ClassEntry {
-    int sr = 0;
-    std::string id;    // "4", sub-entries "4.1"
-    std::string name;  // Part
-    std::string nesd;
-    std::optional<double> life_yrs;  // NULL where the Act gives none (a heading)
-    std::optional<double> rate_slm;
-    std::optional<double> rate_wdv;
+// One NewCLBM row: a Companies Act classification of the year.
+struct ClBlockRow {
+    int Sr = 0;
+    std::string ID;  // "4", sub-entries "4.1"
+    std::string Part;
+    std::string NESD;               // "Y": no extra-shift depreciation
+    std::optional<double> Yrs;      // useful life; NULL where the Act gives none (a heading)
+    std::optional<double> RateS;    // SLM rate
+    std::optional<double> RateW;    // WDV rate
 };
-std::vector<ClassEntry> companies_act_classes(Database& db, int year);
+std::vector<ClBlockRow> companies_act_classes(Database& db, int year);
 
 // ---- Asset groups (NewFAGM) ------------------------------------------------------
 
-struct AssetGroup {
-    long serial = 0;  // SrNoFAGM, unique over all years
-    int year = 0;
-    std::string name;
-    std::string block_it;  // BlockIdIT: a NewITBM ID, "-1" not considered
-    double rate_it = 0;
-    double addl_rate_it = 0;
-    long block_fa = 0;  // BlockFA: a GrpId of kind 1, -1 not considered
-    double rate_fa = 0;
-    std::string block_cl;  // BlockIdCL: a NewCLBM ID, "-1" not considered
-    double life_yrs = 0;
-    double rate_slm = 0;
-    double rate_wdv = 0;
+// One NewFAGM row.
+struct AssetGroupRow {
+    long SrNoFAGM = 0;  // unique over all years
+    long Yr = 0;
+    std::string Part;
+    std::string BlockIdIT;  // a NewITBM ID; "-1" not considered
+    double RateIT = 0;
+    double AddlRateIT = 0;
+    long BlockFA = 0;  // a GrpId of kind 1; -1 not considered
+    double RateFA = 0;
+    std::string BlockIdCL;  // a NewCLBM ID; "-1" not considered
+    double LifeYrs = 0;
+    double RateSLM = 0;
+    double RateWDV = 0;
 };
 
-std::vector<AssetGroup> asset_groups_of_year(Database& db, int year);
-std::optional<AssetGroup> asset_group(Database& db, int year, long serial);
+std::vector<AssetGroupRow> asset_groups_of_year(Database& db, int year);
+std::optional<AssetGroupRow> asset_group(Database& db, int year, long serial);
 // Another group of the year already carries this name.
 bool asset_group_name_taken(Database& db, int year, std::string_view name, std::optional<long> except);
-// Takes the next serial under the table lock and inserts the group; returns the serial.
-long add_asset_group(Database& db, const AssetGroup& group);
+// Takes the next serial under the table lock and inserts the group into its year
+// (Yr); returns the serial.
+long add_asset_group(Database& db, const AssetGroupRow& group);
+// The group of `year` that matches `like` on Part, blocks, rates and life, added
+// under the same lock when missing (the carry-forward and the imports). Returns its
+// serial.
+long find_or_add_asset_group(Database& db, int year, const AssetGroupRow& like);
 // Rewrites every column but the serial and the year.
-void modify_asset_group(Database& db, const AssetGroup& group);
+void modify_asset_group(Database& db, const AssetGroupRow& group);
 // An opening asset / an addition of any client of the year belongs to the group.
 bool asset_group_used_by_opening(Database& db, int year, long serial);
 bool asset_group_used_by_addition(Database& db, int year, long serial);

@@ -69,30 +69,6 @@ AdditionRow read_addition(const Row& r) {
     return a;
 }
 
-AssetGroupRow read_group(const Row& r) {
-    AssetGroupRow g;
-    g.SrNoFAGM = static_cast<long>(r["SrNoFAGM"].as_int());
-    g.Yr = static_cast<long>(r["Yr"].as_int());
-    g.Part = r["Part"].as_text();
-    g.BlockIdIT = r["BlockIdIT"].as_text();
-    g.RateIT = r["RateIT"].as_double();
-    g.AddlRateIT = r["AddlRateIT"].as_double();
-    g.BlockFA = static_cast<long>(r["BlockFA"].as_int());
-    g.RateFA = r["RateFA"].as_double();
-    g.BlockIdCL = r["BlockIdCL"].as_text();
-    g.LifeYrs = r["LifeYrs"].as_double();
-    g.RateSLM = r["RateSLM"].as_double();
-    g.RateWDV = r["RateWDV"].as_double();
-    return g;
-}
-
-
-std::string group_values(const AssetGroupRow& g) {
-    return num(g.SrNoFAGM) + "," + num(g.Yr) + "," + quoted(g.Part) + "," + quoted(g.BlockIdIT) + "," +
-           num(g.RateIT) + "," + num(g.AddlRateIT) + "," + num(g.BlockFA) + "," + num(g.RateFA) + "," +
-           quoted(g.BlockIdCL) + "," + num(g.LifeYrs) + "," + num(g.RateSLM) + "," + num(g.RateWDV);
-}
-
 }  // namespace
 
 // The values after the key columns, in stored order.
@@ -121,12 +97,6 @@ void check_addition_texts(std::string_view where, const AdditionRow& a) {
     check_text(where, "SaleDate", a.SaleDate, kDateChars);
     check_text(where, "ShiftDet", a.ShiftDet, kLongTextChars);
     check_text(where, "OthOpts", a.OthOpts, kLongTextChars);
-}
-
-void check_group_texts(std::string_view where, const AssetGroupRow& g) {
-    check_text(where, "Part", g.Part, kNameChars);
-    check_text(where, "BlockIdIT", g.BlockIdIT, kCodeChars);
-    check_text(where, "BlockIdCL", g.BlockIdCL, kCodeChars);
 }
 
 std::string addition_values(const AdditionRow& a) {
@@ -182,38 +152,19 @@ void RegisterStore::rewrite_options_row(std::string_view misc_inf) {
 
 std::vector<AssetGroupRow> RegisterStore::asset_groups() { return asset_groups_of(year_); }
 
-std::vector<AssetGroupRow> RegisterStore::asset_groups_of(int year) {
-    std::vector<AssetGroupRow> out;
-    db_.for_each_row("SELECT * FROM NewFAGM WHERE Yr=" + num(long(year)) + " ORDER BY SrNoFAGM",
-                     [&](const Row& r) { out.push_back(read_group(r)); });
-    return out;
-}
+std::vector<AssetGroupRow> RegisterStore::asset_groups_of(int year) { return asset_groups_of_year(db_, year); }
 
 std::vector<ClBlockRow> RegisterStore::companies_act_blocks() {
+    // The classifications themselves; their sub-entries are what groups pick.
     std::vector<ClBlockRow> out;
-    db_.for_each_row("SELECT * FROM NewCLBM WHERE YR=" + num(long(year_)) + " AND ID NOT LIKE '%.%' ORDER BY Sr",
-                     [&](const Row& r) {
-                         out.push_back({r["ID"].as_text(), r["Part"].as_text(), r["NESD"].as_text(),
-                                        r["Yrs"].as_double(), r["RateS"].as_double(), r["RateW"].as_double()});
-                     });
+    for (auto& c : companies_act_classes(db_, year_))
+        if (c.ID.find('.') == std::string::npos) out.push_back(std::move(c));
     return out;
 }
 
-std::vector<ItBlockRow> RegisterStore::income_tax_blocks() {
-    std::vector<ItBlockRow> out;
-    db_.for_each_row("SELECT * FROM NewITBM WHERE YR=" + num(long(year_)) + " ORDER BY Sr", [&](const Row& r) {
-        out.push_back({r["ID"].as_text(), r["Part"].as_text(), r["rate"].as_double()});
-    });
-    return out;
-}
+std::vector<ItBlockRow> RegisterStore::income_tax_blocks() { return store::income_tax_blocks(db_, year_); }
 
-std::vector<BookBlockRow> RegisterStore::book_blocks() {
-    std::vector<BookBlockRow> out;
-    db_.for_each_row("Select * from BlockGroup where GrpType=1 and GrpId<>0 Order by grpdesc", [&](const Row& r) {
-        out.push_back({static_cast<long>(r["GrpId"].as_int()), r["GrpDesc"].as_text()});
-    });
-    return out;
-}
+std::vector<Block> RegisterStore::book_blocks() { return blocks_of_kind_by_name(db_, kBooksBlock); }
 
 std::string RegisterStore::nesd_of(std::string_view block_id_cl) {
     return db_.query("SELECT NESD FROM NewCLBM WHERE Yr=" + num(long(year_)) + " AND ID=" + quoted(block_id_cl))
@@ -391,25 +342,7 @@ void RegisterStore::rewrite_manual_depreciation(const std::vector<std::pair<long
 }
 
 long RegisterStore::find_or_create_group(const AssetGroupRow& like) {
-    TableLock lock(db_, "NewFAGM");
-    const auto found = db_.query(
-        "SELECT SrNoFAGM FROM NewFAGM WHERE Yr=" + num(long(year_)) + " AND Part=" + quoted(like.Part) +
-        " AND BlockIdIT=" + quoted(like.BlockIdIT) + " AND RateIT=" + num(like.RateIT) + " AND BlockFA=" +
-        num(like.BlockFA) + " AND RateFA=" + num(like.RateFA) + " AND BlockIdCL=" + quoted(like.BlockIdCL) +
-        " AND LifeYrs=" + num(like.LifeYrs));
-    if (!found.empty()) {
-        lock.release();
-        return static_cast<long>(found.row(0)[0].as_int());
-    }
-    check_group_texts("NewFAGM new row", like);
-    AssetGroupRow g = like;
-    g.Yr = year_;
-    g.SrNoFAGM = static_cast<long>(
-        db_.query("SELECT MAX(SrNoFAGM) as MaxSrNo FROM NewFAGM").first("MaxSrNo").as_int()) + 1;
-    db_.execute("INSERT INTO NewFAGM Values (" + group_values(g) + ")");
-    db_.flush_tables();
-    lock.release();
-    return g.SrNoFAGM;
+    return find_or_add_asset_group(db_, year_, like);
 }
 
 std::vector<std::vector<std::string>> unpack_rows(std::string_view packed, std::string_view field_sep) {

@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "store/database.h"
+#include "store/masters_store.h"
 
 namespace brenlow::store {
 
@@ -71,45 +72,6 @@ struct AdditionRow {
     std::string OthOpts;
 };
 
-// One NewFAGM row.
-struct AssetGroupRow {
-    long SrNoFAGM = 0;
-    long Yr = 0;
-    std::string Part;
-    std::string BlockIdIT;
-    double RateIT = 0;
-    double AddlRateIT = 0;
-    long BlockFA = 0;
-    double RateFA = 0;
-    std::string BlockIdCL;
-    double LifeYrs = 0;
-    double RateSLM = 0;
-    double RateWDV = 0;
-};
-
-// One NewCLBM row of the year (a Companies-Act classification).
-struct ClBlockRow {
-    std::string ID;
-    std::string Part;
-    std::string NESD;
-    double Yrs = 0;
-    double RateS = 0;
-    double RateW = 0;
-};
-
-// One NewITBM row of the year (an income-tax block).
-struct ItBlockRow {
-    std::string ID;
-    std::string Part;
-    double rate = 0;
-};
-
-// One BlockGroup row of type 1 (a block of the books).
-struct BookBlockRow {
-    long GrpId = 0;
-    std::string GrpDesc;
-};
-
 class RegisterStore {
 public:
     RegisterStore(Database& db, std::string code, int year);
@@ -133,7 +95,7 @@ public:
     std::vector<AssetGroupRow> asset_groups();
     std::vector<ClBlockRow> companies_act_blocks();  // ID NOT LIKE '%.%'
     std::vector<ItBlockRow> income_tax_blocks();
-    std::vector<BookBlockRow> book_blocks();          // GrpType=1, GrpId<>0
+    std::vector<Block> book_blocks();          // GrpType=1, GrpId<>0
     // NESD of a classification of the year; "" when there is no such row.
     std::string nesd_of(std::string_view block_id_cl);
     // Rate of an income-tax block of the year; nullopt when there is no such row.

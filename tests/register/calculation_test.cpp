@@ -29,17 +29,17 @@ protected:
     }
 
     long group(const std::string& name, const std::string& block_it, double rate, double addl = 0) {
-        store::AssetGroup g;
-        g.year = kYear;
-        g.name = name;
-        g.block_it = block_it;
-        g.rate_it = rate;
-        g.addl_rate_it = addl;
-        g.block_fa = -1;
-        g.block_cl = "-1";
-        g.life_yrs = 10;
-        g.rate_slm = 9.5;
-        g.rate_wdv = 25.89;
+        store::AssetGroupRow g;
+        g.Yr = kYear;
+        g.Part = name;
+        g.BlockIdIT = block_it;
+        g.RateIT = rate;
+        g.AddlRateIT = addl;
+        g.BlockFA = -1;
+        g.BlockIdCL = "-1";
+        g.LifeYrs = 10;
+        g.RateSLM = 9.5;
+        g.RateWDV = 25.89;
         return store::add_asset_group(db(), g);
     }
     void opening(long grp, double wdv_it, const std::string& sale_date = "", double sale = 0,
@@ -234,7 +234,7 @@ TEST_P(Calculation, WorkingBlockByBlockGivesWhatOneRunOverTheWholeRegisterGives)
     whole.year = kYear;
     whole.entries = result.it_entries;
     for (const auto& b : store::RegisterStore(db(), kCode, kYear).income_tax_blocks())
-        whole.blocks.push_back({b.ID, b.Part, b.rate});
+        whole.blocks.push_back({b.ID, b.Part, b.Rate});
     const auto once = depreciation::calculate_income_tax(whole);
     EXPECT_EQ(result.chart, depreciation::chart_rows_from_blocks(kCode, kYear, once));
     EXPECT_EQ(result.income_tax.net_capital_gain, once.net_capital_gain);

@@ -66,17 +66,17 @@ protected:
     }
 
     long group(const std::string& name, const std::string& block, double rate, double addl = 0) {
-        store::AssetGroup g;
-        g.year = 2024;
-        g.name = name;
-        g.block_it = block;
-        g.rate_it = rate;
-        g.addl_rate_it = addl;
-        g.block_fa = -1;
-        g.block_cl = "-1";
-        g.life_yrs = 15;
-        g.rate_slm = 6.33;
-        g.rate_wdv = 18.1;
+        store::AssetGroupRow g;
+        g.Yr = 2024;
+        g.Part = name;
+        g.BlockIdIT = block;
+        g.RateIT = rate;
+        g.AddlRateIT = addl;
+        g.BlockFA = -1;
+        g.BlockIdCL = "-1";
+        g.LifeYrs = 15;
+        g.RateSLM = 6.33;
+        g.RateWDV = 18.1;
         return store::add_asset_group(db(), g);
     }
     store::OpeningRow opening(long grp, const std::string& part, double wdv) {

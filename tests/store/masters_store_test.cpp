@@ -19,18 +19,18 @@ protected:
     long long count(const std::string& where) {
         return db().query("select count(*) as n from " + where).first("n").as_int();
     }
-    AssetGroup group(int year, const std::string& name) {
-        AssetGroup g;
-        g.year = year;
-        g.name = name;
-        g.block_it = "3-15";
-        g.rate_it = 15;
-        g.addl_rate_it = 20;
-        g.block_fa = -1;
-        g.block_cl = "4.1";
-        g.life_yrs = 15;
-        g.rate_slm = 6.33;
-        g.rate_wdv = 18.1;
+    AssetGroupRow group(int year, const std::string& name) {
+        AssetGroupRow g;
+        g.Yr = year;
+        g.Part = name;
+        g.BlockIdIT = "3-15";
+        g.RateIT = 15;
+        g.AddlRateIT = 20;
+        g.BlockFA = -1;
+        g.BlockIdCL = "4.1";
+        g.LifeYrs = 15;
+        g.RateSLM = 6.33;
+        g.RateWDV = 18.1;
         return g;
     }
 };
@@ -48,8 +48,8 @@ TEST_P(MastersStore, GroupSerialsRunOverAllYearsAndDeletingOneYearsGroupLeavesTh
     EXPECT_FALSE(asset_group(db(), 2025, a));
     const auto kept = asset_group(db(), 2026, b);
     ASSERT_TRUE(kept);
-    EXPECT_EQ(kept->block_cl, "4.1");
-    EXPECT_DOUBLE_EQ(kept->rate_slm, 6.33);
+    EXPECT_EQ(kept->BlockIdCL, "4.1");
+    EXPECT_DOUBLE_EQ(kept->RateSLM, 6.33);
 }
 
 TEST_P(MastersStore, AGroupNameIsTakenOnlyWithinItsYearAndNotByTheGroupItself) {

@@ -111,9 +111,9 @@ TEST_P(TextLimitsStoreTest, MastersAndSettingsAreCheckedBeforeWriting) {
     p.id = 1;
     p.name = long_name;
     EXPECT_THROW(insert_particular(db(), p), TextRefused);
-    AssetGroup g;
-    g.year = 2025;
-    g.name = long_name;
+    AssetGroupRow g;
+    g.Yr = 2025;
+    g.Part = long_name;
     EXPECT_THROW(add_asset_group(db(), g), TextRefused);
     for (const char* t : {"Mast_Setting", "Mast_MiscOthInf", "Mast_Part", "FAPart_Master", "NewFAGM"})
         EXPECT_EQ(db().query(std::string("SELECT COUNT(*) AS n FROM ") + t).first("n").as_int(), 0) << t;

@@ -48,22 +48,22 @@ std::vector<long> ensure_groups(store::Database& db) {
     const auto existing = store::asset_groups_of_year(db, kYear);
     std::vector<long> serials;
     for (const auto& d : kGroups) {
-        store::AssetGroup g;
-        g.year = kYear;
-        g.name = d.name;
-        g.block_it = d.block_it;
-        g.rate_it = d.rate_it;
-        g.addl_rate_it = d.addl_rate_it;
-        g.block_fa = -1;
-        g.block_cl = d.block_cl;
-        g.life_yrs = d.life;
-        g.rate_slm = d.slm;
-        g.rate_wdv = d.wdv;
+        store::AssetGroupRow g;
+        g.Yr = kYear;
+        g.Part = d.name;
+        g.BlockIdIT = d.block_it;
+        g.RateIT = d.rate_it;
+        g.AddlRateIT = d.addl_rate_it;
+        g.BlockFA = -1;
+        g.BlockIdCL = d.block_cl;
+        g.LifeYrs = d.life;
+        g.RateSLM = d.slm;
+        g.RateWDV = d.wdv;
         long serial = 0;
         for (const auto& e : existing)
-            if (e.name == d.name) serial = e.serial;
+            if (e.Part == d.name) serial = e.SrNoFAGM;
         if (serial) {
-            g.serial = serial;
+            g.SrNoFAGM = serial;
             store::modify_asset_group(db, g);
         } else {
             serial = store::add_asset_group(db, g);
