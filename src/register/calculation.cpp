@@ -270,6 +270,14 @@ void run_income_tax(store::Database& db, store::RegisterStore& rs, const Masters
         park(a.IdFAGM, a.Part, income_tax_entry(a, m.group(a.IdFAGM)));
     });
 
+    if (options.keep_entries) {
+        std::size_t entries = 0;
+        for (const auto& p : parked) entries += p.entries.size();
+        total.rows.reserve(entries);
+        out.it_entries.reserve(entries);
+        out.profit_on_sale.reserve(entries);
+    }
+
     std::vector<depreciation::ItBlockMaster> all_blocks;
     for (const auto& b : m.it_blocks) all_blocks.push_back({b.ID, b.Part, b.rate});
     for (std::size_t k = 0; k < plan.blocks.size(); ++k) {
@@ -278,6 +286,7 @@ void run_income_tax(store::Database& db, store::RegisterStore& rs, const Masters
         in.year = out.year;
         in.interactive = interactive;
         in.explain = options.sheets;
+        in.keep_rows = options.keep_entries;
         // Every block of the year, as a whole run would see them; only this one has entries.
         in.blocks = all_blocks;
         {
@@ -452,7 +461,7 @@ depreciation::ItEntry income_tax_entry(const store::OpeningRow& o, const store::
     t.addl_dep_on = o.AddlDepOn;
     if (!o.DetESA.empty()) t.adj_earlier = det_esa_adjustment(o.DetESA);
     // "N": the asset no longer exists for the Act; "Y" exists with a nil WDV.
-    t.asset_exists = OpeningOpts::parse(o.OthOpts).WdvIT != "N";
+    t.asset_exists = OpeningOpts::wdv_it(o.OthOpts) != "N";
     return t;
 }
 

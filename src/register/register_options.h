@@ -59,6 +59,8 @@ struct OpeningOpts {
     bool TotESA = false;       // chkTotESA ("Gross")
 
     static OpeningOpts parse(std::string_view oth_opts);
+    // The optsWdvIT field alone, as parse would read it, without the rest.
+    static std::string_view wdv_it(std::string_view oth_opts);
     std::string compose() const;
 };
 
