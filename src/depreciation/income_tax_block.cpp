@@ -311,9 +311,13 @@ ItRunResult calculate_income_tax(const ItRunInput& input) {
         if (x.block_id != y.block_id) return x.block_id < y.block_id;
         return x.rate < y.rate;
     });
-    // Blocks met in register order are usually already in order (a run of one block
-    // always is): then nothing moves and the rows are not copied.
-    if (!std::is_sorted(order.begin(), order.end())) {
+    // When the blocks are in order and each block's rows already stand together (a run
+    // of one block always does), nothing moves and the rows are not copied.
+    const bool in_order =
+        std::is_sorted(order.begin(), order.end()) &&
+        std::is_sorted(result.rows.begin(), result.rows.end(),
+                       [](const ItWorkingRow& x, const ItWorkingRow& y) { return x.block < y.block; });
+    if (!in_order) {
         std::vector<std::size_t> new_index(order.size());
         std::vector<ItBlockResult> sorted;
         sorted.reserve(order.size());
