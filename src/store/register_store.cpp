@@ -68,6 +68,46 @@ AdditionRow read_addition(const Row& r) {
     return a;
 }
 
+// The income-tax reads: the columns below, in this order.
+constexpr const char* kOpeningForIncomeTax =
+    "SrNoFATR, IdFAGM, Part, WdvIT, DetESA, AddlDepRT, SaleDate, SaleAmt, SaleExp, OthOpts, PutDate, AddlDepOn";
+constexpr const char* kAdditionForIncomeTax =
+    "SrNoFATR, IdFAGM, Part, PutDate, PurAmt, ExciseCr, CurrDiff, Subsidy, AddlDepRT, SaleDate, SaleAmt, SaleExp";
+
+OpeningRow read_opening_for_income_tax(const Row& r) {
+    OpeningRow o;
+    o.SrNoFATR = static_cast<long>(r[0].as_int());
+    o.IdFAGM = static_cast<long>(r[1].as_int());
+    o.Part = r[2].as_text();
+    o.WdvIT = r[3].as_double();
+    o.DetESA = r[4].as_text();
+    o.AddlDepRT = r[5].as_double();
+    o.SaleDate = r[6].as_text();
+    o.SaleAmt = r[7].as_double();
+    o.SaleExp = r[8].as_double();
+    o.OthOpts = r[9].as_text();
+    o.PutDate = r[10].as_text();
+    o.AddlDepOn = r[11].as_double();
+    return o;
+}
+
+AdditionRow read_addition_for_income_tax(const Row& r) {
+    AdditionRow a;
+    a.SrNoFATR = static_cast<long>(r[0].as_int());
+    a.IdFAGM = static_cast<long>(r[1].as_int());
+    a.Part = r[2].as_text();
+    a.PutDate = r[3].as_text();
+    a.PurAmt = r[4].as_double();
+    a.ExciseCr = r[5].as_double();
+    a.CurrDiff = r[6].as_double();
+    a.Subsidy = r[7].as_double();
+    a.AddlDepRT = r[8].as_double();
+    a.SaleDate = r[9].as_text();
+    a.SaleAmt = r[10].as_double();
+    a.SaleExp = r[11].as_double();
+    return a;
+}
+
 AssetGroupRow read_group(const Row& r) {
     AssetGroupRow g;
     g.SrNoFAGM = static_cast<long>(r["SrNoFAGM"].as_int());
@@ -232,6 +272,26 @@ void RegisterStore::for_each_opening(std::optional<long> group, const std::funct
 void RegisterStore::for_each_addition(std::optional<long> group, const std::function<void(AdditionRow&&)>& fn) {
     db_.for_each_row("SELECT * FROM " + addition_table() + where_client(group) + " ORDER BY SrNoFATR",
                      [&](const Row& r) { fn(read_addition(r)); });
+}
+
+void RegisterStore::for_each_opening_for_income_tax(const std::function<void(OpeningRow&&)>& fn) {
+    db_.for_each_row(std::string("SELECT ") + kOpeningForIncomeTax + " FROM " + opening_table() +
+                         where_client(std::nullopt) + kNotMarker + " ORDER BY SrNoFATR",
+                     [&](const Row& r) {
+                         OpeningRow o = read_opening_for_income_tax(r);
+                         o.Code_No = code_;
+                         fn(std::move(o));
+                     });
+}
+
+void RegisterStore::for_each_addition_for_income_tax(const std::function<void(AdditionRow&&)>& fn) {
+    db_.for_each_row(std::string("SELECT ") + kAdditionForIncomeTax + " FROM " + addition_table() +
+                         where_client(std::nullopt) + " ORDER BY SrNoFATR",
+                     [&](const Row& r) {
+                         AdditionRow a = read_addition_for_income_tax(r);
+                         a.Code_No = code_;
+                         fn(std::move(a));
+                     });
 }
 
 std::vector<OpeningRow> RegisterStore::opening_entries(std::optional<long> group) {
