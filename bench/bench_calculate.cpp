@@ -10,6 +10,9 @@
 // read, nothing else done. floor_ms is that time, ratio is ours over the floor in the
 // same iteration. Each case is repeated; the report gives mean, median, min and spread.
 //
+// OneOfTenClients times one client's calculate in a database of ten clients with
+// registers of the same size, beside that client alone.
+//
 // ChartBooksJson runs `brenlow chart --books --json` on the SQLite register, its
 // output thrown away, for the command's time and peak memory.
 #include <benchmark/benchmark.h>
@@ -27,6 +30,7 @@
 #include <sstream>
 #include <memory>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "app/cli/cli.h"
@@ -87,9 +91,8 @@ std::size_t pick(Lcg& rng) {
     return 3;
 }
 
-// Writes a register of n entries (seven in ten opening, the rest additions; one in
-// twenty sold) in batches.
-void write_register(store::Database& db, int n) {
+// The year's asset groups, shared by every client of the database.
+std::vector<long> add_groups(store::Database& db) {
     std::vector<long> groups;
     for (const auto& g : kGroups) {
         store::AssetGroup a;
@@ -105,6 +108,12 @@ void write_register(store::Database& db, int n) {
         a.rate_wdv = g.wdv;
         groups.push_back(store::add_asset_group(db, a));
     }
+    return groups;
+}
+
+// Writes a client's register of n entries (seven in ten opening, the rest additions;
+// one in twenty sold) in batches.
+void write_register(store::Database& db, const std::string& code, int n, const std::vector<long>& groups) {
     const std::string opening_opts = reg::OpeningOpts{}.compose();
     reg::AdditionOpts addl_opts;
     addl_opts.AddlDep = true;
@@ -166,8 +175,8 @@ void write_register(store::Database& db, int n) {
                 additions.push_back(std::move(a));
             }
         }
-        store::insert_openings(db, kCode, kYear, openings);
-        store::insert_additions(db, kCode, kYear, additions);
+        store::insert_openings(db, code, kYear, openings);
+        store::insert_additions(db, code, kYear, additions);
     }
 }
 
@@ -182,11 +191,13 @@ std::string with_database(const std::string& server_url, const std::string& name
     return server_url.substr(0, slash + 1) + name + server_url.substr(path_end);
 }
 
-// One prepared database per backend and size, kept for the whole run.
+// One prepared database per backend, size and number of clients, kept for the whole
+// run. The client timed is always BENCH1; the others have registers of the same size.
 class Prepared {
 public:
-    Prepared(store::Backend backend, int n) {
-        const std::string name = "brenlow_bench_" + std::to_string(getpid()) + "_" + std::to_string(n);
+    Prepared(store::Backend backend, int n, int clients) {
+        const std::string name = "brenlow_bench_" + std::to_string(getpid()) + "_" + std::to_string(n) + "_" +
+                                 std::to_string(clients);
         if (backend == store::Backend::sqlite) {
             folder_ = (std::filesystem::temp_directory_path() / name).string();
             std::filesystem::create_directories(folder_);
@@ -199,8 +210,12 @@ public:
             db_ = store::open_database(with_database(server, name));
         }
         store::ensure_schema(*db_, store::reference_data_dir());
-        store::create_client_year(*db_, kCode, kYear, "BENCH CLIENT", 3);
-        write_register(*db_, n);
+        const auto groups = add_groups(*db_);
+        for (int c = 1; c <= clients; ++c) {
+            const std::string code = c == 1 ? std::string(kCode) : "BENCH" + std::to_string(c);
+            store::create_client_year(*db_, code, kYear, "BENCH CLIENT " + std::to_string(c), 3);
+            write_register(*db_, code, n, groups);
+        }
     }
     ~Prepared() {
         db_.reset();
@@ -217,10 +232,10 @@ private:
     std::unique_ptr<store::Database> db_;
 };
 
-Prepared& prepared(store::Backend backend, int n) {
-    static std::map<std::pair<int, int>, std::unique_ptr<Prepared>> cache;
-    auto& p = cache[{static_cast<int>(backend), n}];
-    if (!p) p = std::make_unique<Prepared>(backend, n);
+Prepared& prepared(store::Backend backend, int n, int clients = 1) {
+    static std::map<std::tuple<int, int, int>, std::unique_ptr<Prepared>> cache;
+    auto& p = cache[{static_cast<int>(backend), n, clients}];
+    if (!p) p = std::make_unique<Prepared>(backend, n, clients);
     return *p;
 }
 
@@ -318,6 +333,34 @@ void calculate(benchmark::State& state, store::Backend backend, reg::Mode mode) 
     }
 }
 
+// One client of ten in one database, beside the same client alone in a database of
+// its own, in the same iteration: alone_ms and ratio show what the other clients'
+// rows cost the one being calculated.
+void one_of_ten_clients(benchmark::State& state, store::Backend backend) {
+    const int n = static_cast<int>(state.range(0));
+    auto& alone = prepared(backend, n);
+    auto& shared = prepared(backend, n, 10);
+    reg::CalculationOptions options;
+    options.keep_entries = false;
+    options.sheets = false;
+    double ours_total = 0, alone_total = 0;
+    for (auto _ : state) {
+        const auto start = std::chrono::steady_clock::now();
+        auto r = reg::run_calculation(shared.db(), kCode, kYear, reg::Mode::DEP_IT, false, options);
+        benchmark::DoNotOptimize(r.chart.data());
+        const double ours = seconds_since(start);
+        state.SetIterationTime(ours);
+        ours_total += ours;
+        const auto alone_start = std::chrono::steady_clock::now();
+        auto a = reg::run_calculation(alone.db(), kCode, kYear, reg::Mode::DEP_IT, false, options);
+        benchmark::DoNotOptimize(a.chart.data());
+        alone_total += seconds_since(alone_start);
+    }
+    state.SetItemsProcessed(state.iterations() * n);
+    state.counters["alone_ms"] = alone_total * 1000.0 / static_cast<double>(state.iterations());
+    state.counters["ratio"] = ours_total / alone_total;
+}
+
 void chart_books_json(benchmark::State& state) {
     const int n = static_cast<int>(state.range(0));
     auto& p = prepared(store::Backend::sqlite, n);
@@ -352,6 +395,15 @@ void register_all() {
                 ->ComputeStatistics("min",
                                     [](const std::vector<double>& v) { return *std::min_element(v.begin(), v.end()); });
         }
+        benchmark::RegisterBenchmark((std::string("OneOfTenClients/IncomeTaxChart/") + name).c_str(),
+                                     [backend = backend](benchmark::State& s) { one_of_ten_clients(s, backend); })
+            ->Arg(10000)
+            ->Arg(100000)
+            ->Unit(benchmark::kMillisecond)
+            ->UseManualTime()
+            ->Iterations(3)
+            ->Repetitions(3)
+            ->ComputeStatistics("min", [](const std::vector<double>& v) { return *std::min_element(v.begin(), v.end()); });
     }
     benchmark::RegisterBenchmark("ChartBooksJson/sqlite", chart_books_json)
         ->Arg(10000)
