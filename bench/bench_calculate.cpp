@@ -4,25 +4,45 @@
 // MariaDB. The registers are written once per size and backend before timing.
 // The counter peak_rss_MB is the peak resident memory of the timed runs alone: the
 // peak is reset (/proc/self/clear_refs) after the register has been written.
+//
+// Beside each calculate the same iteration times the floor: a raw read of both
+// register tables through the server's own C interface (SQLite's, MariaDB's), every
+// column of every row read, nothing else done. floor_ms is that time, ratio is ours over the floor in the
+// same iteration. Each case is repeated; the report gives mean, median, min and spread.
+//
+// OneOfTenClients times one client's calculate in a database of ten clients with
+// registers of the same size, beside that client alone.
+//
+// ChartBooksJson runs `brenlow chart --books --json` on the SQLite register, its
+// output thrown away, for the command's time and peak memory.
 #include <benchmark/benchmark.h>
+#include <mysql.h>
+#include <sqlite3.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <chrono>
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <sstream>
 #include <memory>
 #include <string>
+#include <tuple>
 #include <vector>
 
+#include "app/cli/cli.h"
 #include "controls/vb_date.h"
 #include "register/calculation.h"
 #include "register/register_options.h"
 #include "store/client_store.h"
+#include "store/mysql_database.h"
 #include "store/masters_store.h"
 #include "store/register_bulk.h"
+#include "store/schema.h"
 #include "store/seed.h"
 
 namespace {
@@ -73,9 +93,8 @@ std::size_t pick(Lcg& rng) {
     return 3;
 }
 
-// Writes a register of n entries (seven in ten opening, the rest additions; one in
-// twenty sold) in batches.
-void write_register(store::Database& db, int n) {
+// The year's asset groups, shared by every client of the database.
+std::vector<long> add_groups(store::Database& db) {
     std::vector<long> groups;
     for (const auto& g : kGroups) {
         store::AssetGroupRow a;
@@ -91,6 +110,12 @@ void write_register(store::Database& db, int n) {
         a.RateWDV = g.wdv;
         groups.push_back(store::add_asset_group(db, a));
     }
+    return groups;
+}
+
+// Writes a client's register of n entries (seven in ten opening, the rest additions;
+// one in twenty sold) in batches.
+void write_register(store::Database& db, const std::string& code, int n, const std::vector<long>& groups) {
     const std::string opening_opts = reg::OpeningOpts{}.compose();
     reg::AdditionOpts addl_opts;
     addl_opts.AddlDep = true;
@@ -152,8 +177,8 @@ void write_register(store::Database& db, int n) {
                 additions.push_back(std::move(a));
             }
         }
-        store::insert_openings(db, kCode, kYear, openings);
-        store::insert_additions(db, kCode, kYear, additions);
+        store::insert_openings(db, code, kYear, openings);
+        store::insert_additions(db, code, kYear, additions);
     }
 }
 
@@ -168,11 +193,13 @@ std::string with_database(const std::string& server_url, const std::string& name
     return server_url.substr(0, slash + 1) + name + server_url.substr(path_end);
 }
 
-// One prepared database per backend and size, kept for the whole run.
+// One prepared database per backend, size and number of clients, kept for the whole
+// run. The client timed is always BENCH1; the others have registers of the same size.
 class Prepared {
 public:
-    Prepared(store::Backend backend, int n) {
-        const std::string name = "brenlow_bench_" + std::to_string(getpid()) + "_" + std::to_string(n);
+    Prepared(store::Backend backend, int n, int clients) {
+        const std::string name = "brenlow_bench_" + std::to_string(getpid()) + "_" + std::to_string(n) + "_" +
+                                 std::to_string(clients);
         if (backend == store::Backend::sqlite) {
             folder_ = (std::filesystem::temp_directory_path() / name).string();
             std::filesystem::create_directories(folder_);
@@ -182,11 +209,16 @@ public:
             server_ = store::open_database(with_database(server, ""));
             server_->execute("CREATE DATABASE " + name);
             mysql_name_ = name;
-            db_ = store::open_database(with_database(server, name));
+            mysql_url_ = with_database(server, name);
+            db_ = store::open_database(mysql_url_);
         }
         store::ensure_schema(*db_, store::reference_data_dir());
-        store::create_client_year(*db_, kCode, kYear, "BENCH CLIENT", 3);
-        write_register(*db_, n);
+        const auto groups = add_groups(*db_);
+        for (int c = 1; c <= clients; ++c) {
+            const std::string code = c == 1 ? std::string(kCode) : "BENCH" + std::to_string(c);
+            store::create_client_year(*db_, code, kYear, "BENCH CLIENT " + std::to_string(c), 3);
+            write_register(*db_, code, n, groups);
+        }
     }
     ~Prepared() {
         db_.reset();
@@ -194,17 +226,21 @@ public:
         if (!folder_.empty()) std::filesystem::remove_all(folder_);
     }
     store::Database& db() { return *db_; }
+    // The SQLite file, empty on MariaDB.
+    std::string sqlite_file() const { return folder_.empty() ? std::string() : folder_ + "/bench.db"; }
+    // The MariaDB address with the database named, empty on SQLite.
+    const std::string& mysql_url() const { return mysql_url_; }
 
 private:
-    std::string folder_, mysql_name_;
+    std::string folder_, mysql_name_, mysql_url_;
     std::unique_ptr<store::Database> server_;
     std::unique_ptr<store::Database> db_;
 };
 
-Prepared& prepared(store::Backend backend, int n) {
-    static std::map<std::pair<int, int>, std::unique_ptr<Prepared>> cache;
-    auto& p = cache[{static_cast<int>(backend), n}];
-    if (!p) p = std::make_unique<Prepared>(backend, n);
+Prepared& prepared(store::Backend backend, int n, int clients = 1) {
+    static std::map<std::tuple<int, int, int>, std::unique_ptr<Prepared>> cache;
+    auto& p = cache[{static_cast<int>(backend), n, clients}];
+    if (!p) p = std::make_unique<Prepared>(backend, n, clients);
     return *p;
 }
 
@@ -222,17 +258,167 @@ double peak_rss_mb() {
     return static_cast<double>(u.ru_maxrss) / 1024.0;  // kilobytes on Linux
 }
 
+// The floor: every column of every row of both register tables, read through the C
+// interface on a connection of its own, as fast as SQLite hands them over.
+std::uint64_t raw_read(sqlite3* db, const std::string& table) {
+    sqlite3_stmt* st = nullptr;
+    const std::string sql = "SELECT * FROM " + table;
+    if (sqlite3_prepare_v2(db, sql.c_str(), -1, &st, nullptr) != SQLITE_OK) throw std::runtime_error(sqlite3_errmsg(db));
+    std::uint64_t seen = 0;
+    const int columns = sqlite3_column_count(st);
+    while (sqlite3_step(st) == SQLITE_ROW) {
+        for (int c = 0; c < columns; ++c) {
+            switch (sqlite3_column_type(st, c)) {
+                case SQLITE_INTEGER: seen += static_cast<std::uint64_t>(sqlite3_column_int64(st, c)); break;
+                case SQLITE_FLOAT: seen += static_cast<std::uint64_t>(sqlite3_column_double(st, c)); break;
+                case SQLITE_TEXT: {
+                    const auto* text = sqlite3_column_text(st, c);
+                    seen += static_cast<std::uint64_t>(sqlite3_column_bytes(st, c)) + (text ? text[0] : 0);
+                    break;
+                }
+                default: break;
+            }
+        }
+    }
+    sqlite3_finalize(st);
+    return seen;
+}
+
+class Floor {
+public:
+    virtual ~Floor() = default;
+    virtual std::uint64_t read() = 0;
+};
+
+class SqliteFloor final : public Floor {
+public:
+    explicit SqliteFloor(const std::string& file) {
+        if (sqlite3_open_v2(file.c_str(), &db_, SQLITE_OPEN_READONLY | SQLITE_OPEN_NOMUTEX, nullptr) != SQLITE_OK)
+            throw std::runtime_error("cannot open " + file);
+    }
+    ~SqliteFloor() override { sqlite3_close_v2(db_); }
+    SqliteFloor(const SqliteFloor&) = delete;
+    SqliteFloor& operator=(const SqliteFloor&) = delete;
+    std::uint64_t read() override {
+        return raw_read(db_, store::register_opening_table(kYear)) + raw_read(db_, store::register_addition_table(kYear));
+    }
+
+private:
+    sqlite3* db_ = nullptr;
+};
+
+// Rows streamed as the server sends them (mysql_use_result), every field touched.
+class MysqlFloor final : public Floor {
+public:
+    explicit MysqlFloor(const std::string& url) {
+        const auto a = store::MysqlAddress::parse(url);
+        conn_ = mysql_init(nullptr);
+        mysql_options(conn_, MYSQL_SET_CHARSET_NAME, "utf8mb4");
+        const auto text = [](const std::string& s) { return s.empty() ? nullptr : s.c_str(); };
+        if (!mysql_real_connect(conn_, a.host.c_str(), text(a.user), text(a.password), text(a.database), a.port,
+                                text(a.socket), 0))
+            throw std::runtime_error(std::string("cannot connect: ") + mysql_error(conn_));
+    }
+    ~MysqlFloor() override { mysql_close(conn_); }
+    MysqlFloor(const MysqlFloor&) = delete;
+    MysqlFloor& operator=(const MysqlFloor&) = delete;
+    std::uint64_t read() override {
+        return read_table(store::register_opening_table(kYear)) + read_table(store::register_addition_table(kYear));
+    }
+
+private:
+    std::uint64_t read_table(const std::string& table) {
+        const std::string sql = "SELECT * FROM " + table;
+        if (mysql_real_query(conn_, sql.data(), static_cast<unsigned long>(sql.size())) != 0)
+            throw std::runtime_error(mysql_error(conn_));
+        MYSQL_RES* result = mysql_use_result(conn_);
+        const unsigned columns = mysql_num_fields(result);
+        std::uint64_t seen = 0;
+        while (MYSQL_ROW row = mysql_fetch_row(result)) {
+            const unsigned long* lengths = mysql_fetch_lengths(result);
+            for (unsigned c = 0; c < columns; ++c) seen += lengths[c] + (row[c] ? static_cast<unsigned char>(row[c][0]) : 0);
+        }
+        mysql_free_result(result);
+        return seen;
+    }
+
+    MYSQL* conn_ = nullptr;
+};
+
+std::unique_ptr<Floor> floor_of(const Prepared& p) {
+    if (!p.sqlite_file().empty()) return std::make_unique<SqliteFloor>(p.sqlite_file());
+    return std::make_unique<MysqlFloor>(p.mysql_url());
+}
+
+double seconds_since(std::chrono::steady_clock::time_point start) {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
 void calculate(benchmark::State& state, store::Backend backend, reg::Mode mode) {
     const int n = static_cast<int>(state.range(0));
     auto& p = prepared(backend, n);
     reg::CalculationOptions options;
     options.keep_entries = false;
     options.sheets = false;
+    const std::unique_ptr<Floor> floor = floor_of(p);
+    double ours_total = 0, floor_total = 0;
     reset_peak_rss();
     for (auto _ : state) {
+        const auto start = std::chrono::steady_clock::now();
         auto r = reg::run_calculation(p.db(), kCode, kYear, mode, false, options);
         benchmark::DoNotOptimize(r.chart.data());
         benchmark::DoNotOptimize(r.books_assets.data());
+        const double ours = seconds_since(start);
+        state.SetIterationTime(ours);
+        ours_total += ours;
+        const auto floor_start = std::chrono::steady_clock::now();
+        benchmark::DoNotOptimize(floor->read());
+        floor_total += seconds_since(floor_start);
+    }
+    state.SetItemsProcessed(state.iterations() * n);
+    state.counters["peak_rss_MB"] = peak_rss_mb();
+    state.counters["floor_ms"] = floor_total * 1000.0 / static_cast<double>(state.iterations());
+    state.counters["ratio"] = ours_total / floor_total;
+}
+
+// One client of ten in one database, beside the same client alone in a database of
+// its own, in the same iteration: alone_ms and ratio show what the other clients'
+// rows cost the one being calculated.
+void one_of_ten_clients(benchmark::State& state, store::Backend backend) {
+    const int n = static_cast<int>(state.range(0));
+    auto& alone = prepared(backend, n);
+    auto& shared = prepared(backend, n, 10);
+    reg::CalculationOptions options;
+    options.keep_entries = false;
+    options.sheets = false;
+    double ours_total = 0, alone_total = 0;
+    for (auto _ : state) {
+        const auto start = std::chrono::steady_clock::now();
+        auto r = reg::run_calculation(shared.db(), kCode, kYear, reg::Mode::DEP_IT, false, options);
+        benchmark::DoNotOptimize(r.chart.data());
+        const double ours = seconds_since(start);
+        state.SetIterationTime(ours);
+        ours_total += ours;
+        const auto alone_start = std::chrono::steady_clock::now();
+        auto a = reg::run_calculation(alone.db(), kCode, kYear, reg::Mode::DEP_IT, false, options);
+        benchmark::DoNotOptimize(a.chart.data());
+        alone_total += seconds_since(alone_start);
+    }
+    state.SetItemsProcessed(state.iterations() * n);
+    state.counters["alone_ms"] = alone_total * 1000.0 / static_cast<double>(state.iterations());
+    state.counters["ratio"] = ours_total / alone_total;
+}
+
+void chart_books_json(benchmark::State& state) {
+    const int n = static_cast<int>(state.range(0));
+    auto& p = prepared(store::Backend::sqlite, n);
+    std::ofstream sink("/dev/null");
+    const std::vector<std::string> args = {"--db",   "sqlite:" + p.sqlite_file(), "chart",   "--client", kCode,
+                                           "--year", std::to_string(kYear),       "--books", "--json"};
+    reset_peak_rss();
+    for (auto _ : state) {
+        std::ostringstream err;
+        if (cli::run(args, sink, err) != 0) state.SkipWithError(err.str().c_str());
     }
     state.SetItemsProcessed(state.iterations() * n);
     state.counters["peak_rss_MB"] = peak_rss_mb();
@@ -251,9 +437,30 @@ void register_all() {
                 ->Arg(100000)
                 ->Arg(1000000)
                 ->Unit(benchmark::kMillisecond)
-                ->Iterations(3);
+                ->UseManualTime()
+                ->Iterations(3)
+                ->Repetitions(3)
+                ->ComputeStatistics("min",
+                                    [](const std::vector<double>& v) { return *std::min_element(v.begin(), v.end()); });
         }
+        benchmark::RegisterBenchmark((std::string("OneOfTenClients/IncomeTaxChart/") + name).c_str(),
+                                     [backend = backend](benchmark::State& s) { one_of_ten_clients(s, backend); })
+            ->Arg(10000)
+            ->Arg(100000)
+            ->Unit(benchmark::kMillisecond)
+            ->UseManualTime()
+            ->Iterations(3)
+            ->Repetitions(3)
+            ->ComputeStatistics("min", [](const std::vector<double>& v) { return *std::min_element(v.begin(), v.end()); });
     }
+    benchmark::RegisterBenchmark("ChartBooksJson/sqlite", chart_books_json)
+        ->Arg(10000)
+        ->Arg(100000)
+        ->Arg(1000000)
+        ->Unit(benchmark::kMillisecond)
+        ->Iterations(1)
+        ->Repetitions(3)
+        ->ComputeStatistics("min", [](const std::vector<double>& v) { return *std::min_element(v.begin(), v.end()); });
 }
 
 }  // namespace

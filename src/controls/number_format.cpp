@@ -1,7 +1,8 @@
 #include "controls/number_format.h"
 
+#include <algorithm>
+#include <charconv>
 #include <cmath>
-#include <cstdio>
 #include <cstdlib>
 #include <string>
 
@@ -10,31 +11,50 @@ namespace brenlow {
 namespace {
 
 // A number as the decimal text it prints as with 15 significant digits:
-// value = 0.digits × 10^point, digits without leading zeros ("" for zero).
-// Rounding works on this text, never on the binary value, so that what the
-// person sees as 185.175 is treated as 185.175.
+// value = 0.digits × 10^point, digits without leading or trailing zeros (none
+// for zero). Rounding works on these digits, never on the binary value, so that
+// what the person sees as 185.175 is treated as 185.175. The digits live in the
+// value itself: rounding a register's amounts allocates nothing.
 struct Decimal {
+    static constexpr int capacity = 16;  // 15 significant digits and room for a carry
     bool negative = false;
-    std::string digits;
+    char digits[capacity] = {};
+    int count = 0;
     int point = 0;
+
+    char digit(int i) const { return digits[i]; }
+    void trim_zeros() {
+        while (count > 0 && digits[count - 1] == '0') --count;
+    }
 };
 
 Decimal to_decimal(double value) {
     Decimal d;
     if (!std::isfinite(value) || value == 0.0) return d;
+    // 15 significant digits, always with an exponent: "-1.23450000000000e+02".
+    // The shortest-exact conversion gives the digits correctly rounded from the
+    // binary value (ties to even), as printf's "%.14e" does.
     char buf[64];
-    std::snprintf(buf, sizeof buf, "%.14e", value);  // 15 significant digits, always with an exponent
+    const auto result = std::to_chars(buf, buf + sizeof buf, value, std::chars_format::scientific, 14);
     const char* p = buf;
+    const char* const end = result.ptr;
     if (*p == '-') {
         d.negative = true;
         ++p;
     }
-    for (; *p && *p != 'e'; ++p) {
-        if (*p >= '0' && *p <= '9') d.digits.push_back(*p);
+    for (; p != end && *p != 'e'; ++p) {
+        if (*p >= '0' && *p <= '9' && d.count < Decimal::capacity) d.digits[d.count++] = *p;
     }
-    const int exponent = (*p == 'e') ? std::atoi(p + 1) : 0;
+    int exponent = 0;
+    if (p != end && *p == 'e') {
+        ++p;
+        const bool negative_exponent = (*p == '-');
+        if (*p == '-' || *p == '+') ++p;
+        for (; p != end; ++p) exponent = exponent * 10 + (*p - '0');
+        if (negative_exponent) exponent = -exponent;
+    }
     d.point = exponent + 1;
-    while (!d.digits.empty() && d.digits.back() == '0') d.digits.pop_back();
+    d.trim_zeros();
     return d;
 }
 
@@ -43,69 +63,75 @@ enum class Halves { away_from_zero, to_even };
 // Rounds to `decimals` places after the point, judging the half on the digits.
 void round_decimal(Decimal& d, int decimals, Halves halves) {
     const int keep = d.point + decimals;  // digits that stay
-    if (keep >= static_cast<int>(d.digits.size())) return;
+    if (keep >= d.count) return;
     if (keep < 0) {
-        d.digits.clear();  // below a tenth of the last kept place: not even half
+        d.count = 0;  // below a tenth of the last kept place: not even half
         return;
     }
     const char first_dropped = d.digits[keep];
     bool rest_nonzero = false;
-    for (std::size_t i = keep + 1; i < d.digits.size(); ++i) rest_nonzero |= d.digits[i] != '0';
-    std::string kept = d.digits.substr(0, keep);
+    for (int i = keep + 1; i < d.count; ++i) rest_nonzero |= d.digits[i] != '0';
+    d.count = keep;
 
     bool up = false;
     if (first_dropped > '5' || (first_dropped == '5' && rest_nonzero)) {
         up = true;
     } else if (first_dropped == '5') {
-        const bool last_kept_odd = !kept.empty() && ((kept.back() - '0') % 2 == 1);
+        const bool last_kept_odd = keep > 0 && ((d.digits[keep - 1] - '0') % 2 == 1);
         up = (halves == Halves::away_from_zero) || last_kept_odd;
     }
     if (up) {
-        int i = static_cast<int>(kept.size()) - 1;
-        while (i >= 0 && kept[i] == '9') kept[i--] = '0';
+        int i = d.count - 1;
+        while (i >= 0 && d.digits[i] == '9') d.digits[i--] = '0';
         if (i >= 0) {
-            ++kept[i];
+            ++d.digits[i];
         } else {
-            kept.insert(kept.begin(), '1');
+            // Every kept digit was a 9 (or none was kept): the carry makes a new leading 1,
+            // and the zeros behind it are trimmed below.
+            for (int j = d.count; j > 0; --j) d.digits[j] = d.digits[j - 1];
+            d.digits[0] = '1';
+            ++d.count;
             ++d.point;
         }
     }
-    while (!kept.empty() && kept.back() == '0') kept.pop_back();
-    d.digits = kept;
-    if (d.digits.empty()) d.point = 0;
+    d.trim_zeros();
+    if (d.count == 0) d.point = 0;
 }
 
 bool is_zero(const Decimal& d) {
-    return d.digits.empty();
+    return d.count == 0;
 }
 
 // The digits before the point ("0" when there are none).
 std::string integer_part(const Decimal& d) {
-    if (d.point <= 0 || d.digits.empty()) return "0";
-    std::string s = d.digits.substr(0, std::min<std::size_t>(d.point, d.digits.size()));
-    s.append(d.point > static_cast<int>(s.size()) ? d.point - s.size() : 0, '0');
+    if (d.point <= 0 || d.count == 0) return "0";
+    const int shown = std::min(d.point, d.count);
+    std::string s(d.digits, d.digits + shown);
+    s.append(d.point > shown ? d.point - shown : 0, '0');
     return s;
 }
 
 // Exactly `places` digits after the point.
 std::string fraction_part(const Decimal& d, int places) {
     std::string s;
+    s.reserve(places > 0 ? places : 0);
     for (int i = 0; i < places; ++i) {
         const int index = d.point + i;  // position in digits of the i-th decimal
-        s.push_back(index >= 0 && index < static_cast<int>(d.digits.size()) ? d.digits[index] : '0');
+        s.push_back(index >= 0 && index < d.count ? d.digit(index) : '0');
     }
     return s;
 }
 
 // Every digit after the point, however many there are.
 std::string all_fraction(const Decimal& d) {
-    const int places = static_cast<int>(d.digits.size()) - d.point;
+    const int places = d.count - d.point;
     return places > 0 ? fraction_part(d, places) : std::string{};
 }
 
 std::string group_thousands(const std::string& whole) {
     std::string out;
     const int n = static_cast<int>(whole.size());
+    out.reserve(n + n / 3);
     for (int i = 0; i < n; ++i) {
         if (i > 0 && (n - i) % 3 == 0) out.push_back(',');
         out.push_back(whole[i]);
@@ -113,12 +139,34 @@ std::string group_thousands(const std::string& whole) {
     return out;
 }
 
+// The double nearest to the digits, as reading their text back would give it.
+// The digits make an integer below 10^15 (exact in a double); when the power of
+// ten is exact too (10^22 is the last one that is), one multiplication or
+// division rounds once, correctly, to the same nearest double the text reads as.
+// Anything farther out is read back from its text.
 double decimal_value(const Decimal& d) {
     if (is_zero(d)) return 0.0;
-    std::string text = d.negative ? "-0." : "0.";
-    text += d.digits;
-    text += "e" + std::to_string(d.point);
-    return std::strtod(text.c_str(), nullptr);
+    static constexpr double powers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                        1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                        1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+    const int exponent = d.point - d.count;  // value = integer × 10^exponent
+    if (exponent >= -22 && exponent <= 22) {
+        long long integer = 0;
+        for (int i = 0; i < d.count; ++i) integer = integer * 10 + (d.digits[i] - '0');
+        const double mantissa = static_cast<double>(integer);
+        const double magnitude = exponent >= 0 ? mantissa * powers[exponent] : mantissa / powers[-exponent];
+        return d.negative ? -magnitude : magnitude;
+    }
+    // Beyond the exact powers (amounts never get there): read as text, where the
+    // overflow to infinity and the gradual underflow are strtod's own.
+    char text[64];
+    char* p = text;
+    if (d.negative) *p++ = '-';
+    for (int i = 0; i < d.count; ++i) *p++ = d.digits[i];
+    *p++ = 'e';
+    p = std::to_chars(p, text + sizeof text - 1, exponent).ptr;
+    *p = '\0';
+    return std::strtod(text, nullptr);
 }
 
 // One section of a mask: literal text before and after a number pattern such as
@@ -169,14 +217,15 @@ std::string apply_section(const Section& sec, const Decimal& d, bool show_minus)
 std::string format_mask(double value, std::string_view mask) {
     const std::size_t semicolon = mask.find(';');
     const Section positive = parse_section(mask.substr(0, semicolon));
-    Decimal d = to_decimal(value);
+    const Decimal unrounded = to_decimal(value);
+    Decimal d = unrounded;
     round_decimal(d, positive.decimals, Halves::away_from_zero);
     // What rounds to nothing prints as a plain zero, never "-0" or "(0)".
     if (is_zero(d) || !d.negative) return apply_section(positive, d, false);
     if (semicolon == std::string_view::npos) return apply_section(positive, d, true);
     // A negative section writes the sign itself (brackets), so no minus is added.
     const Section negative_section = parse_section(mask.substr(semicolon + 1));
-    Decimal magnitude = to_decimal(value);
+    Decimal magnitude = unrounded;
     round_decimal(magnitude, negative_section.decimals, Halves::away_from_zero);
     return apply_section(negative_section, magnitude, false);
 }

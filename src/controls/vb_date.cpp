@@ -2,7 +2,7 @@
 
 #include <array>
 #include <cctype>
-#include <vector>
+#include <string_view>
 
 namespace brenlow {
 
@@ -94,12 +94,23 @@ std::optional<int> month_name(std::string_view s) {
     return std::nullopt;
 }
 
-std::vector<std::string_view> split_fields(std::string_view text, bool allow_space) {
-    std::vector<std::string_view> parts;
+// The fields of a date text between its separators. A date has three; only the
+// first three are kept, and size() tells three from more.
+struct DateFields {
+    std::array<std::string_view, 3> field{};
+    std::size_t count = 0;
+
+    std::size_t size() const { return count; }
+    std::string_view operator[](std::size_t i) const { return field[i]; }
+};
+
+DateFields split_fields(std::string_view text, bool allow_space) {
+    DateFields parts;
     std::size_t start = 0;
     for (std::size_t i = 0; i <= text.size(); ++i) {
         if (i == text.size() || is_separator(text[i]) || (allow_space && text[i] == ' ')) {
-            parts.push_back(text.substr(start, i - start));
+            if (parts.count < parts.field.size()) parts.field[parts.count] = text.substr(start, i - start);
+            ++parts.count;
             start = i + 1;
         }
     }

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 
 #include "controls/number_format.h"
 
@@ -29,7 +28,7 @@ std::optional<AutoRate> auto_rate(double base, double residual, double life, CaM
     const char* mask = basis == ResidualBasis::Cost ? "###0.00" : "###0.0000";
     AutoRate out;
     out.text = format_mask(rate, mask);
-    out.value = std::strtod(out.text.c_str(), nullptr);  // the rate as read back from its text
+    out.value = mask_value(rate, mask);  // the rate as read back from its text
     return out;
 }
 

@@ -56,6 +56,7 @@ struct ItRunInput {
     std::vector<ItBlockMaster> blocks;
     bool interactive = false;  // the caller's -1 flag: warnings are marked to be shown
     bool explain = true;       // build DeprCalcDet texts
+    bool keep_rows = true;     // hand back the working rows; a run for the blocks alone leaves them out
 };
 
 // Where an entry sits in its block.

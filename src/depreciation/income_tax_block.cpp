@@ -206,7 +206,8 @@ ItRunResult calculate_income_tax(const ItRunInput& input) {
     std::vector<std::size_t> block_of_master(input.blocks.size(), static_cast<std::size_t>(-1));
     std::vector<BlockWork> work;
 
-    result.rows.reserve(input.entries.size());
+    if (input.keep_rows) result.rows.reserve(input.entries.size());
+    std::size_t counted = 0;  // entries that count under the Act, kept as rows or not
     for (std::size_t i = 0; i < input.entries.size(); ++i) {
         const ItEntry& e = input.entries[i];
         if (e.block_id == "-1") continue;  // group not considered under the Income-tax Act
@@ -285,10 +286,11 @@ ItRunResult calculate_income_tax(const ItRunInput& input) {
         }
         if (!sold && e.asset_exists) ++b.assets_not_sold;
         row.BalAmt = row.WdvCost - row.DedAmt;
-        result.rows.push_back(row);
+        ++counted;
+        if (input.keep_rows) result.rows.push_back(row);
     }
 
-    if (result.rows.empty()) {
+    if (counted == 0) {
         result.no_assets = true;
         log.raise(WarningKind::NoAssets, "No Assets Available !");
         result.warnings = log.take();
@@ -310,23 +312,31 @@ ItRunResult calculate_income_tax(const ItRunInput& input) {
         if (x.block_id != y.block_id) return x.block_id < y.block_id;
         return x.rate < y.rate;
     });
-    std::vector<std::size_t> new_index(order.size());
-    std::vector<ItBlockResult> sorted;
-    sorted.reserve(order.size());
-    for (std::size_t pos = 0; pos < order.size(); ++pos) {
-        new_index[order[pos]] = pos;
-        sorted.push_back(std::move(result.blocks[order[pos]]));
+    // When the blocks are in order and each block's rows already stand together (a run
+    // of one block always does), nothing moves and the rows are not copied.
+    const bool in_order =
+        std::is_sorted(order.begin(), order.end()) &&
+        std::is_sorted(result.rows.begin(), result.rows.end(),
+                       [](const ItWorkingRow& x, const ItWorkingRow& y) { return x.block < y.block; });
+    if (!in_order) {
+        std::vector<std::size_t> new_index(order.size());
+        std::vector<ItBlockResult> sorted;
+        sorted.reserve(order.size());
+        for (std::size_t pos = 0; pos < order.size(); ++pos) {
+            new_index[order[pos]] = pos;
+            sorted.push_back(std::move(result.blocks[order[pos]]));
+        }
+        result.blocks = std::move(sorted);
+        std::vector<std::size_t> start(order.size() + 1, 0);
+        for (const ItWorkingRow& r : result.rows) ++start[new_index[r.block] + 1];
+        for (std::size_t k = 1; k < start.size(); ++k) start[k] += start[k - 1];
+        std::vector<ItWorkingRow> rows(result.rows.size());
+        for (ItWorkingRow& r : result.rows) {
+            r.block = new_index[r.block];
+            rows[start[r.block]++] = r;
+        }
+        result.rows = std::move(rows);
     }
-    result.blocks = std::move(sorted);
-    std::vector<std::size_t> start(order.size() + 1, 0);
-    for (const ItWorkingRow& r : result.rows) ++start[new_index[r.block] + 1];
-    for (std::size_t k = 1; k < start.size(); ++k) start[k] += start[k - 1];
-    std::vector<ItWorkingRow> rows(result.rows.size());
-    for (ItWorkingRow& r : result.rows) {
-        r.block = new_index[r.block];
-        rows[start[r.block]++] = r;
-    }
-    result.rows = std::move(rows);
 
     for (const ItBlockResult& b : result.blocks) result.net_capital_gain += b.profit_loss;
     result.warnings = log.take();

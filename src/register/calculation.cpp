@@ -267,12 +267,20 @@ void run_income_tax(store::Database& db, store::RegisterStore& rs, const Masters
         p.entries.emplace_back(e);
         if (texts) p.particulars.push_back(std::move(part));
     };
-    rs.for_each_opening(std::nullopt, [&](store::OpeningRow&& o) {
+    rs.for_each_opening_for_income_tax([&](store::OpeningRow&& o) {
         park(o.IdFAGM, o.Part, income_tax_entry(o, m.group(o.IdFAGM)));
     });
-    rs.for_each_addition(std::nullopt, [&](store::AdditionRow&& a) {
+    rs.for_each_addition_for_income_tax([&](store::AdditionRow&& a) {
         park(a.IdFAGM, a.Part, income_tax_entry(a, m.group(a.IdFAGM)));
     });
+
+    if (options.keep_entries) {
+        std::size_t entries = 0;
+        for (const auto& p : parked) entries += p.entries.size();
+        total.rows.reserve(entries);
+        out.it_entries.reserve(entries);
+        out.profit_on_sale.reserve(entries);
+    }
 
     std::vector<depreciation::ItBlockMaster> all_blocks;
     for (const auto& b : m.it_blocks) all_blocks.push_back({b.ID, b.Part, b.Rate});
@@ -282,6 +290,7 @@ void run_income_tax(store::Database& db, store::RegisterStore& rs, const Masters
         in.year = out.year;
         in.interactive = interactive;
         in.explain = options.sheets;
+        in.keep_rows = options.keep_entries;
         // Every block of the year, as a whole run would see them; only this one has entries.
         in.blocks = all_blocks;
         {
@@ -451,9 +460,8 @@ depreciation::ItEntry income_tax_entry(const store::OpeningRow& o, const store::
     t.addl_dep_on = o.AddlDepOn;
     if (!o.DetESA.empty()) t.adj_earlier = det_esa_adjustment(o.DetESA);
     // "N": the asset no longer exists for the Act; "Y" exists with a nil WDV.
-    const auto opts = OpeningOpts::parse(o.OthOpts);
-    t.asset_exists = opts.WdvIT != "N";
-    t.partial_deduction = opts.PartDed;
+    t.asset_exists = OpeningOpts::wdv_it(o.OthOpts) != "N";
+    t.partial_deduction = OpeningOpts::partial_deduction(o.OthOpts);
     return t;
 }
 
@@ -470,7 +478,7 @@ depreciation::ItEntry income_tax_entry(const store::AdditionRow& a, const store:
     t.sale_date = a.SaleDate;
     t.sale_amt = a.SaleAmt;
     t.sale_exp = a.SaleExp;
-    t.partial_deduction = AdditionOpts::parse(a.OthOpts).PartDed;
+    t.partial_deduction = AdditionOpts::partial_deduction(a.OthOpts);
     return t;
 }
 

@@ -1,26 +1,39 @@
 #include "register/register_options.h"
 
+#include <array>
 #include <charconv>
 #include <vector>
 
 namespace brenlow::reg {
 namespace {
 
-std::vector<std::string> split(std::string_view s) {
-    std::vector<std::string> out;
-    if (s.empty()) return out;
-    std::size_t start = 0;
-    while (true) {
-        const auto bar = s.find('|', start);
-        if (bar == std::string_view::npos) {
-            out.emplace_back(s.substr(start));
-            break;
+// The "|"-separated fields of an options text, as views into it: reading an entry's
+// options allocates nothing but the fields it keeps. Fields past the last one any
+// list has are never read and not kept.
+class Fields {
+public:
+    static constexpr std::size_t kMax = 16;
+
+    explicit Fields(std::string_view s) {
+        if (s.empty()) return;
+        std::size_t start = 0;
+        while (count_ < kMax) {
+            const auto bar = s.find('|', start);
+            if (bar == std::string_view::npos) {
+                fields_[count_++] = s.substr(start);
+                break;
+            }
+            fields_[count_++] = s.substr(start, bar - start);
+            start = bar + 1;
         }
-        out.emplace_back(s.substr(start, bar - start));
-        start = bar + 1;
     }
-    return out;
-}
+
+    std::string_view operator[](std::size_t i) const { return i < count_ ? fields_[i] : std::string_view{}; }
+
+private:
+    std::array<std::string_view, kMax> fields_{};
+    std::size_t count_ = 0;
+};
 
 std::string join(const std::vector<std::string>& parts) {
     std::string out;
@@ -31,23 +44,20 @@ std::string join(const std::vector<std::string>& parts) {
     return out;
 }
 
-const std::string& at(const std::vector<std::string>& v, std::size_t i) {
-    static const std::string empty;
-    return i < v.size() ? v[i] : empty;
+std::string at(const Fields& v, std::size_t i) { return std::string(v[i]); }
+
+void read_text(const Fields& v, std::size_t i, std::string& field) {
+    if (!v[i].empty()) field = v[i];
 }
 
-void read_text(const std::vector<std::string>& v, std::size_t i, std::string& field) {
-    if (i < v.size() && !v[i].empty()) field = v[i];
-}
-
-void read_int(const std::vector<std::string>& v, std::size_t i, int& field, int lo, int hi) {
+void read_int(const Fields& v, std::size_t i, int& field, int lo, int hi) {
     int x = 0;
-    const auto& s = at(v, i);
+    const std::string_view s = v[i];
     if (std::from_chars(s.data(), s.data() + s.size(), x).ec == std::errc() && x >= lo && x <= hi) field = x;
 }
 
-void read_flag(const std::vector<std::string>& v, std::size_t i, bool& field) {
-    const auto& s = at(v, i);
+void read_flag(const Fields& v, std::size_t i, bool& field) {
+    const std::string_view s = v[i];
     if (s == "Y") field = true;
     if (s == "N") field = false;
 }
@@ -58,7 +68,7 @@ const char* yn(bool b) { return b ? "Y" : "N"; }
 
 RegisterOptions RegisterOptions::parse(std::string_view misc_inf) {
     RegisterOptions o;
-    const auto v = split(misc_inf);
+    const Fields v(misc_inf);
     read_text(v, 0, o.optMOD);
     read_text(v, 1, o.optFASCHBOOKS);
     read_text(v, 2, o.optRndFA);
@@ -102,7 +112,7 @@ const char* rem_life_rounding_text(int index) {
 
 OpeningOpts OpeningOpts::parse(std::string_view oth_opts) {
     OpeningOpts o;
-    const auto v = split(oth_opts);
+    const Fields v(oth_opts);
     o.CalcCA = at(v, 0);
     o.ResValOf = at(v, 1);
     o.MOD = at(v, 2);
@@ -119,6 +129,14 @@ OpeningOpts OpeningOpts::parse(std::string_view oth_opts) {
     return o;
 }
 
+std::string_view OpeningOpts::wdv_it(std::string_view oth_opts) {
+    return Fields(oth_opts)[3];
+}
+
+bool OpeningOpts::partial_deduction(std::string_view oth_opts) { return Fields(oth_opts)[12] == "Y"; }
+
+bool AdditionOpts::partial_deduction(std::string_view oth_opts) { return Fields(oth_opts)[8] == "Y"; }
+
 std::string OpeningOpts::compose() const {
     return join({CalcCA, ResValOf, MOD, WdvIT, yn(ResDefault), yn(LifeDefault), yn(RateDefault), yn(RateITDefault),
                  yn(AddlRateDefault), yn(AutoDepr), yn(AddlDepOn), yn(TotESA), yn(PartDed)});
@@ -126,7 +144,7 @@ std::string OpeningOpts::compose() const {
 
 AdditionOpts AdditionOpts::parse(std::string_view oth_opts) {
     AdditionOpts a;
-    const auto v = split(oth_opts);
+    const Fields v(oth_opts);
     a.MOD = at(v, 0);
     read_text(v, 1, a.RndAddRtAuto);
     read_flag(v, 2, a.ResDefault);

@@ -60,6 +60,10 @@ struct OpeningOpts {
     bool PartDed = false;      // the sale/deduction leaves the asset held (a partial deduction)
 
     static OpeningOpts parse(std::string_view oth_opts);
+    // The optsWdvIT field alone, as parse would read it, without the rest.
+    static std::string_view wdv_it(std::string_view oth_opts);
+    // The partial-deduction tick alone.
+    static bool partial_deduction(std::string_view oth_opts);
     std::string compose() const;
 };
 
@@ -77,6 +81,7 @@ struct AdditionOpts {
     bool PartDed = false;  // the sale/deduction leaves the asset held (a partial deduction)
 
     static AdditionOpts parse(std::string_view oth_opts);
+    static bool partial_deduction(std::string_view oth_opts);
     std::string compose() const;
 };
 

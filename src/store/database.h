@@ -100,6 +100,8 @@ private:
     std::vector<std::vector<Value>> rows_;
 };
 
+// A connection is used by one thread at a time; a thread of its own opens its own
+// connection (open_database, or the test fixtures' open_another).
 class Database {
 public:
     virtual ~Database() = default;

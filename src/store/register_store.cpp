@@ -1,5 +1,8 @@
 #include "store/register_store.h"
 
+#include <type_traits>
+#include <variant>
+
 #include "controls/number_format.h"
 #include "store/client_store.h"
 #include "store/schema.h"
@@ -15,59 +18,82 @@ std::string num(long v) { return std::to_string(v); }
 // The marker of the old chart is not an entry.
 constexpr const char* kNotMarker = " AND NOT (IdFAGM=-1 AND SrNoFATR=-1)";
 
-OpeningRow read_opening(const Row& r) {
-    OpeningRow o;
-    o.Code_No = r[0].as_text();
-    o.SrNoFATR = static_cast<long>(r[1].as_int());
-    o.IdFAGM = static_cast<long>(r[2].as_int());
-    o.Part = r[3].as_text();
-    o.CostWdv = r[4].as_double();
-    o.OpDepr = r[5].as_double();
-    o.YrCalcCA = static_cast<long>(r[6].as_int());
-    o.DepCalcCA = r[7].as_double();
-    o.ResValue = r[8].as_double();
-    o.LifeYrs = r[9].as_double();
-    o.RateFACL = r[10].as_double();
-    o.WdvIT = r[11].as_double();
-    o.DetESA = r[12].as_text();
-    o.RateIT = r[13].as_double();
-    o.AddlDepRT = r[14].as_double();
-    o.SaleDate = r[15].as_text();
-    o.SaleAmt = r[16].as_double();
-    o.SaleExp = r[17].as_double();
-    o.ShiftDet = r[18].as_text();
-    o.DepFACL = r[19].as_double();
-    o.OthOpts = r[20].as_text();
-    o.PutDate = r[21].as_text();
-    o.AddlDepOn = r[22].as_double();
-    return o;
+// One register row from a result, field by field under the table's own column names.
+// The names are looked up once per result, so a narrower select (the income-tax run
+// reads only what it uses) or a column added to the table shifts nothing; a column
+// the result lacks leaves its field at its default.
+template <class RowT>
+class RowReader {
+public:
+    using Member = std::variant<std::string RowT::*, double RowT::*, long RowT::*>;
+    struct Field {
+        const char* column;
+        Member member;
+    };
+
+    explicit RowReader(std::vector<Field> fields) : fields_(std::move(fields)), at_(fields_.size(), -1) {}
+
+    RowT read(const Row& r) {
+        if (&r.names() != bound_) bind(r);
+        RowT out;
+        for (std::size_t i = 0; i < fields_.size(); ++i) {
+            if (at_[i] < 0) continue;
+            const Value& v = r[static_cast<std::size_t>(at_[i])];
+            std::visit(
+                [&](auto member) {
+                    using T = std::remove_reference_t<decltype(out.*member)>;
+                    if constexpr (std::is_same_v<T, std::string>) out.*member = v.as_text();
+                    else if constexpr (std::is_same_v<T, double>) out.*member = v.as_double();
+                    else out.*member = static_cast<long>(v.as_int());
+                },
+                fields_[i].member);
+        }
+        return out;
+    }
+
+private:
+    void bind(const Row& r) {
+        bound_ = &r.names();
+        for (std::size_t i = 0; i < fields_.size(); ++i) {
+            const auto at = r.index_of(fields_[i].column);
+            at_[i] = at ? static_cast<int>(*at) : -1;
+        }
+    }
+
+    std::vector<Field> fields_;
+    std::vector<int> at_;
+    const std::vector<std::string>* bound_ = nullptr;
+};
+
+RowReader<OpeningRow> opening_reader() {
+    using O = OpeningRow;
+    return RowReader<O>({{"Code_No", &O::Code_No},     {"SrNoFATR", &O::SrNoFATR},   {"IdFAGM", &O::IdFAGM},
+                         {"Part", &O::Part},           {"CostWdv", &O::CostWdv},     {"OpDepr", &O::OpDepr},
+                         {"YrCalcCA", &O::YrCalcCA},   {"DepCalcCA", &O::DepCalcCA}, {"ResValue", &O::ResValue},
+                         {"LifeYrs", &O::LifeYrs},     {"RateFACL", &O::RateFACL},   {"WdvIT", &O::WdvIT},
+                         {"DetESA", &O::DetESA},       {"RateIT", &O::RateIT},       {"AddlDepRT", &O::AddlDepRT},
+                         {"SaleDate", &O::SaleDate},   {"SaleAmt", &O::SaleAmt},     {"SaleExp", &O::SaleExp},
+                         {"ShiftDet", &O::ShiftDet},   {"DepFACL", &O::DepFACL},     {"OthOpts", &O::OthOpts},
+                         {"PutDate", &O::PutDate},     {"AddlDepOn", &O::AddlDepOn}});
 }
 
-AdditionRow read_addition(const Row& r) {
-    AdditionRow a;
-    a.Code_No = r[0].as_text();
-    a.SrNoFATR = static_cast<long>(r[1].as_int());
-    a.IdFAGM = static_cast<long>(r[2].as_int());
-    a.Part = r[3].as_text();
-    a.PutDate = r[4].as_text();
-    a.AccDate = r[5].as_text();
-    a.PurAmt = r[6].as_double();
-    a.ExciseCr = r[7].as_double();
-    a.CurrDiff = r[8].as_double();
-    a.Subsidy = r[9].as_double();
-    a.ResValue = r[10].as_double();
-    a.LifeYrs = r[11].as_double();
-    a.RateFACL = r[12].as_double();
-    a.RateIT = r[13].as_double();
-    a.AddlDepRT = r[14].as_double();
-    a.SaleDate = r[15].as_text();
-    a.SaleAmt = r[16].as_double();
-    a.SaleExp = r[17].as_double();
-    a.ShiftDet = r[18].as_text();
-    a.DepFACL = r[19].as_double();
-    a.OthOpts = r[20].as_text();
-    return a;
+RowReader<AdditionRow> addition_reader() {
+    using A = AdditionRow;
+    return RowReader<A>({{"Code_No", &A::Code_No},   {"SrNoFATR", &A::SrNoFATR},   {"IdFAGM", &A::IdFAGM},
+                         {"Part", &A::Part},         {"PutDate", &A::PutDate},     {"AccDate", &A::AccDate},
+                         {"PurAmt", &A::PurAmt},     {"ExciseCr", &A::ExciseCr},   {"CurrDiff", &A::CurrDiff},
+                         {"Subsidy", &A::Subsidy},   {"ResValue", &A::ResValue},   {"LifeYrs", &A::LifeYrs},
+                         {"RateFACL", &A::RateFACL}, {"RateIT", &A::RateIT},       {"AddlDepRT", &A::AddlDepRT},
+                         {"SaleDate", &A::SaleDate}, {"SaleAmt", &A::SaleAmt},     {"SaleExp", &A::SaleExp},
+                         {"ShiftDet", &A::ShiftDet}, {"DepFACL", &A::DepFACL},     {"OthOpts", &A::OthOpts}});
 }
+
+// The income-tax run's reads: only the columns it uses.
+constexpr const char* kOpeningForIncomeTax =
+    "SrNoFATR, IdFAGM, Part, WdvIT, DetESA, AddlDepRT, SaleDate, SaleAmt, SaleExp, OthOpts, PutDate, AddlDepOn";
+constexpr const char* kAdditionForIncomeTax =
+    "SrNoFATR, IdFAGM, Part, PutDate, PurAmt, ExciseCr, CurrDiff, Subsidy, AddlDepRT, SaleDate, SaleAmt, SaleExp, "
+    "OthOpts";
 
 }  // namespace
 
@@ -206,12 +232,32 @@ void RegisterStore::write_old_chart_marker() {
 
 void RegisterStore::for_each_opening(std::optional<long> group, const std::function<void(OpeningRow&&)>& fn) {
     db_.for_each_row("SELECT * FROM " + opening_table() + where_client(group) + kNotMarker + " ORDER BY SrNoFATR",
-                     [&](const Row& r) { fn(read_opening(r)); });
+                     [&, reader = opening_reader()](const Row& r) mutable { fn(reader.read(r)); });
 }
 
 void RegisterStore::for_each_addition(std::optional<long> group, const std::function<void(AdditionRow&&)>& fn) {
     db_.for_each_row("SELECT * FROM " + addition_table() + where_client(group) + " ORDER BY SrNoFATR",
-                     [&](const Row& r) { fn(read_addition(r)); });
+                     [&, reader = addition_reader()](const Row& r) mutable { fn(reader.read(r)); });
+}
+
+void RegisterStore::for_each_opening_for_income_tax(const std::function<void(OpeningRow&&)>& fn) {
+    db_.for_each_row(std::string("SELECT ") + kOpeningForIncomeTax + " FROM " + opening_table() +
+                         where_client(std::nullopt) + kNotMarker + " ORDER BY SrNoFATR",
+                     [&, reader = opening_reader()](const Row& r) mutable {
+                         OpeningRow o = reader.read(r);
+                         o.Code_No = code_;
+                         fn(std::move(o));
+                     });
+}
+
+void RegisterStore::for_each_addition_for_income_tax(const std::function<void(AdditionRow&&)>& fn) {
+    db_.for_each_row(std::string("SELECT ") + kAdditionForIncomeTax + " FROM " + addition_table() +
+                         where_client(std::nullopt) + " ORDER BY SrNoFATR",
+                     [&, reader = addition_reader()](const Row& r) mutable {
+                         AdditionRow a = reader.read(r);
+                         a.Code_No = code_;
+                         fn(std::move(a));
+                     });
 }
 
 std::vector<OpeningRow> RegisterStore::opening_entries(std::optional<long> group) {
@@ -229,13 +275,13 @@ std::vector<AdditionRow> RegisterStore::addition_entries(std::optional<long> gro
 std::optional<OpeningRow> RegisterStore::opening_entry(long group, long serial) {
     const auto rs = db_.query("SELECT * FROM " + opening_table() + where_client(group) + " AND SrNoFATR=" + num(serial));
     if (rs.empty()) return std::nullopt;
-    return read_opening(rs.row(0));
+    return opening_reader().read(rs.row(0));
 }
 
 std::optional<AdditionRow> RegisterStore::addition_entry(long group, long serial) {
     const auto rs = db_.query("SELECT * FROM " + addition_table() + where_client(group) + " AND SrNoFATR=" + num(serial));
     if (rs.empty()) return std::nullopt;
-    return read_addition(rs.row(0));
+    return addition_reader().read(rs.row(0));
 }
 
 std::vector<long> RegisterStore::groups_with_entries() {

@@ -116,6 +116,11 @@ public:
     // Row by row, for large registers.
     void for_each_opening(std::optional<long> group, const std::function<void(OpeningRow&&)>& fn);
     void for_each_addition(std::optional<long> group, const std::function<void(AdditionRow&&)>& fn);
+    // The same rows with only what the income-tax calculation reads (serial, group,
+    // particulars, amounts, dates, rates, DetESA and OthOpts of an opening); every
+    // other field keeps its default. A large register is read in half the columns.
+    void for_each_opening_for_income_tax(const std::function<void(OpeningRow&&)>& fn);
+    void for_each_addition_for_income_tax(const std::function<void(AdditionRow&&)>& fn);
     std::optional<OpeningRow> opening_entry(long group, long serial);
     std::optional<AdditionRow> addition_entry(long group, long serial);
 

@@ -42,6 +42,28 @@ void index(Database& db, std::string_view table, std::string_view columns) {
     db.execute(sql);
 }
 
+// The register's own key: one row per client and serial (the old chart's marker row
+// included, at serial -1). A server reads a client's entries along it, in serial
+// order, without sorting and without touching other clients' rows. MariaDB uses only
+// a primary key for that (a plain index is passed over for a scan and a sort);
+// SQLite, which cannot add a primary key to a table, gets a unique index. Tables made
+// by earlier versions get the key here too; it is then the only index they need. A
+// register whose rows repeat a serial cannot take the key and keeps its plain index.
+void register_key(Database& db, const std::string& table) {
+    try {
+        if (db.backend() == Backend::mysql) {
+            if (db.query("SHOW KEYS FROM " + table + " WHERE Key_name='PRIMARY'").empty())
+                db.execute("ALTER TABLE " + table + " ADD PRIMARY KEY (Code_No, SrNoFATR)");
+            db.execute("DROP INDEX IF EXISTS ix_" + table + " ON " + table);
+        } else {
+            db.execute("Create Unique Index If Not Exists ux_" + table + " ON " + table + " (Code_No, SrNoFATR)");
+            db.execute("DROP INDEX IF EXISTS ix_" + table);
+        }
+    } catch (const DbError&) {
+        index(db, table, "Code_No, SrNoFATR");
+    }
+}
+
 std::string chart_columns(const std::string& client) {
     std::string cols = "Code_No " + client + ", FYr Int(11), Grp Int(11), Rate Double";
     for (const char* c : {"Wdv", "WdvOpHR", "Add1", "Cons1", "FullAmt", "Add2", "Cons2", "HalfAmt", "DeprF",
@@ -189,13 +211,13 @@ void create_register_tables(Database& db, int year) {
                              "RateIT Double, AddlDepRT Double, SaleDate Char(10), SaleAmt Double, "
                              "SaleExp Double, ShiftDet Text, DepFACL Double, OthOpts Text, PutDate Char(10), "
                              "AddlDepOn Double"));
-    index(db, o, "Code_No, SrNoFATR");
+    register_key(db, o);
     db.execute(create(a, "Code_No " + client + ", SrNoFATR Int(11), IdFAGM Int(11), Part " + name +
                              ", PutDate Char(10), AccDate Char(10), PurAmt Double, ExciseCr Double, "
                              "CurrDiff Double, Subsidy Double, ResValue Double, LifeYrs Double, "
                              "RateFACL Double, RateIT Double, AddlDepRT Double, SaleDate Char(10), "
                              "SaleAmt Double, SaleExp Double, ShiftDet Text, DepFACL Double, OthOpts Text"));
-    index(db, a, "Code_No, SrNoFATR");
+    register_key(db, a);
 }
 
 std::vector<std::string> fix_client_code_columns(Database& db) {

@@ -6,6 +6,8 @@
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <sstream>
+#include <string>
+#include <vector>
 
 #include "app/cli/cli.h"
 #include "support/test_databases.h"
@@ -127,6 +129,19 @@ TEST_P(ChartCli, TheBooksJsonGivesEachAssetItsFigures) {
             EXPECT_GT(a["DepAdjRemLife0_PL"].get<double>(), 0);
         }
     EXPECT_TRUE(life_over);
+}
+
+TEST_P(ChartCli, TheBooksJsonWrittenAssetByAssetIsTheWholeDocumentsOwnLayout) {
+    // The books chart is written one asset at a time; read back whole and printed the way
+    // the whole document always was, it must give the very same bytes.
+    const auto r = chart({"--books", "--json"});
+    ASSERT_EQ(r.code, 0) << r.err;
+    const auto doc = nlohmann::ordered_json::parse(r.out);
+    EXPECT_EQ(doc.dump(2) + "\n", r.out);
+    std::vector<std::string> keys;
+    for (const auto& [key, value] : doc.items()) keys.push_back(key);
+    EXPECT_EQ(keys, (std::vector<std::string>{"client", "year", "mode", "assets", "totals"}));
+    EXPECT_EQ(doc["assets"].size(), 14u);
 }
 
 TEST_P(ChartCli, TheTextChartAndThePdfComeFromTheSameCalculation) {

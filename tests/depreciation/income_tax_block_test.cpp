@@ -287,6 +287,56 @@ TEST(IncomeTaxBlock, OrdersBlocksByBlockIdAndKeepsRowsWithTheirBlock) {
     EXPECT_EQ(r.rows[2].block, 1u);
 }
 
+TEST(IncomeTaxBlock, GroupsRowsByBlockAlsoWhenTheBlocksComeInOrder) {
+    const auto r = calculate_income_tax(run_of(2017, {opening("2", 1), opening("3", 2), opening("2", 3)}));
+    ASSERT_EQ(r.rows.size(), 3u);
+    EXPECT_EQ(r.rows[0].entry, 0u);
+    EXPECT_EQ(r.rows[1].entry, 2u);
+    EXPECT_EQ(r.rows[2].entry, 1u);
+    EXPECT_EQ(r.rows[2].block, 1u);
+}
+
+TEST(IncomeTaxBlock, KeepsRowsInRegisterOrderInsideOneBlock) {
+    const auto r = calculate_income_tax(run_of(2017, {opening("3", 1), addition("3", 2, "01/05/2016"), opening("3", 3)}));
+    ASSERT_EQ(r.rows.size(), 3u);
+    for (std::size_t i = 0; i < r.rows.size(); ++i) {
+        EXPECT_EQ(r.rows[i].entry, i);
+        EXPECT_EQ(r.rows[i].block, 0u);
+    }
+}
+
+TEST(IncomeTaxBlock, ARunForTheBlocksAloneGivesTheSameBlocksAndNoRows) {
+    const std::vector<ItEntry> entries = {opening("10", 5000),
+                                          opening("3", 200000),
+                                          addition("3", 40000, "05/10/2016", 20),
+                                          sold(opening("2", 3000), 5000, "01/06/2016", 100)};
+    const auto kept = calculate_income_tax(run_of(2017, entries));
+    auto in = run_of(2017, entries);
+    in.keep_rows = false;
+    const auto alone = calculate_income_tax(in);
+    EXPECT_TRUE(alone.rows.empty());
+    EXPECT_EQ(kept.rows.size(), 4u);
+    EXPECT_FALSE(alone.no_assets);
+    ASSERT_EQ(alone.blocks.size(), kept.blocks.size());
+    for (std::size_t k = 0; k < kept.blocks.size(); ++k) {
+        EXPECT_EQ(alone.blocks[k].block_id, kept.blocks[k].block_id);
+        EXPECT_EQ(alone.blocks[k].TotDepr, kept.blocks[k].TotDepr);
+        EXPECT_EQ(alone.blocks[k].RndWdv, kept.blocks[k].RndWdv);
+        EXPECT_EQ(alone.blocks[k].profit_loss, kept.blocks[k].profit_loss);
+        EXPECT_EQ(alone.blocks[k].DeprCalcDet, kept.blocks[k].DeprCalcDet);
+    }
+    EXPECT_EQ(alone.net_capital_gain, kept.net_capital_gain);
+}
+
+TEST(IncomeTaxBlock, ARunForTheBlocksAloneStillSaysWhenNothingCounts) {
+    auto in = run_of(2017, {opening("-1", 1000)});
+    in.keep_rows = false;
+    const auto r = calculate_income_tax(in);
+    EXPECT_TRUE(r.no_assets);
+    ASSERT_EQ(r.warnings.size(), 1u);
+    EXPECT_EQ(r.warnings[0].text, "No Assets Available !");
+}
+
 TEST(IncomeTaxBlock, AnswersBlockFiguresUnderTheGridKeys) {
     const auto r =
         calculate_income_tax(run_of(2017, {opening("3", 10000), addition("3", 2000, "01/05/2016")}));

@@ -99,6 +99,39 @@ TEST_P(Calculation, AnAdditionOnTheLineTakesHalfTheRateAndOneTheDayBeforeTakesTh
     EXPECT_EQ(r.WdvCl, 111000 - 16575);
 }
 
+TEST_P(Calculation, AnAdditionPartlyDeductedKeepsItsAdditionalDepreciationAndItsBooksValue) {
+    // 1,00,000 put to use 01/06/2024 with additional depreciation at 20%; 30,000 of it
+    // deducted (a subsidy received later): the block loses 30,000 at full rate, and the
+    // asset, still held, keeps its additional depreciation on what is left of it (a sale
+    // would have taken it away).
+    const long plant = group("PLANT", "3-15", 15, 20);
+    store::AdditionRow a;
+    a.IdFAGM = plant;
+    a.Part = "Press";
+    a.PutDate = a.AccDate = "01/06/2024";
+    a.PurAmt = 100000;
+    a.AddlDepRT = 20;
+    a.LifeYrs = 15;
+    a.RateFACL = 10;
+    a.SaleDate = "01/12/2024";
+    a.SaleAmt = 30000;
+    AdditionOpts opts;
+    opts.PartDed = true;
+    a.OthOpts = opts.compose();
+    store::RegisterStore(db(), kCode, kYear).insert_addition(a);
+    run();
+    const auto& r = only_row(stored(), 3, 15);
+    EXPECT_EQ(r.DeprF, 10500);   // 70,000 x 15%
+    EXPECT_EQ(r.ADeprF, 14000);  // 70,000 x 20%
+    EXPECT_EQ(r.WdvCl, 70000 - 24500);
+    CalculationOptions keep;
+    keep.keep_entries = true;
+    const auto books = run(Mode::DEP_FA, keep);
+    ASSERT_EQ(books.books_assets.size(), 1u);
+    EXPECT_EQ(books.books_assets[0].DedAmt, 0);  // the books keep the asset whole
+    EXPECT_GT(books.books_assets[0].ClBal, 0);
+}
+
 TEST_P(Calculation, AnAdditionCountsAtItsNetAmountAfterCreditsDifferencesAndSubsidy) {
     const long plant = group("PLANT", "3-15", 15);
     store::AdditionRow a;

@@ -43,6 +43,26 @@ TEST(EntryOptions, OpeningTicksSurviveTheRoundTrip) {
     EXPECT_TRUE(back.RateDefault);
 }
 
+TEST(EntryOptions, TheWdvChoiceAloneReadsAsTheWholeParseReadsIt) {
+    for (const char* text : {"", "2015", "2015|CA|SLM", "2015|CA|SLM|N", "||WDV|Y|N|N|Y|Y|Y|Y|N|N", "|||N|",
+                             "a|b|c|dd|e|f|g|h|i|j|k|l|m|n|o|p|q|r|s"}) {
+        EXPECT_EQ(OpeningOpts::wdv_it(text), OpeningOpts::parse(text).WdvIT) << text;
+    }
+    EXPECT_EQ(OpeningOpts::wdv_it("|||N|Y"), "N");
+}
+
+TEST(EntryOptions, FieldsAfterALongListAreStillReadInPlace) {
+    const auto o = OpeningOpts::parse("2015|COST|SLM|Y|N|N|N|N|N|N|Y|Y");
+    EXPECT_EQ(o.CalcCA, "2015");
+    EXPECT_EQ(o.ResValOf, "COST");
+    EXPECT_EQ(o.MOD, "SLM");
+    EXPECT_EQ(o.WdvIT, "Y");
+    EXPECT_FALSE(o.ResDefault);
+    EXPECT_FALSE(o.AutoDepr);
+    EXPECT_TRUE(o.AddlDepOn);
+    EXPECT_TRUE(o.TotESA);
+}
+
 TEST(EntryOptions, AdditionWrittenByAnOlderCopyWithTwoFieldsReadsItsMethod) {
     const auto a = AdditionOpts::parse("SLM|NEW");
     EXPECT_EQ(a.MOD, "SLM");

@@ -74,6 +74,62 @@ TEST_P(RegisterStoreTest, RowsComeBackWithEveryColumnInPlace) {
     EXPECT_EQ(aback->OthOpts, "SLM|NEW");
 }
 
+TEST_P(RegisterStoreTest, TheIncomeTaxReadFillsWhatTheCalculationNeedsAsTheFullReadDoes) {
+    RegisterStore s(db(), "C001", 2016);
+    OpeningRow o = opening(4, "LATHE");
+    o.CostWdv = 1000.5; o.WdvIT = 700.25; o.DetESA = "X"; o.AddlDepRT = 20; o.SaleDate = "01/01/2016";
+    o.SaleAmt = 90; o.SaleExp = 9; o.OthOpts = "|COST|WDV|N"; o.PutDate = "01/04/2012"; o.AddlDepOn = 12;
+    s.insert_opening(o);
+    s.insert_opening(opening(5, "PRESS"));
+    AdditionRow a;
+    a.IdFAGM = 4; a.Part = "DRILL"; a.PutDate = "15/06/2015"; a.AccDate = "10/06/2015"; a.PurAmt = 500;
+    a.ExciseCr = 5; a.CurrDiff = 7; a.Subsidy = 20; a.AddlDepRT = 35; a.SaleDate = "02/02/2016"; a.SaleAmt = 300;
+    a.SaleExp = 3; a.OthOpts = "SLM|NEW";
+    s.insert_addition(a);
+    RegisterStore(db(), "C002", 2016).insert_opening(opening(4, "OTHER CLIENT"));
+
+    std::vector<OpeningRow> full, narrow;
+    s.for_each_opening(std::nullopt, [&](OpeningRow&& r) { full.push_back(std::move(r)); });
+    s.for_each_opening_for_income_tax([&](OpeningRow&& r) { narrow.push_back(std::move(r)); });
+    ASSERT_EQ(narrow.size(), 2u);
+    ASSERT_EQ(full.size(), 2u);
+    for (std::size_t i = 0; i < full.size(); ++i) {
+        EXPECT_EQ(narrow[i].Code_No, full[i].Code_No);
+        EXPECT_EQ(narrow[i].SrNoFATR, full[i].SrNoFATR);
+        EXPECT_EQ(narrow[i].IdFAGM, full[i].IdFAGM);
+        EXPECT_EQ(narrow[i].Part, full[i].Part);
+        EXPECT_EQ(narrow[i].WdvIT, full[i].WdvIT);
+        EXPECT_EQ(narrow[i].DetESA, full[i].DetESA);
+        EXPECT_EQ(narrow[i].AddlDepRT, full[i].AddlDepRT);
+        EXPECT_EQ(narrow[i].SaleDate, full[i].SaleDate);
+        EXPECT_EQ(narrow[i].SaleAmt, full[i].SaleAmt);
+        EXPECT_EQ(narrow[i].SaleExp, full[i].SaleExp);
+        EXPECT_EQ(narrow[i].OthOpts, full[i].OthOpts);
+        EXPECT_EQ(narrow[i].PutDate, full[i].PutDate);
+        EXPECT_EQ(narrow[i].AddlDepOn, full[i].AddlDepOn);
+    }
+    EXPECT_EQ(narrow[0].OthOpts, "|COST|WDV|N");
+    EXPECT_EQ(narrow[0].AddlDepOn, 12);
+
+    std::vector<AdditionRow> additions;
+    s.for_each_addition_for_income_tax([&](AdditionRow&& r) { additions.push_back(std::move(r)); });
+    ASSERT_EQ(additions.size(), 1u);
+    const AdditionRow& back = additions[0];
+    EXPECT_EQ(back.Code_No, "C001");
+    EXPECT_EQ(back.SrNoFATR, 1);
+    EXPECT_EQ(back.IdFAGM, 4);
+    EXPECT_EQ(back.Part, "DRILL");
+    EXPECT_EQ(back.PutDate, "15/06/2015");
+    EXPECT_EQ(back.PurAmt, 500);
+    EXPECT_EQ(back.ExciseCr, 5);
+    EXPECT_EQ(back.CurrDiff, 7);
+    EXPECT_EQ(back.Subsidy, 20);
+    EXPECT_EQ(back.AddlDepRT, 35);
+    EXPECT_EQ(back.SaleDate, "02/02/2016");
+    EXPECT_EQ(back.SaleAmt, 300);
+    EXPECT_EQ(back.SaleExp, 3);
+}
+
 TEST_P(RegisterStoreTest, UsersAddingAtTheSameTimeNeverShareASerial) {
     constexpr int kEach = 15;
     std::vector<std::unique_ptr<Database>> users;

@@ -43,39 +43,70 @@ std::string group_name(const reg::CalculationResult& run, long id) {
     return it == run.asset_groups.end() ? std::string() : it->second;
 }
 
-Json books_json(const reg::CalculationResult& run) {
-    Json assets = Json::array();
-    for (const auto& a : run.books_assets) {
-        assets.push_back({{"Entry", a.kind == depreciation::EntryKind::Opening ? "opening" : "addition"},
-                          {"SrNoFATR", a.SrNoFATR},
-                          {"IdFAGM", a.IdFAGM},
-                          {"AssetGroup", group_name(run, a.IdFAGM)},
-                          {"Particulars", a.Particulars},
-                          {"Cost", a.Cost},
-                          {"OpDep", a.OpDep},
-                          {"Opening", a.Opening},
-                          {"Addition", a.Addition},
-                          {"DedAmt", a.DedAmt},
-                          {"DepFY", a.DepFY},
-                          {"ClBal", a.ClBal},
-                          {"ProfitLoss", a.ProfitLoss},
-                          {"DepAdjRemLife0_PL", a.DepAdjRemLife0_PL},
-                          {"DepAdjRemLife0_RS", a.DepAdjRemLife0_RS},
-                          {"Rate", a.Rate},
-                          {"RemLife", a.RemLife},
-                          {"Days", a.Days}});
+Json books_asset_json(const reg::CalculationResult& run, const reg::BooksAsset& a) {
+    return {{"Entry", a.kind == depreciation::EntryKind::Opening ? "opening" : "addition"},
+            {"SrNoFATR", a.SrNoFATR},
+            {"IdFAGM", a.IdFAGM},
+            {"AssetGroup", group_name(run, a.IdFAGM)},
+            {"Particulars", a.Particulars},
+            {"Cost", a.Cost},
+            {"OpDep", a.OpDep},
+            {"Opening", a.Opening},
+            {"Addition", a.Addition},
+            {"DedAmt", a.DedAmt},
+            {"DepFY", a.DepFY},
+            {"ClBal", a.ClBal},
+            {"ProfitLoss", a.ProfitLoss},
+            {"DepAdjRemLife0_PL", a.DepAdjRemLife0_PL},
+            {"DepAdjRemLife0_RS", a.DepAdjRemLife0_RS},
+            {"Rate", a.Rate},
+            {"RemLife", a.RemLife},
+            {"Days", a.Days}};
+}
+
+// Writes `value` as dump(2) would inside a document, `depth` levels down. A dumped
+// string never holds a raw line break, so every one in the text is the layout's own.
+void write_indented(std::ostream& out, const Json& value, int depth) {
+    const std::string indent(static_cast<std::size_t>(depth) * 2, ' ');
+    const std::string text = value.dump(2);
+    std::size_t from = 0;
+    for (std::size_t nl = text.find('\n'); nl != std::string::npos; nl = text.find('\n', from)) {
+        out.write(text.data() + from, static_cast<std::streamsize>(nl + 1 - from));
+        out << indent;
+        from = nl + 1;
     }
+    out.write(text.data() + from, static_cast<std::streamsize>(text.size() - from));
+}
+
+// The books chart as dump(2) of the whole document would print it, written one asset
+// at a time: a large register never stands in memory as one JSON document.
+void write_books_json(std::ostream& out, const reg::CalculationResult& run) {
     const auto& t = run.books.totals;
-    return {{"client", run.code},
-            {"year", run.year},
-            {"mode", reg::mode_name(run.mode)},
-            {"assets", assets},
-            {"totals",
-             {{"ClBal", t.closing},
-              {"DepFY", t.depreciation},
-              {"ProfitLoss", t.profit_loss},
-              {"DepAdjRemLife0_PL", t.adj_pl},
-              {"DepAdjRemLife0_RS", t.adj_rs}}}};
+    const Json head = {{"client", run.code}, {"year", run.year}, {"mode", reg::mode_name(run.mode)}};
+    const Json totals = {{"ClBal", t.closing},
+                         {"DepFY", t.depreciation},
+                         {"ProfitLoss", t.profit_loss},
+                         {"DepAdjRemLife0_PL", t.adj_pl},
+                         {"DepAdjRemLife0_RS", t.adj_rs}};
+    out << "{";
+    for (const auto& [key, value] : head.items()) {
+        out << "\n  " << Json(key).dump() << ": ";
+        write_indented(out, value, 1);
+        out << ",";
+    }
+    out << "\n  \"assets\": [";
+    if (run.books_assets.empty()) {
+        out << "]";
+    } else {
+        for (std::size_t i = 0; i < run.books_assets.size(); ++i) {
+            out << (i ? ",\n    " : "\n    ");
+            write_indented(out, books_asset_json(run, run.books_assets[i]), 2);
+        }
+        out << "\n  ]";
+    }
+    out << ",\n  \"totals\": ";
+    write_indented(out, totals, 1);
+    out << "\n}";
 }
 
 void select_year(Context& ctx, const std::string& code, int year) {
@@ -135,7 +166,11 @@ int chart_command(Context& ctx, const std::vector<std::string>& args) {
     }
 
     if (opt.has("json")) {
-        ctx.out << (it ? income_tax_json(run) : books_json(run)).dump(2) << "\n";
+        if (it)
+            ctx.out << income_tax_json(run).dump(2);
+        else
+            write_books_json(ctx.out, run);
+        ctx.out << "\n";
         return 0;
     }
     const auto doc = reg::chart_report(run);
