@@ -1,6 +1,7 @@
 #include "register/chart_report.h"
 #include "register/frm_new_fatr.h"
 #include "register/regime_action.h"
+#include "register/transfers.h"
 #include "store/chart_store.h"
 #include "depreciation/regime_check.h"
 
@@ -87,6 +88,20 @@ void frmNewFATR::CheckConcessionalRegime(bool hand_edited) {
     }
     if (decision.question.empty() || !ui_.ask_yes_no(decision.question, MsgIcon::question, false)) return;
     remove_additional_depreciation(base, code_, year_, hand_edited);
+}
+
+void frmNewFATR::cmdTransToTB_Click() {
+    frame::guarded(comp_.log, "frmNewFATR", "cmdTransToTB_Click", [&] {
+        if (Mode_ != EntryMode::None || old_chart_) return;
+        transfer_to_trial_balance(*comp_.base, ui_, code_, year_);
+    });
+}
+
+void frmNewFATR::TransferToCapitalGains() {
+    frame::guarded(comp_.log, "frmNewFATR", "TransferToCapitalGains", [&] {
+        if (Mode_ != EntryMode::None || old_chart_) return;
+        transfer_to_capital_gains(*comp_.base, ui_, code_, year_);
+    });
 }
 
 }  // namespace brenlow::reg

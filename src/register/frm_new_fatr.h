@@ -182,6 +182,10 @@ public:
     const std::shared_ptr<const CalculationResult>& LastCalculation() const { return last_run_; }
     // Offers the previous year's closing figures as this year's opening entries.
     void CarryForward();
+    // "Transfer to Trial Balance": the books figures into the client's trial balance.
+    void cmdTransToTB_Click();
+    // The blocks that ended nil into the capital-gains records of depreciable assets.
+    void TransferToCapitalGains();
 
     // ---- What the calculation, chart and export read ----
     const std::vector<store::OpeningRow>& OpeningEntries() const { return opening_; }

@@ -91,7 +91,7 @@ const std::vector<std::string>& shared_table_names() {
         "MAST_MISCEXP", "Mast_Invest",    "Mast_Oth_Loan", "Mast_Head",  "mast_company",  "mast_fix_part",
         "mast_depmethod", "Mast_Capital", "Mast_Part",    "owner1",      "prfa",          "PRFA_Oth",
         "NewFAGM",     "NewFAMI",         "NewFAMD",      "NewITBM",     "NewCLBM",       "BlockGroup",
-        "FAPart_Master", "DeprChart",     "TmpDepChart"};
+        "FAPart_Master", "DeprChart",     "TmpDepChart", "capital_depr", "Capital"};
     return names;
 }
 
@@ -130,6 +130,13 @@ void create_shared_tables(Database& db) {
     db.execute(create("mast_depmethod", "METHOD_ID Int(11), METHOD_NM " + name));
     db.execute(create("Mast_Capital", "Particular_Id Int(11), Particular " + name));
     db.execute(create("Mast_Part", "PartId Int(11), PartNm " + name));
+    // The capital-gains records of depreciable assets, as the suite keeps them.
+    db.execute(create("capital_depr", "code_no " + client +
+                                          ", ass_year Int(11), capital_no Int(11), assets_name " + name +
+                                          ", dtsale Char(10), sales_cons Double, wdv Double, addition Double, "
+                                          "trans_expen Double, assets_trans Double, trblock Char(1)"));
+    db.execute(create("Capital", "code_no " + client + ", ass_year Int(11), Capital_no Int(11), cap_desc " + name +
+                                     ", cap_type Char(1)"));
     db.execute(create("owner1", "code_no " + client + ", code Int(11), f_nm " + name + ", m_nm " + name +
                                     ", l_nm " + name));
     db.execute(create("prfa", "code_no " + client + ", code Int(11), rcount Int(11), rat Double"));

@@ -39,6 +39,10 @@ constexpr const char* kUsage =
     "  register export FILE.json --client CODE --year YYYY\n"
     "  register import FILE.json --client CODE --year YYYY [--replace] [--yes]\n"
     "                            the year's register as a JSON document, out and back in\n"
+    "  transfer trial-balance|capital-gains --client CODE --year YYYY [--yes]\n"
+    "                            the year's results into the trial balance or the capital-gains records\n"
+    "  trial-balance --client CODE --year YYYY [--json]\n"
+    "                            the client's trial balance of the year\n"
     "  demo [--out DIR]          a demonstration client DEMO01 (F.Y. 2024-25) with both charts\n"
     "                            printed and written as PDF files into DIR\n"
     "\n"
@@ -80,6 +84,8 @@ const std::map<std::string, Handler>& commands() {
         {"chart", chart_command},
         {"demo", demo_command},
         {"register", register_command},
+        {"transfer", transfer_command},
+        {"trial-balance", trial_balance_command},
     };
     return table;
 }
@@ -129,7 +135,7 @@ int run(const std::vector<std::string>& args, std::ostream& out, std::ostream& e
         if (name == "init") out << kInitHelp;
         else if (name == "chart") out << kChartHelp;
         else if (name == "demo") out << kDemoHelp;
-        else break;  // the register and the masters print their own
+        else break;  // the others print their own
         return 0;
     }
     Context ctx{db_url, out, err};
