@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <fstream>
 
 #include <unistd.h>
 
@@ -127,6 +128,52 @@ TEST_P(TransferCli, AClientThatIsNotACompanyIsAskedOfThreeGroupsAndGetsNoResidua
     EXPECT_EQ(count("select count(*) as n from " + tab() + " where allid=" +
                     std::to_string(group("FIXED ASSETS RESIDUAL VALUE ADJUSTMENTS"))),
               0);
+}
+
+TEST_P(TransferCli, AChartEditedByHandIsTheYearsChartUntilCleared) {
+    auto r = cli({"chart", "--client", "DEMO01", "--year", "2025", "--it", "--json"});
+    ASSERT_EQ(r.code, 0) << r.err;
+    auto doc = nlohmann::json::parse(r.out);
+    auto& rows = doc["DeprChart"];
+    ASSERT_FALSE(rows.empty());
+    // The first block's normal depreciation typed lower by 1,000: its total and closing
+    // WDV follow.
+    const double depr = rows[0]["DeprF"].get<double>(), total = rows[0]["TotDep"].get<double>(),
+                 closing = rows[0]["WdvCl"].get<double>();
+    rows[0]["DeprF"] = depr - 1000;
+    rows[0]["TotDep"] = 0;  // worked out again whatever the document says
+    const auto file = (out_ / "edited.json").string();
+    std::ofstream(file) << doc.dump();
+    r = cli({"chart", "edit", file, "--client", "DEMO01", "--year", "2025"});
+    ASSERT_EQ(r.code, 0) << r.err;
+    r = cli({"chart", "--client", "DEMO01", "--year", "2025", "--it", "--json"});
+    ASSERT_EQ(r.code, 0) << r.err;
+    auto after = nlohmann::json::parse(r.out);
+    EXPECT_TRUE(after["hand_edited"].get<bool>());
+    EXPECT_DOUBLE_EQ(after["DeprChart"][0]["DeprF"].get<double>(), depr - 1000);
+    EXPECT_DOUBLE_EQ(after["DeprChart"][0]["TotDep"].get<double>(), total - 1000);
+    EXPECT_DOUBLE_EQ(after["DeprChart"][0]["WdvCl"].get<double>(), closing + 1000);
+    EXPECT_EQ(sum("select count(*) as n from DeprChart where Code_No='DEMO01'"), static_cast<double>(rows.size()));
+
+    // A row that is not a chart row is refused, naming it, and nothing changes.
+    std::ofstream(file) << R"({"DeprChart":[{"Grp":3,"Rate":15,"DeprF":"many"}]})";
+    r = cli({"chart", "edit", file, "--client", "DEMO01", "--year", "2025"});
+    EXPECT_EQ(r.code, 1);
+    EXPECT_NE(r.err.find("DeprChart row 1, field DeprF: expected a number, found \"many\""), std::string::npos)
+        << r.err;
+
+    r = cli({"chart", "edit", "--clear", "--client", "DEMO01", "--year", "2025"});
+    ASSERT_EQ(r.code, 0) << r.err;
+    r = cli({"chart", "--client", "DEMO01", "--year", "2025", "--it", "--json"});
+    EXPECT_FALSE(nlohmann::json::parse(r.out)["hand_edited"].get<bool>());
+
+    // The year gate: no chart is edited by hand for A.Y. 2026-27 on.
+    ASSERT_EQ(cli({"init", "--client", "DEMO01", "--year", "2026"}).code, 0);
+    r = cli({"chart", "edit", "--clear", "--client", "DEMO01", "--year", "2026"});
+    EXPECT_EQ(r.code, 1);
+    EXPECT_NE(r.err.find("Not Available as ITR Forms for A.Y. 2026-27 have not been notified yet."),
+              std::string::npos)
+        << r.err;
 }
 
 BRENLOW_INSTANTIATE_BACKENDS(TransferCli);

@@ -1,13 +1,16 @@
 // brenlow chart: runs the calculation of a client's year, as the register's calculate
 // button does, and prints the chart as text, as JSON, or into a PDF file.
 
+#include <fstream>
 #include <nlohmann/json.hpp>
+#include <sstream>
 
 #include "app/cli/commands.h"
 #include "app/cli/options.h"
 #include "controls/cli_ui.h"
 #include "register/calculation.h"
 #include "register/chart_report.h"
+#include "register/hand_edited_chart.h"
 #include "register/regime_action.h"
 #include "suite/report.h"
 
@@ -138,10 +141,91 @@ bool concessional_regime(Context& ctx, const Options& opt, const reg::Calculatio
     return true;
 }
 
+// brenlow chart edit FILE.json | --clear: the hand-edited chart of the year, from a
+// document shaped like the DeprChart of `chart --it --json` (TotDep and WdvCl are
+// worked out from each row's own amounts).
+int edit_chart(Context& ctx, const Options& opt) {
+    opt.reject_unknown({"client", "year", "clear"});
+    const std::string code = opt.client();
+    const int year = opt.require_int("year", 1990, 2099);
+    select_year(ctx, code, year);
+    if (opt.has("clear")) {
+        if (opt.positional().size() != 1) throw UsageError("chart edit --clear takes no file.");
+        if (const auto refused = reg::clear_hand_edited_chart(ctx.base(), code, year)) {
+            ctx.err << *refused << "\n";
+            return 1;
+        }
+        ctx.out << "The hand-edited chart of F.Y. " << fy_text(year) << " was removed.\n";
+        return 0;
+    }
+    if (opt.positional().size() != 2) throw UsageError("chart edit takes one file (or --clear).");
+    const std::string file = opt.positional()[1];
+    std::ifstream in(file, std::ios::binary);
+    if (!in) throw UsageError("cannot read " + file + ".");
+    std::ostringstream text;
+    text << in.rdbuf();
+    nlohmann::json doc;
+    try {
+        doc = nlohmann::json::parse(text.str());
+    } catch (const nlohmann::json::exception&) {
+        throw UsageError(file + " is not a JSON document.");
+    }
+    const nlohmann::json* rows = doc.is_array() ? &doc : (doc.is_object() && doc.contains("DeprChart") ? &doc["DeprChart"] : nullptr);
+    if (!rows || !rows->is_array()) throw UsageError(file + ": expected a list of chart rows under \"DeprChart\".");
+    std::vector<depreciation::ChartRow> chart;
+    std::vector<std::string> errors;
+    for (std::size_t i = 0; i < rows->size(); ++i) {
+        const auto& row = (*rows)[i];
+        const std::string where = "DeprChart row " + std::to_string(i + 1);
+        if (!row.is_object()) {
+            errors.push_back(where + ": expected an object of columns");
+            continue;
+        }
+        depreciation::ChartRow r;
+        const auto number = [&](const char* name, double& to) {
+            const auto it = row.find(name);
+            if (it == row.end() || it->is_null()) return;
+            if (!it->is_number()) {
+                errors.push_back(where + ", field " + name + ": expected a number, found " + it->dump());
+                return;
+            }
+            to = it->get<double>();
+        };
+        double grp = 0;
+        number("Grp", grp);
+        r.Grp = static_cast<int>(grp);
+        if (grp != r.Grp || r.Grp < 1 || r.Grp > 6) errors.push_back(where + ", field Grp: expected a block group 1 to 6");
+        for (const auto& [name, field] : std::initializer_list<std::pair<const char*, double depreciation::ChartRow::*>>{
+                 {"Rate", &depreciation::ChartRow::Rate},       {"Wdv", &depreciation::ChartRow::Wdv},
+                 {"WdvOpHR", &depreciation::ChartRow::WdvOpHR}, {"Add1", &depreciation::ChartRow::Add1},
+                 {"Cons1", &depreciation::ChartRow::Cons1},     {"FullAmt", &depreciation::ChartRow::FullAmt},
+                 {"Add2", &depreciation::ChartRow::Add2},       {"Cons2", &depreciation::ChartRow::Cons2},
+                 {"HalfAmt", &depreciation::ChartRow::HalfAmt}, {"DeprF", &depreciation::ChartRow::DeprF},
+                 {"DeprH", &depreciation::ChartRow::DeprH},     {"ADeprF", &depreciation::ChartRow::ADeprF},
+                 {"ADeprH", &depreciation::ChartRow::ADeprH},   {"ADeprOpH", &depreciation::ChartRow::ADeprOpH},
+                 {"Dep38", &depreciation::ChartRow::Dep38},     {"PropDep", &depreciation::ChartRow::PropDep},
+                 {"Exp", &depreciation::ChartRow::Exp},         {"CG", &depreciation::ChartRow::CG}})
+            number(name, r.*field);
+        chart.push_back(r);
+    }
+    if (!errors.empty()) {
+        for (const auto& e : errors) ctx.err << file << ": " << e << "\n";
+        ctx.err << "Nothing was saved.\n";
+        return 1;
+    }
+    if (const auto refused = reg::save_hand_edited_chart(ctx.base(), code, year, std::move(chart))) {
+        ctx.err << *refused << "\n";
+        return 1;
+    }
+    ctx.out << "The hand-edited chart of F.Y. " << fy_text(year) << " was saved (" << rows->size() << " rows).\n";
+    return 0;
+}
+
 }  // namespace
 
 int chart_command(Context& ctx, const std::vector<std::string>& args) {
-    const Options opt(args, {"it", "books", "json", "yes", "no"});
+    const Options opt(args, {"it", "books", "json", "yes", "no", "clear"});
+    if (!opt.positional().empty() && opt.positional()[0] == "edit") return edit_chart(ctx, opt);
     opt.reject_unknown({"client", "year", "it", "books", "json", "pdf", "yes", "no"});
     if (opt.has("yes") && opt.has("no")) throw UsageError("--yes and --no do not go together.");
     const std::string code = opt.client();

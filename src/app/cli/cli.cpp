@@ -68,6 +68,12 @@ constexpr const char* kChartHelp =
     "  --books   the books chart by asset, as per the Companies Act\n"
     "  --json    the chart as JSON; --pdf FILE the printed chart as a PDF file\n"
     "  --yes/--no  answer the question on additional depreciation under a concessional regime\n"
+    "\n"
+    "       brenlow [--db URL] chart edit FILE.json --client CODE --year YYYY\n"
+    "       brenlow [--db URL] chart edit --clear --client CODE --year YYYY\n"
+    "  edit      saves the year's income-tax chart edited by hand (rows shaped like the DeprChart of\n"
+    "            chart --it --json; TotDep and WdvCl follow each row's amounts); the return forms and\n"
+    "            chart --it then show it; --clear goes back to the built chart\n"
     "Example: brenlow chart --client ACME --year 2025 --it --pdf acme-2025.pdf\n";
 constexpr const char* kDemoHelp =
     "Usage: brenlow [--db URL] demo [--out DIR]\n"
