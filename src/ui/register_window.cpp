@@ -26,6 +26,18 @@ namespace {
 using S = reg::frmNewFATR;
 
 QString q(const std::string& s) { return QString::fromStdString(s); }
+
+// The Ui is made before the screen that holds on to it.
+struct OwnUi {
+    explicit OwnUi(QWidget* host) : own_ui(host) {}
+    QtUi own_ui;
+};
+
+class DesktopRegisterScreen : private OwnUi, public S {
+public:
+    DesktopRegisterScreen(frame::Component& component, QWidget* host) : OwnUi(host), S(component, own_ui) {}
+    QtUi& window_ui() { return own_ui; }
+};
 std::string s(const QString& t) { return t.toStdString(); }
 
 QLabel* heading(const QString& text, QWidget* parent) {
@@ -43,6 +55,7 @@ RegisterWindow::RegisterWindow(frame::Component& component, QWidget* parent)
 
 RegisterWindow::RegisterWindow(std::shared_ptr<S> screen, frame::Component& component, QWidget* parent)
     : QWidget(parent), ui_(this), component_(component), screen_(std::move(screen)) {
+    if (auto* own = dynamic_cast<DesktopRegisterScreen*>(screen_.get())) own->window_ui().set_window(this);
     if (screen_->Year() == 0) screen_->Form_Load();
     build();
 }
@@ -250,10 +263,10 @@ QWidget* RegisterWindow::build_browse() {
 
     // The options that ask nothing before they change.
     auto* others = new QHBoxLayout;
-    const auto tick = [&](const CheckBox& state, QCheckBox*& box, void (S::*event)()) {
+    const auto tick = [&](const CheckBox& state, QCheckBox*& box, void (S::*click)()) {
         box = new QCheckBox(q(state.Caption), browse_);
         others->addWidget(box);
-        connect(box, &QCheckBox::clicked, this, [this, event] { run([&] { (screen_.get()->*event)(); }); });
+        connect(box, &QCheckBox::clicked, this, [this, click] { run([&] { (screen_.get()->*click)(); }); });
     };
     tick(screen_->chkFASchBooks, chkFASchBooks_, &S::chkFASchBooks_Click);
     tick(screen_->chkRndFA, chkRndFA_, &S::chkRndFA_Click);
@@ -664,6 +677,10 @@ void RegisterWindow::refresh() {
         sc.FocusIndex = -1;
     }
     refreshing_ = false;
+}
+
+std::shared_ptr<reg::frmNewFATR> make_register_screen(frame::Component& component, QWidget* host) {
+    return std::make_shared<DesktopRegisterScreen>(component, host);
 }
 
 QWidget* make_register_window(frame::Component& component, QWidget* parent) {

@@ -124,6 +124,11 @@ private:
     int vsS_row_ = -1;
 };
 
+// A register screen that speaks through a Ui of its own; the window that shows it
+// takes that Ui over, so the screen's boxes belong to that window and Back closes
+// that window only.
+std::shared_ptr<reg::frmNewFATR> make_register_screen(frame::Component& component, QWidget* host);
+
 // The register window for the host's menu: a new screen on the component's open
 // client and year.
 QWidget* make_register_window(frame::Component& component, QWidget* parent);
