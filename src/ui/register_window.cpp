@@ -48,44 +48,19 @@ QLabel* heading(const QString& text, QWidget* parent) {
 }  // namespace
 
 RegisterWindow::RegisterWindow(frame::Component& component, QWidget* parent)
-    : QWidget(parent), ui_(this), component_(component), screen_(std::make_shared<S>(component, ui_)) {
+    : ScreenWindow(parent), component_(component), screen_(std::make_shared<S>(component, ui())) {
     screen_->Form_Load();
     build();
 }
 
 RegisterWindow::RegisterWindow(std::shared_ptr<S> screen, frame::Component& component, QWidget* parent)
-    : QWidget(parent), ui_(this), component_(component), screen_(std::move(screen)) {
+    : ScreenWindow(parent), component_(component), screen_(std::move(screen)) {
     if (auto* own = dynamic_cast<DesktopRegisterScreen*>(screen_.get())) own->window_ui().set_window(this);
     if (screen_->Year() == 0) screen_->Form_Load();
     build();
 }
 
-RegisterWindow::~RegisterWindow() {
-    // The grid views go first: their models hold on to the screen's grids.
-    for (GridView* view : findChildren<GridView*>()) delete view;
-}
-
-void RegisterWindow::run(const std::function<void()>& event) {
-    if (refreshing_) return;
-    take_input();
-    event();
-    refresh();
-}
-
-QPushButton* RegisterWindow::button(const QString& caption, const std::function<void()>& event, QWidget* parent) {
-    auto* b = new QPushButton(caption, parent);
-    b->setAutoDefault(false);
-    connect(b, &QPushButton::clicked, this, [this, event] { run(event); });
-    return b;
-}
-
-VTxtEdit* RegisterWindow::field(vTXT& model, QWidget* parent) {
-    auto* edit = new VTxtEdit(ui_, parent);
-    edit->field().read_properties(model.properties());
-    edit->set_MaxLength(model.MaxLength());
-    // Enter moves on by itself, as Tab does; the leave-field check runs on the way out.
-    return edit;
-}
+RegisterWindow::~RegisterWindow() { drop_grid_views(); }
 
 // The screen's leave-field check when the focus goes; a refusal brings it back.
 void RegisterWindow::bind_leave(VTxtEdit* edit, const std::function<bool()>& check) {
@@ -111,22 +86,6 @@ void RegisterWindow::bind_change(VTxtEdit* edit, const std::function<void()>& ch
             edit->setCursorPosition(caret);
         }
     });
-}
-
-GridView* RegisterWindow::grid(Grid& g, int* row, QWidget* parent) {
-    auto* view = new GridView(parent);
-    view->show_grid(g);
-    view->setSelectionBehavior(QAbstractItemView::SelectRows);
-    view->setSelectionMode(QAbstractItemView::SingleSelection);
-    if (row) {
-        view->setEditTriggers(QAbstractItemView::NoEditTriggers);
-        connect(view->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
-                [this, view, row](const QModelIndex& current) {
-                    if (refreshing_ || !current.isValid()) return;
-                    *row = view->grid_model()->grid_row(current.row());
-                });
-    }
-    return view;
 }
 
 void RegisterWindow::show_calculation() {
@@ -172,14 +131,16 @@ void RegisterWindow::build() {
     entry_layout->setContentsMargins(0, 0, 0, 0);
     auto* top = new QHBoxLayout;
     group_ = new QComboBox(entry_);
+    group_->setObjectName("txtAssetGroup");
     for (const auto& g : screen_->AssetGroups()) group_->addItem(q(g.Part), static_cast<qlonglong>(g.SrNoFAGM));
     group_->setPlaceholderText("(Select)");
     connect(group_, &QComboBox::activated, this, [this](int i) {
         const long id = group_->itemData(i).toLongLong();
+        // The focus stays: a letter typed picks a group, Enter or Tab moves on.
         run([&] { screen_->SelectAssetGroup(id); });
-        focusNextChild();
     });
-    txtPart_ = field(screen_->txtPart, entry_);
+    txtPart_ = entry_field(screen_->txtPart, entry_);
+    txtPart_->setObjectName("txtPart");
     lblGroupInfo_ = new QLabel(entry_);
     top->addWidget(new QLabel("Asset &Group", entry_));
     top->addWidget(group_, 1);
@@ -293,7 +254,7 @@ QWidget* RegisterWindow::build_browse() {
             line->addWidget(b);
         }
         layout->addLayout(line);
-        view = grid(g, row, browse_);
+        view = grid_view(g, row, browse_);
         view->setObjectName(opening ? "vsO" : "vsA");
         connect(view, &QAbstractItemView::doubleClicked, this, [this, edit] { run(edit); });
         layout->addWidget(view, 1);
@@ -347,7 +308,7 @@ QWidget* RegisterWindow::build_opening_frame() {
     lblfieldsO_.resize(S::O_Count);
     chkfieldsO_.resize(S::O_Count, nullptr);
     for (int i = 0; i < S::O_Count; ++i) {
-        txtfieldsO_[i] = field(screen_->txtfieldsO[i], frame);
+        txtfieldsO_[i] = entry_field(screen_->txtfieldsO[i], frame);
         lblfieldsO_[i] = new QLabel(frame);
         lblfieldsO_[i]->setBuddy(txtfieldsO_[i]);
         bind_leave(txtfieldsO_[i], [this, i] { return screen_->txtfieldsO_Validate(i); });
@@ -370,7 +331,7 @@ QWidget* RegisterWindow::build_opening_frame() {
     row(S::O_OpDepr);
     cboCalcCA_ = new QComboBox(frame);
     connect(cboCalcCA_, &QComboBox::activated, this, [this](int i) { run([&] { screen_->cboCalcCA_Click(i); }); });
-    txtCalcCA_ = field(screen_->txtCalcCA, frame);
+    txtCalcCA_ = entry_field(screen_->txtCalcCA, frame);
     bind_change(txtCalcCA_, [this] { screen_->txtfieldsO_Change(S::O_CostWdv); });
     layout->addWidget(new QLabel(q(screen_->lblCalcCA), frame), r, 0);
     layout->addWidget(cboCalcCA_, r, 1);
@@ -410,7 +371,7 @@ QWidget* RegisterWindow::build_opening_frame() {
     lblfieldsO_[S::O_AddlDepOn]->hide();
     layout->addWidget(heading("Adjustment on Account of Excess Sale/Deduction of Other Assets in Block (if any) in "
                               "Earlier Years", frame), r++, 0, 1, 3);
-    vsESA_ = grid(screen_->vsESA, &vsESA_row_, frame);
+    vsESA_ = grid_view(screen_->vsESA, &vsESA_row_, frame);
     vsESA_->setMinimumHeight(90);
     layout->addWidget(vsESA_, r++, 0, 1, 3);
     auto* esa = new QHBoxLayout;
@@ -430,13 +391,13 @@ QWidget* RegisterWindow::build_opening_frame() {
     // The amount to be adjusted is changed in place, within the row's excess.
     connect(vsESA_, &QAbstractItemView::doubleClicked, this, [this](const QModelIndex& index) {
         const int grid_row = vsESA_->grid_model()->grid_row(index.row());
-        const auto typed = ui_.input_box("Amount To be Adjusted", "Adjustment",
+        const auto typed = ui().input_box("Amount To be Adjusted", "Adjustment",
                                          screen_->vsESA.display_text(grid_row, 5));
         if (typed) run([&] { screen_->vsESA_ValidateEdit(grid_row, *typed); });
     });
     chkTotESA_ = new QCheckBox("Gross", frame);
     connect(chkTotESA_, &QCheckBox::clicked, this, [this] { run([&] { screen_->chkTotESA_Click(); }); });
-    txtTotESA_ = field(screen_->txtTotESA, frame);
+    txtTotESA_ = entry_field(screen_->txtTotESA, frame);
     bind_leave(txtTotESA_, [this] { screen_->txtTotESA_Validate(); return true; });
     layout->addWidget(chkTotESA_, r, 0);
     layout->addWidget(txtTotESA_, r++, 1);
@@ -451,7 +412,7 @@ QWidget* RegisterWindow::build_addition_frame() {
     lblfieldsA_.resize(S::A_Count);
     chkfieldsA_.resize(S::A_Count, nullptr);
     for (int i = 0; i < S::A_Count; ++i) {
-        txtfieldsA_[i] = field(screen_->txtfieldsA[i], frame);
+        txtfieldsA_[i] = entry_field(screen_->txtfieldsA[i], frame);
         lblfieldsA_[i] = new QLabel(frame);
         lblfieldsA_[i]->setBuddy(txtfieldsA_[i]);
         bind_leave(txtfieldsA_[i], [this, i] { return screen_->txtfieldsA_Validate(i); });
@@ -507,7 +468,7 @@ QWidget* RegisterWindow::build_sale_frame() {
     auto* form = new QFormLayout(sale);
     txtfieldsD_.resize(S::D_Count);
     for (int i = 0; i < S::D_Count; ++i) {
-        txtfieldsD_[i] = field(screen_->txtfieldsD[i], sale);
+        txtfieldsD_[i] = entry_field(screen_->txtfieldsD[i], sale);
         bind_leave(txtfieldsD_[i], [this, i] { return screen_->txtfieldsD_Validate(i); });
         form->addRow(q(screen_->lblfieldsD[i]), txtfieldsD_[i]);
     }
@@ -539,7 +500,7 @@ QWidget* RegisterWindow::build_sale_frame() {
     auto* depr_layout = new QFormLayout(depr);
     chkAutoCalcDeprCL_ = new QCheckBox(q(screen_->chkAutoCalcDeprCL.Caption), depr);
     connect(chkAutoCalcDeprCL_, &QCheckBox::clicked, this, [this] { run([&] { screen_->chkAutoCalcDeprCL_Click(); }); });
-    txtAutoCalcDeprCL_ = field(screen_->txtAutoCalcDeprCL, depr);
+    txtAutoCalcDeprCL_ = entry_field(screen_->txtAutoCalcDeprCL, depr);
     lblDaysDeprCL_ = new QLabel(depr);
     depr_layout->addRow(chkAutoCalcDeprCL_, txtAutoCalcDeprCL_);
     depr_layout->addRow("Days", lblDaysDeprCL_);
@@ -550,8 +511,9 @@ QWidget* RegisterWindow::build_sale_frame() {
 
 void RegisterWindow::take_input() {
     auto& sc = *screen_;
+    // A field the person cannot type into keeps the screen's text.
     const auto take = [](const VTxtEdit* e, vTXT& f) {
-        if (e && e->isEnabled()) f.set_text(e->text().toLatin1().toStdString());
+        if (e && e->isEnabled()) take_field(e, f);
     };
     take(txtPart_, sc.txtPart);
     for (int i = 0; i < S::O_Count; ++i) take(txtfieldsO_[i], sc.txtfieldsO[i]);
@@ -562,28 +524,11 @@ void RegisterWindow::take_input() {
     take(txtAutoCalcDeprCL_, sc.txtAutoCalcDeprCL);
 }
 
-void RegisterWindow::show_combo(QComboBox* box, const brenlow::ComboBox& combo) {
-    QStringList texts;
-    for (const auto& item : combo.List.items()) texts << q(item.text);
-    QStringList shown;
-    for (int i = 0; i < box->count(); ++i) shown << box->itemText(i);
-    if (shown != texts) {
-        box->clear();
-        box->addItems(texts);
-    }
-    box->setCurrentIndex(combo.ListIndex);
-    box->setEnabled(combo.Enabled);
-}
-
 void RegisterWindow::refresh() {
     refreshing_ = true;
     auto& sc = *screen_;
     const bool entering = sc.Entering();
-    const auto show = [](VTxtEdit* e, const vTXT& f, bool enabled) {
-        const QString t = QString::fromLatin1(f.text().data(), static_cast<qsizetype>(f.text().size()));
-        if (e->text() != t) e->setText(t);
-        e->setEnabled(enabled);
-    };
+    const auto show = &ScreenWindow::show_field;
     setWindowTitle(q(sc.Caption()));
     browse_->setEnabled(!entering);
     for (const auto& [b, state] : browse_buttons_) b->setEnabled(state->Enabled);

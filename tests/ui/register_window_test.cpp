@@ -5,12 +5,14 @@
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QElapsedTimer>
 #include <QMessageBox>
 #include <QTimer>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTest>
+#include <QWheelEvent>
 #include <filesystem>
 
 #include "register/frm_new_fatr.h"
@@ -87,6 +89,22 @@ protected:
         for (auto* b : w.findChildren<QPushButton*>())
             if (b->text() == caption && b->isVisible()) return b;
         return nullptr;
+    }
+
+    // The keys go to whichever control has the focus, as they do for a person.
+    static void keys(const QString& text) { QTest::keyClicks(QApplication::focusWidget(), text); }
+    static void key(Qt::Key k, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        QTest::keyClick(QApplication::focusWidget(), k, modifiers);
+        QApplication::processEvents();
+    }
+    static QWidget* focused() { return QApplication::focusWidget(); }
+    // A button's mnemonic clicks it a moment later, as a person sees it pressed.
+    static void press_mnemonic(Qt::Key k, QWidget* frame) {
+        key(k, Qt::AltModifier);
+        for (int i = 0; i < 100 && frame->isVisible(); ++i) QTest::qWait(20);
+        // The boxes that came up have gone; the window is the active one again.
+        frame->window()->activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(frame->window()));
     }
 
     QObject watcher_;
@@ -196,6 +214,116 @@ TEST_P(RegisterWindowTest, RoundingTickRewritesTheOptionsRow) {
     QTest::mouseClick(rounding, Qt::LeftButton);
     EXPECT_EQ(db().query("SELECT MiscInf FROM NewFAMI").first("MiscInf").as_text(), "WDV|N|Y|Y|0|0|COST|0|W|N|0");
     EXPECT_TRUE(rounding->isChecked());
+}
+
+TEST_P(RegisterWindowTest, OpeningAndAdditionEnteredFromTheKeyboardAlone) {
+    RegisterWindow window(component_);
+    window.show();
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    answer_boxes();
+    auto& screen = window.screen();
+    std::vector<QPushButton*> adds;
+    for (auto* b : window.findChildren<QPushButton*>())
+        if (b->text() == "&Add") adds.push_back(b);
+    ASSERT_EQ(adds.size(), 2u);
+
+    // Opening asset: the Add button, the group by its first letter, then Tab down the frame.
+    adds[0]->setFocus();
+    key(Qt::Key_Space);
+    ASSERT_TRUE(window.findChild<QWidget*>("famEditO")->isVisible());
+    ASSERT_NE(qobject_cast<QComboBox*>(focused()), nullptr);
+    keys("P");
+    EXPECT_EQ(screen.txtAssetGroup.Id, 1);
+    key(Qt::Key_Tab);
+    keys("boring machine");
+    ASSERT_NE(qobject_cast<VTxtEdit*>(focused()), nullptr);
+    EXPECT_EQ(qobject_cast<VTxtEdit*>(focused())->text(), "BORING MACHINE");
+    key(Qt::Key_Tab);
+    keys("01/04/2019");
+    key(Qt::Key_Tab);
+    keys("200000");
+    key(Qt::Key_Return);
+    keys("12000");
+    key(Qt::Key_Return);
+    EXPECT_EQ(screen.txtfieldsO[S::O_PutDate].text(), "01/04/2019");
+    EXPECT_EQ(screen.txtfieldsO[S::O_CostWdv].text(), "200000.00");
+    EXPECT_EQ(screen.txtfieldsO[S::O_OpDepr].text(), "12000.00");
+    press_mnemonic(Qt::Key_U, window.findChild<QWidget*>("famEditO"));
+    EXPECT_FALSE(window.findChild<QWidget*>("famEditO")->isVisible());
+    auto* vsO = window.findChild<GridView*>("vsO");
+    ASSERT_EQ(vsO->model()->rowCount(), 1);
+    EXPECT_EQ(vsO->model()->index(0, 3).data().toString(), "BORING MACHINE");
+
+    // Addition: the same from its own Add button.
+    adds[1]->setFocus();
+    key(Qt::Key_Space);
+    ASSERT_TRUE(window.findChild<QWidget*>("famEditA")->isVisible());
+    // A letter typed soon after another continues the same search; a person pauses here.
+    QTest::qWait(QApplication::keyboardInputInterval() + 100);
+    keys("P");
+    EXPECT_EQ(screen.txtAssetGroup.Id, 1);
+    key(Qt::Key_Tab);
+    keys("compressor");
+    key(Qt::Key_Tab);
+    keys("15/07/2024");
+    key(Qt::Key_Return);
+    keys("10/07/2024");
+    key(Qt::Key_Return);
+    keys("85000");
+    key(Qt::Key_Return);
+    EXPECT_EQ(screen.txtfieldsA[S::A_PutDate].text(), "15/07/2024");
+    EXPECT_EQ(screen.txtfieldsA[S::A_AccDate].text(), "10/07/2024");
+    EXPECT_EQ(screen.txtfieldsA[S::A_PurAmt].text(), "85000.00");
+    press_mnemonic(Qt::Key_U, window.findChild<QWidget*>("famEditA"));
+    EXPECT_EQ(shown_, (std::vector<std::string>{"Auto Calculated Rate is 25.89% !", "Auto Calculated Rate is 18.10% !"}));
+    EXPECT_FALSE(window.findChild<QWidget*>("famEditA")->isVisible());
+    auto* vsA = window.findChild<GridView*>("vsA");
+    ASSERT_EQ(vsA->model()->rowCount(), 1);
+    EXPECT_EQ(vsA->model()->index(0, 3).data().toString(), "COMPRESSOR");
+    EXPECT_EQ(db().query("SELECT COUNT(*) AS n FROM NewFATRa2025").first("n").as_int(), 1);
+}
+
+TEST_P(RegisterWindowTest, TheWheelOverAComboWithoutFocusChangesNothing) {
+    fill_register();
+    RegisterWindow window(component_);
+    window.resize(1280, 800);
+    window.show();
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    answer_boxes();
+    auto& screen = window.screen();
+    const auto state = [&] {
+        std::vector<int> out{static_cast<int>(screen.txtAssetGroup.Id), screen.cboCalcCA.ListIndex,
+                             screen.cboMODo.ListIndex, screen.cboResValOfO.ListIndex, screen.cboMODa.ListIndex,
+                             screen.cboRndAddRtAuto.ListIndex};
+        for (auto* box : window.findChildren<QComboBox*>()) out.push_back(box->currentIndex());
+        return out;
+    };
+    for (const auto& open : std::vector<std::function<void()>>{[&] { screen.cmdAddO_Click(); },
+                                                                [&] { screen.cmdAddA_Click(); }}) {
+        window.run(open);
+        window.run([&] { screen.SelectAssetGroup(1); });
+        QApplication::processEvents();
+        window.findChild<VTxtEdit*>("txtPart")->setFocus();
+        const auto before = state();
+        int rolled = 0;
+        for (auto* box : window.findChildren<QComboBox*>()) {
+            if (!box->isVisible() || !box->isEnabled() || box->count() < 2) continue;
+            EXPECT_FALSE(box->hasFocus());
+            for (int delta : {-120, 120, -120, -120}) {
+                const QPointF at(box->width() / 2.0, box->height() / 2.0);
+                QWheelEvent wheel(at, box->mapToGlobal(at), QPoint(), QPoint(0, delta), Qt::NoButton, Qt::NoModifier,
+                                  Qt::NoScrollPhase, false);
+                QApplication::sendEvent(box, &wheel);
+            }
+            ++rolled;
+        }
+        QApplication::processEvents();
+        EXPECT_GE(rolled, 3);
+        EXPECT_EQ(state(), before);
+        window.run([&] { screen.cmdCancel_Click(); });
+    }
 }
 
 TEST(RegisterWindowLarge, GridOfAHundredThousandEntriesScrollsToItsEnd) {
