@@ -11,7 +11,9 @@
 #include <QFormLayout>
 #include <QGridLayout>
 #include <QHBoxLayout>
+#include <QHeaderView>
 #include <QItemSelectionModel>
+#include <QScrollBar>
 #include <QScrollArea>
 #include <QSplitter>
 #include <QTimer>
@@ -142,7 +144,9 @@ void RegisterWindow::build() {
     txtPart_ = entry_field(screen_->txtPart, entry_);
     txtPart_->setObjectName("txtPart");
     lblGroupInfo_ = new QLabel(entry_);
-    top->addWidget(new QLabel("Asset &Group", entry_));
+    auto* group_label = new QLabel("Asset &Group", entry_);
+    group_label->setBuddy(group_);
+    top->addWidget(group_label);
     top->addWidget(group_, 1);
     top->addWidget(new QLabel("Particulars", entry_));
     top->addWidget(txtPart_, 2);
@@ -157,17 +161,23 @@ void RegisterWindow::build() {
     frames->addWidget(famEditA_, 3);
     frames->addWidget(build_sale_frame(), 2);
     entry_layout->addLayout(frames);
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch(1);
-    buttons->addWidget(button("&Update", [this] { screen_->cmdUpdate_Click(); }, entry_));
-    buttons->addWidget(button("&Cancel", [this] { screen_->cmdCancel_Click(); }, entry_));
-    buttons->addWidget(button("Manage Asset &Group Master", [this] { screen_->cmdAssetGroup_Click(); }, entry_));
-    entry_layout->addLayout(buttons);
     scroll_ = new QScrollArea(this);
     scroll_->setWidget(entry_);
     scroll_->setWidgetResizable(true);
     scroll_->setFrameShape(QFrame::NoFrame);
-    splitter->addWidget(scroll_);
+    // The frames scroll; Update and Cancel stay in sight below them.
+    entry_box_ = new QWidget(this);
+    auto* box_layout = new QVBoxLayout(entry_box_);
+    box_layout->setContentsMargins(0, 0, 0, 0);
+    box_layout->addWidget(scroll_, 1);
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch(1);
+    buttons->addWidget(button("&Update", [this] { screen_->cmdUpdate_Click(); }, entry_box_));
+    buttons->addWidget(button("&Cancel", [this] { screen_->cmdCancel_Click(); }, entry_box_));
+    buttons->addWidget(
+        button("Manage Asset Group &Master", [this] { screen_->cmdAssetGroup_Click(); }, entry_box_));
+    box_layout->addLayout(buttons);
+    splitter->addWidget(entry_box_);
     // The latest calculation as text: the sheet, the block-wise summary and the chart.
     calculation_ = new QPlainTextEdit(this);
     calculation_->setObjectName("calculation");
@@ -191,7 +201,9 @@ QWidget* RegisterWindow::build_browse() {
     auto* options = new QHBoxLayout;
     cboFAGM_ = new QComboBox(browse_);
     connect(cboFAGM_, &QComboBox::activated, this, [this](int i) { run([&] { screen_->cboFAGM_Click(i); }); });
-    options->addWidget(new QLabel("Asset &Group", browse_));
+    auto* filter_label = new QLabel("Asset &Group", browse_);
+    filter_label->setBuddy(cboFAGM_);
+    options->addWidget(filter_label);
     options->addWidget(cboFAGM_, 1);
     auto* mod = new QGroupBox("Method of Depreciation", browse_);
     auto* mod_layout = new QHBoxLayout(mod);
@@ -255,6 +267,10 @@ QWidget* RegisterWindow::build_browse() {
         }
         layout->addLayout(line);
         view = grid_view(g, row, browse_);
+        // Three rows stay in sight while an entry frame is open.
+        view->setMinimumHeight(view->horizontalHeader()->sizeHint().height() +
+                               3 * view->verticalHeader()->defaultSectionSize() +
+                               view->horizontalScrollBar()->sizeHint().height() + 2 * view->frameWidth());
         view->setObjectName(opening ? "vsO" : "vsA");
         connect(view, &QAbstractItemView::doubleClicked, this, [this, edit] { run(edit); });
         layout->addWidget(view, 1);
@@ -333,7 +349,9 @@ QWidget* RegisterWindow::build_opening_frame() {
     connect(cboCalcCA_, &QComboBox::activated, this, [this](int i) { run([&] { screen_->cboCalcCA_Click(i); }); });
     txtCalcCA_ = entry_field(screen_->txtCalcCA, frame);
     bind_change(txtCalcCA_, [this] { screen_->txtfieldsO_Change(S::O_CostWdv); });
-    layout->addWidget(new QLabel(q(screen_->lblCalcCA), frame), r, 0);
+    auto* calc_ca_label = new QLabel(q(screen_->lblCalcCA), frame);
+    calc_ca_label->setWordWrap(true);
+    layout->addWidget(calc_ca_label, r, 0);
     layout->addWidget(cboCalcCA_, r, 1);
     layout->addWidget(txtCalcCA_, r++, 2);
     row(S::O_ResValue);
@@ -532,13 +550,13 @@ void RegisterWindow::refresh() {
     setWindowTitle(q(sc.Caption()));
     browse_->setEnabled(!entering);
     for (const auto& [b, state] : browse_buttons_) b->setEnabled(state->Enabled);
-    if (entering && !scroll_->isVisible()) {
+    if (entering && !entry_box_->isVisible()) {
         // The entry frame takes the larger part of the window while it is open.
-        scroll_->setVisible(true);
+        entry_box_->setVisible(true);
         const int h = std::max(splitter_->height(), 600);
         splitter_->setSizes({h * 2 / 5, h * 3 / 5});
     } else if (!entering) {
-        scroll_->setVisible(false);
+        entry_box_->setVisible(false);
     }
     famEditO_->setVisible(sc.famEditO_Visible);
     famEditA_->setVisible(sc.famEditA_Visible);

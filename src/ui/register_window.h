@@ -77,6 +77,7 @@ private:
     // Entry frames.
     QWidget* entry_ = nullptr;
     QScrollArea* scroll_ = nullptr;
+    QWidget* entry_box_ = nullptr;
     QSplitter* splitter_ = nullptr;
     QComboBox* group_ = nullptr;
     QLabel* lblGroupInfo_ = nullptr;

@@ -94,6 +94,8 @@ void ScreenWindow::show_combo(QComboBox* box, const brenlow::ComboBox& combo) {
     if (shown != texts) {
         box->clear();
         box->addItems(texts);
+        // The longest entry reads whole however narrow the column it stands in.
+        box->setMinimumWidth(box->sizeHint().width());
     }
     box->setCurrentIndex(combo.ListIndex);
     box->setEnabled(combo.Enabled);

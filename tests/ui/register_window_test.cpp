@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QLabel>
 #include <QComboBox>
 #include <QElapsedTimer>
 #include <QMessageBox>
@@ -114,6 +115,7 @@ protected:
 TEST_P(RegisterWindowTest, ShowsBothGridsWithTheirEntries) {
     fill_register();
     RegisterWindow window(component_);
+    window.resize(1280, 800);
     window.show();
     QApplication::processEvents();
     EXPECT_EQ(window.findChild<GridView*>("vsO")->model()->rowCount(), 4);
@@ -139,6 +141,7 @@ TEST_P(RegisterWindowTest, ShowsBothGridsWithTheirEntries) {
 TEST_P(RegisterWindowTest, OpeningEntryTypedAndSavedThroughTheFrame) {
     fill_register();
     RegisterWindow window(component_);
+    window.resize(1280, 800);
     window.show();
     QApplication::processEvents();
     auto& screen = window.screen();
@@ -180,6 +183,7 @@ TEST_P(RegisterWindowTest, OpeningEntryTypedAndSavedThroughTheFrame) {
 TEST_P(RegisterWindowTest, AdditionFrameShowsTheNetAmountAsItIsTyped) {
     fill_register();
     RegisterWindow window(component_);
+    window.resize(1280, 800);
     window.show();
     QApplication::processEvents();
     auto& screen = window.screen();
@@ -322,6 +326,53 @@ TEST_P(RegisterWindowTest, TheWheelOverAComboWithoutFocusChangesNothing) {
         QApplication::processEvents();
         EXPECT_GE(rolled, 3);
         EXPECT_EQ(state(), before);
+        window.run([&] { screen.cmdCancel_Click(); });
+    }
+}
+
+TEST_P(RegisterWindowTest, CaptionsReadWholeAndTheEntryFrameIsReachableAt1280x800) {
+    fill_register();
+    RegisterWindow window(component_);
+    window.resize(1280, 800);
+    window.show();
+    QApplication::processEvents();
+    // A label shows "&" as an underline only when it has a control to go to.
+    for (auto* label : window.findChildren<QLabel*>()) {
+        if (label->textFormat() != Qt::RichText && label->text().contains('&')) {
+            EXPECT_NE(label->buddy(), nullptr) << label->text().toStdString();
+        }
+    }
+    // Every heading fits its column, and every band the columns under it.
+    for (auto* view : window.findChildren<GridView*>()) {
+        const auto* model = view->model();
+        const QFontMetrics metrics = view->horizontalHeader()->fontMetrics();
+        for (int c = 0; c < model->columnCount(); ++c) {
+            if (view->isColumnHidden(c)) continue;
+            const QString heading = model->headerData(c, Qt::Horizontal).toString();
+            EXPECT_GE(view->columnWidth(c), metrics.horizontalAdvance(heading)) << heading.toStdString();
+            const QString band = model->headerData(c, Qt::Horizontal, GridTableModel::BandRole).toString();
+            const QPoint span = model->headerData(c, Qt::Horizontal, GridTableModel::BandSpanRole).toPoint();
+            if (band.isEmpty() || span.x() != c) continue;
+            int covered = 0;
+            for (int s = span.x(); s <= span.y(); ++s)
+                if (!view->isColumnHidden(s)) covered += view->columnWidth(s);
+            EXPECT_GE(covered, metrics.horizontalAdvance(band)) << band.toStdString();
+        }
+    }
+    // With either entry frame open, Update and Cancel are on the screen.
+    auto& screen = window.screen();
+    answer_boxes();
+    for (const auto& open : std::vector<std::function<void()>>{[&] { screen.cmdAddO_Click(); },
+                                                                [&] { screen.cmdAddA_Click(); }}) {
+        window.run(open);
+        QApplication::processEvents();
+        for (const QString caption : {"&Update", "&Cancel"}) {
+            QPushButton* b = find_button(window, caption);
+            ASSERT_NE(b, nullptr);
+            const QRect on_window(b->mapTo(&window, QPoint(0, 0)), b->size());
+            EXPECT_TRUE(window.rect().contains(on_window)) << caption.toStdString();
+            EXPECT_FALSE(b->visibleRegion().isEmpty()) << caption.toStdString();
+        }
         window.run([&] { screen.cmdCancel_Click(); });
     }
 }
