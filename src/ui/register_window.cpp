@@ -93,9 +93,11 @@ void RegisterWindow::bind_change(VTxtEdit* edit, const std::function<void()>& ch
 void RegisterWindow::show_calculation() {
     const auto& run = screen_->LastCalculation();
     if (!run || run->no_assets) return;
-    std::string text = Ostikreport::render_text(reg::calculation_sheet_report(*run));
-    if (reg::is_income_tax_mode(run->mode)) text += "\n" + Ostikreport::render_text(reg::block_summary_report(*run));
-    text += "\n" + Ostikreport::render_text(reg::chart_report(*run));
+    const auto client = reg::printed_client(component_.base->dbobj(), run->code);
+    std::string text = Ostikreport::render_text(reg::calculation_sheet_report(*run, client));
+    if (reg::is_income_tax_mode(run->mode))
+        text += "\n" + Ostikreport::render_text(reg::block_summary_report(*run, client));
+    text += "\n" + Ostikreport::render_text(reg::chart_report(*run, client));
     calculation_->setPlainText(q(text));
     if (!calculation_->isVisible()) {
         calculation_->show();
