@@ -60,7 +60,9 @@ std::vector<CaSheetRow> companies_act_sheet(const CaRunInput& in, const CaRunRes
             rows.push_back({CaSheetRowKind::EntryHeading,
                             {e.particulars, "Method of Depreciation", method_name(e.method),
                              "Useful Life (Years): " + plain_number(e.life_yrs) +
-                                 (e.method == CaMethod::SLM ? "; Rate (SLM): " : "; Rate (WDV): ") + rate}});
+                                 (e.method == CaMethod::SLM ? "; Rate (SLM): " : "; Rate (WDV): ") + rate,
+                             // "Calculated for 365 Days": the days the year's depreciation is prorated over.
+                             r.days_text}});
             const double dep_to_date = e.kind == EntryKind::Opening ? e.op_dep : 0;
             rows.push_back({CaSheetRowKind::Figures,
                             {e.particulars, e.put_date, money(e.cost), money(r.opening), money(r.addition),

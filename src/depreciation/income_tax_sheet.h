@@ -18,6 +18,11 @@ struct ItSheetLine {
 // The eleven lines of a block, "Written Down Value" to "Written Down Value After Adjustments".
 std::vector<ItSheetLine> block_sheet_lines(const ItBlockResult& block);
 
+// The steps of a block's depreciation, printed under "Amount on which Depreciation
+// to be Calculated": normal depreciation at the full rate and at half the rate, then
+// additional depreciation likewise; a part with nothing to charge has no line.
+std::vector<ItSheetLine> block_rate_lines(const ItBlockResult& block);
+
 // "Normal @ 15%" with "Full Rate", "Half Rate [7.5%]"; "Additional @ 20%" likewise.
 std::string normal_rate_label(double rate, bool half);
 std::string additional_rate_label(double rate, bool half);

@@ -43,13 +43,17 @@ void frmNewFATR::cmdDeprCalc_Click() {
         last_run_ = run;
         if (run->no_assets) return;
         auto& report = *comp_.report;
-        report.WriteToReport(calculation_sheet_report(*run));
+        const PrintedClient client = printed_client(comp_.base->dbobj(), code_);
+        report.WriteToReport(calculation_sheet_report(*run, client));
         report.showreport();
         if (is_income_tax_mode(*mode)) {
-            report.WriteToReport(block_summary_report(*run));
+            report.WriteToReport(block_summary_report(*run, client));
             report.showreport();
         }
-        report.WriteToReport(chart_report(*run));
+        // The summary is already on screen; the chart's own copy is for its PDF.
+        auto chart = chart_report(*run, client);
+        chart.follows.clear();
+        report.WriteToReport(chart);
         report.showreport();
         if (is_income_tax_mode(*mode)) CheckConcessionalRegime(run->chart_hand_edited);
     });

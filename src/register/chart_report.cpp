@@ -5,6 +5,8 @@
 
 #include "controls/number_format.h"
 #include "depreciation/half_rate_line.h"
+#include "depreciation/income_tax_sheet.h"
+#include "store/client_store.h"
 
 namespace brenlow::reg {
 namespace {
@@ -22,10 +24,17 @@ std::string two_digits(int n) {
     return buf;
 }
 
-// Title lines shared by the charts: "FIXED ASSETS", then the financial and the
-// assessment year.
-std::vector<std::string> chart_titles(int year) {
-    return {"FIXED ASSETS", "F.Y. " + year_span(year), "A.Y. " + year_span(year + 1), "(Amount in Rs.)"};
+// "Client: C001 - ACME ENGINEERS"; the run's code when the caller named no client.
+std::string client_line(const CalculationResult& run, const PrintedClient& client) {
+    const std::string code = client.code.empty() ? run.code : client.code;
+    return "Client: " + code + (client.name.empty() ? "" : " - " + client.name);
+}
+
+// Title lines shared by the charts: "FIXED ASSETS", the client, then the financial
+// and the assessment year.
+std::vector<std::string> chart_titles(const CalculationResult& run, const PrintedClient& client) {
+    return {"FIXED ASSETS", client_line(run, client), "F.Y. " + year_span(run.year),
+            "A.Y. " + year_span(run.year + 1), "(Amount in Rs.)"};
 }
 
 // The columns both charts print, the first one named by the layout ("Block" or
@@ -105,6 +114,12 @@ void add_row(ReportDocument& doc, std::vector<std::string> cells, bool bold) {
 
 }  // namespace
 
+PrintedClient printed_client(store::Database& db, const std::string& code) {
+    for (const auto& cy : store::list_client_years(db))
+        if (cy.code_no == code) return {code, cy.client_name};
+    return {code, ""};
+}
+
 std::string year_span(int closing_year) {
     return std::to_string(closing_year - 1) + "-" + two_digits(closing_year);
 }
@@ -140,9 +155,9 @@ std::vector<ChartLine> chart_lines(const CalculationResult& run) {
     return lines;
 }
 
-ReportDocument income_tax_chart_report(const CalculationResult& run) {
+ReportDocument income_tax_chart_report(const CalculationResult& run, const PrintedClient& client) {
     ReportDocument doc;
-    doc.titles = chart_titles(run.year);
+    doc.titles = chart_titles(run, client);
     doc.columns = chart_columns(run.year, "Block", "180 Days or More");
     ChartFigures total;
     for (const auto& line : chart_lines(run)) {
@@ -165,12 +180,13 @@ ReportDocument income_tax_chart_report(const CalculationResult& run) {
     add_row(doc, chart_cells("Total", "", total, kWhole), true);
     for (const auto& b : run.income_tax.blocks)
         if (!b.carried_note.empty()) add_note(doc, b.carried_note);
+    doc.follows.push_back(block_summary_report(run, client));
     return doc;
 }
 
-ReportDocument books_chart_report(const CalculationResult& run) {
+ReportDocument books_chart_report(const CalculationResult& run, const PrintedClient& client) {
     ReportDocument doc;
-    doc.titles = chart_titles(run.year);
+    doc.titles = chart_titles(run, client);
     doc.columns = chart_columns(run.year, "Asset Group", "More than 180 Days");
     // One line per asset group, in the order the groups first appear.
     struct Group {
@@ -216,10 +232,10 @@ ReportDocument books_chart_report(const CalculationResult& run) {
     return doc;
 }
 
-ReportDocument block_summary_report(const CalculationResult& run) {
+ReportDocument block_summary_report(const CalculationResult& run, const PrintedClient& client) {
     const auto& s = run.block_summary;
     ReportDocument doc;
-    doc.titles = {s.title, "F.Y. " + year_span(run.year)};
+    doc.titles = {s.title, client_line(run, client), "F.Y. " + year_span(run.year), "A.Y. " + year_span(run.year + 1)};
     doc.columns = {{"", "Block", false, true, 30},
                    {"", "Rate\n(%)", true, false, 6},
                    {"", "", false, false, 12},
@@ -230,15 +246,23 @@ ReportDocument block_summary_report(const CalculationResult& run) {
     return doc;
 }
 
-ReportDocument calculation_sheet_report(const CalculationResult& run) {
+ReportDocument calculation_sheet_report(const CalculationResult& run, const PrintedClient& client) {
     ReportDocument doc;
     if (is_income_tax_mode(run.mode)) {
-        doc.titles = chart_titles(run.year);
+        doc.titles = chart_titles(run, client);
         doc.columns = {{"", "Particulars", false, false, 60}, {"", "Amount", true, false, 16}};
         for (const auto& b : run.income_tax_sheet) {
             add_row(doc, {b.block_name + " @ " + format_mask(b.rate, kRate) + "%", ""}, true);
-            for (const auto& l : b.lines)
+            const depreciation::ItBlockResult* result = nullptr;
+            for (const auto& r : run.income_tax.blocks)
+                if (r.block_name == b.block_name && r.rate == b.rate) result = &r;
+            for (const auto& l : b.lines) {
                 add_row(doc, {"  " + l.label, format_mask(l.amount, kWhole)}, false);
+                // The rate steps under the amount they are charged on.
+                if (result && l.label == "Amount on which Depreciation to be Calculated")
+                    for (const auto& step : depreciation::block_rate_lines(*result))
+                        add_row(doc, {"    " + step.label, format_mask(step.amount, kWhole)}, false);
+            }
             add_row(doc, {"", ""}, false);
         }
         for (const auto& b : run.income_tax.blocks)
@@ -247,11 +271,17 @@ ReportDocument calculation_sheet_report(const CalculationResult& run) {
         return doc;
     }
     using depreciation::CaSheetRowKind;
+    bool client_shown = false;
     for (const auto& r : run.books_sheet) {
         switch (r.kind) {
             case CaSheetRowKind::Title:
             case CaSheetRowKind::Heading:
                 for (const auto& c : r.cells) doc.titles.push_back(c);
+                // The client under the sheet's first title line.
+                if (!client_shown) {
+                    doc.titles.push_back(client_line(run, client));
+                    client_shown = true;
+                }
                 break;
             case CaSheetRowKind::ColumnHeadings:
                 doc.columns.clear();
@@ -270,8 +300,8 @@ ReportDocument calculation_sheet_report(const CalculationResult& run) {
     return doc;
 }
 
-ReportDocument chart_report(const CalculationResult& run) {
-    return is_income_tax_mode(run.mode) ? income_tax_chart_report(run) : books_chart_report(run);
+ReportDocument chart_report(const CalculationResult& run, const PrintedClient& client) {
+    return is_income_tax_mode(run.mode) ? income_tax_chart_report(run, client) : books_chart_report(run, client);
 }
 
 }  // namespace brenlow::reg

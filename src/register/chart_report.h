@@ -10,13 +10,29 @@
 #include "register/calculation.h"
 #include "suite/report.h"
 
+namespace brenlow::store {
+class Database;
+}
+
 namespace brenlow::reg {
+
+// The client a print is for: every chart, sheet and summary carries its code and
+// name under the titles.
+struct PrintedClient {
+    std::string code;
+    std::string name;
+};
+// The client's code and name as the store keeps them (the name empty when unknown).
+PrintedClient printed_client(store::Database& db, const std::string& code);
 
 // One printed line of the income-tax chart: a chart row under its block's name.
 struct ChartLine {
     std::string block;
     const depreciation::ChartRow* row = nullptr;
 };
+
+// The income-tax chart carries the block-wise summary as the document that follows
+// it, so that its PDF holds the summary and its capital gain.
 
 // The chart rows of the run paired with their blocks' names; the Rate -40 rows that
 // list a block's part kept apart follow their block as in the stored chart. A row of
@@ -26,13 +42,13 @@ std::vector<ChartLine> chart_lines(const CalculationResult& run);
 // "2024-25" for the financial year ending in 2025.
 std::string year_span(int closing_year);
 
-Ostikreport::ReportDocument income_tax_chart_report(const CalculationResult& run);
-Ostikreport::ReportDocument books_chart_report(const CalculationResult& run);
-Ostikreport::ReportDocument block_summary_report(const CalculationResult& run);
+Ostikreport::ReportDocument income_tax_chart_report(const CalculationResult& run, const PrintedClient& client = {});
+Ostikreport::ReportDocument books_chart_report(const CalculationResult& run, const PrintedClient& client = {});
+Ostikreport::ReportDocument block_summary_report(const CalculationResult& run, const PrintedClient& client = {});
 // The income-tax sheet block by block, or the books sheet asset by asset, by the run's mode.
-Ostikreport::ReportDocument calculation_sheet_report(const CalculationResult& run);
+Ostikreport::ReportDocument calculation_sheet_report(const CalculationResult& run, const PrintedClient& client = {});
 
 // The chart of the run's mode: income-tax or books.
-Ostikreport::ReportDocument chart_report(const CalculationResult& run);
+Ostikreport::ReportDocument chart_report(const CalculationResult& run, const PrintedClient& client = {});
 
 }  // namespace brenlow::reg

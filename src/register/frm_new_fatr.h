@@ -213,7 +213,7 @@ public:
     ComboBox cboFAGM;
     // The browse state's buttons: with the old chart kept only the deletes work.
     CommandButton cmdAddO, cmdEditO, cmdDelO, cmdDelAllO, cmdAddA, cmdEditA, cmdDelA, cmdDelAllA;
-    CommandButton cmdDeprCalc, cmdAssetGroupMas, cmdOldDepChart;
+    CommandButton cmdDeprCalc, cmdAssetGroupMas, cmdOldDepChart, cmdTransToTB;
     // The screen-wide options as the browse state shows them.
     CheckBox optWDV, optSLM, optCost, optCA;  // option buttons: Value is "chosen"
     CheckBox chkFASchBooks, chkRndFA, chkRndIT, chkRemLife0;

@@ -45,7 +45,8 @@ void frmNewFATR::show_state() {
     chkRndIT.Caption = "Round-Off Depreciation (As per IT Act)";
     chkRemLife0.Caption = "Nil Remaining Life to Retained Earnings";
     // A client that keeps the old chart has no asset-wise entries: only deleting works.
-    for (CommandButton* b : {&cmdAddO, &cmdEditO, &cmdAddA, &cmdEditA, &cmdDeprCalc, &cmdAssetGroupMas, &cmdOldDepChart})
+    for (CommandButton* b :
+         {&cmdAddO, &cmdEditO, &cmdAddA, &cmdEditA, &cmdDeprCalc, &cmdAssetGroupMas, &cmdOldDepChart, &cmdTransToTB})
         b->Enabled = !old_chart_;
     for (CommandButton* b : {&cmdDelO, &cmdDelAllO, &cmdDelA, &cmdDelAllA}) b->Enabled = true;
 }

@@ -26,6 +26,10 @@ struct ReportDocument {
     std::string font_name = "Verdana";
     int font_size = 9;
     bool landscape = true;
+    // Documents printed after this one, each from a new page, in the same PDF file
+    // (the block-wise summary after the income-tax chart). The text rendering leaves
+    // them out: the command line prints them in their own place.
+    std::vector<ReportDocument> follows;
 };
 
 class ClsMain {

@@ -64,9 +64,14 @@ struct PageLine {
     bool bold;
 };
 
-}  // namespace
+struct Page {
+    std::vector<PageLine> lines;
+    double width = 0, height = 0, font_size = 0, lead = 0;
+};
 
-void write_pdf(const ReportDocument& doc, const std::string& path) {
+// A document's pages: the heading block, then as many body lines as fit; the
+// footer follows the last body line.
+void paginate(const ReportDocument& doc, std::vector<Page>& pages) {
     const ReportLayout lay = lay_out(doc);
     const double page_w = doc.landscape ? 842 : 595, page_h = doc.landscape ? 595 : 842;
     const double margin = 30;
@@ -76,22 +81,26 @@ void write_pdf(const ReportDocument& doc, const std::string& path) {
                                  static_cast<double>(std::max(doc.font_size, 4)));
     const double lead = fs * 1.25;
     const int per_page = std::max(5, static_cast<int>((page_h - 2 * margin - lead) / lead));
-
-    // Pages: the heading block, then as many body lines as fit; the footer follows
-    // the last body line.
-    std::vector<std::vector<PageLine>> pages;
     const int room = std::max(1, per_page - static_cast<int>(lay.header.size()));
     std::vector<PageLine> rest;
     for (const auto& b : lay.body) rest.push_back({b.text, b.bold});
     for (const auto& f : lay.footer) rest.push_back({f, false});
     std::size_t at = 0;
     do {
-        std::vector<PageLine> page;
-        for (const auto& h : lay.header) page.push_back({h, false});
-        for (int k = 0; k < room && at < rest.size(); ++k) page.push_back(rest[at++]);
+        Page page{{}, page_w, page_h, fs, lead};
+        for (const auto& h : lay.header) page.lines.push_back({h, false});
+        for (int k = 0; k < room && at < rest.size(); ++k) page.lines.push_back(rest[at++]);
         pages.push_back(std::move(page));
     } while (at < rest.size());
+    for (const auto& next : doc.follows) paginate(next, pages);
+}
 
+}  // namespace
+
+void write_pdf(const ReportDocument& doc, const std::string& path) {
+    const double margin = 30;
+    std::vector<Page> pages;
+    paginate(doc, pages);
     std::vector<std::string> objects;  // object n is objects[n-1]
     objects.push_back("<< /Type /Catalog /Pages 2 0 R >>");
     objects.push_back("");  // pages, filled below
@@ -99,11 +108,13 @@ void write_pdf(const ReportDocument& doc, const std::string& path) {
     objects.push_back("<< /Type /Font /Subtype /Type1 /BaseFont /Courier-Bold /Encoding /WinAnsiEncoding >>");
     std::string kids;
     for (std::size_t p = 0; p < pages.size(); ++p) {
+        const double page_w = pages[p].width, page_h = pages[p].height, fs = pages[p].font_size,
+                     lead = pages[p].lead;
         std::string content = "BT\n";
         double y = page_h - margin - fs;
         bool bold = false;
         content += "/F1 " + num(fs) + " Tf\n";
-        for (const auto& line : pages[p]) {
+        for (const auto& line : pages[p].lines) {
             if (line.bold != bold) {
                 bold = line.bold;
                 content += std::string(bold ? "/F2 " : "/F1 ") + num(fs) + " Tf\n";

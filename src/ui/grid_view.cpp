@@ -3,6 +3,7 @@
 #include <QComboBox>
 #include <QPainter>
 #include <QPoint>
+#include <QStyle>
 #include <QStyleOptionHeader>
 #include <algorithm>
 #include <climits>
@@ -134,10 +135,35 @@ void GridView::apply_columns() {
     if (!model_) return;
     const Grid& grid = model_->grid();
     const int char_width = fontMetrics().averageCharWidth();
+    // A heading reads whole: a column is at least as wide as its heading, and the
+    // columns under a band together as wide as the band's text.
+    const QFontMetrics header_metrics = horizontalHeader()->fontMetrics();
+    const int padding = 2 * style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, horizontalHeader()) + 10;
+    const auto text_width = [&](const QString& text) {
+        int widest = 0;
+        for (const QString& line : text.split('\n')) widest = std::max(widest, header_metrics.horizontalAdvance(line));
+        return widest + padding;
+    };
     for (int c = 0; c < grid.cols(); ++c) {
         const GridColumn& column = grid.column(c);
         setColumnHidden(c, column.hidden);
-        if (column.width > 0) setColumnWidth(c, column.width * char_width + 8);
+        if (column.hidden) continue;
+        const int wanted = column.width > 0 ? column.width * char_width + 8 : columnWidth(c);
+        const int heading = text_width(model_->headerData(c, Qt::Horizontal, Qt::DisplayRole).toString());
+        setColumnWidth(c, std::max(wanted, heading));
+    }
+    for (int c = 0; c < grid.cols(); ++c) {
+        const QString band = model_->headerData(c, Qt::Horizontal, GridTableModel::BandRole).toString();
+        const QPoint span = model_->headerData(c, Qt::Horizontal, GridTableModel::BandSpanRole).toPoint();
+        if (band.isEmpty() || span.x() != c) continue;
+        int covered = 0, last_shown = -1;
+        for (int s = span.x(); s <= span.y(); ++s) {
+            if (isColumnHidden(s)) continue;
+            covered += columnWidth(s);
+            last_shown = s;
+        }
+        const int short_by = text_width(band) - covered;
+        if (last_shown >= 0 && short_by > 0) setColumnWidth(last_shown, columnWidth(last_shown) + short_by);
     }
     horizontalHeader()->updateGeometry();
     horizontalHeader()->viewport()->update();

@@ -48,7 +48,9 @@ GroupMasterWindow::GroupMasterWindow(frame::Component& component, QWidget* paren
     back_ = button("&Back", [this] { screen_->cmdback_Click(); });
 
     auto* fields = new QGridLayout;
-    fields->addWidget(new QLabel("Asset &Group", this), 0, 0);
+    auto* name_label = new QLabel("Asset &Group", this);
+    name_label->setBuddy(txtfields_);
+    fields->addWidget(name_label, 0, 0);
     fields->addWidget(txtfields_, 0, 1, 1, 5);
     fields->addWidget(block_it_, 1, 0);
     fields->addWidget(lbl_it_, 1, 1);

@@ -22,11 +22,8 @@ ParticularsMasterWindow::ParticularsMasterWindow(frame::Component& component, QW
 
     vsf_ = grid_view(screen_->vsf, [this](int row) { screen_->vsf_RowColChange(row); });
     for (int i = 0; i < frmfamaster::kFields; ++i) fields_[i] = entry_field(screen_->txtfields[i]);
-    for (auto*& box : combos_) {
-        box = new QComboBox(this);
-        // A choice moves on to the next control, as Tab would.
-        connect(box, &QComboBox::activated, this, [this] { focusNextChild(); });
-    }
+    // A choice keeps the focus (a letter typed picks an entry); Enter or Tab moves on.
+    for (auto*& box : combos_) box = new QComboBox(this);
     add_ = button("&Add", [this] { screen_->cmdaddded_Click(); });
     modify_ = button("&Modify", [this] { screen_->cmdmodifyded_Click(); });
     update_ = button("&Save", [this] { screen_->cmdupdateded_Click(); });

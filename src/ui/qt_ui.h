@@ -34,6 +34,9 @@ public:
     void progress_done() override;
     void close_screen() override;
 
+    // The window the boxes belong to and that closing the screen closes.
+    void set_window(QWidget* window) { window_ = window; }
+
 private:
     QString caption(std::string_view title) const;
 

@@ -11,7 +11,9 @@
 #include <QFormLayout>
 #include <QGridLayout>
 #include <QHBoxLayout>
+#include <QHeaderView>
 #include <QItemSelectionModel>
+#include <QScrollBar>
 #include <QScrollArea>
 #include <QSplitter>
 #include <QTimer>
@@ -26,6 +28,18 @@ namespace {
 using S = reg::frmNewFATR;
 
 QString q(const std::string& s) { return QString::fromStdString(s); }
+
+// The Ui is made before the screen that holds on to it.
+struct OwnUi {
+    explicit OwnUi(QWidget* host) : own_ui(host) {}
+    QtUi own_ui;
+};
+
+class DesktopRegisterScreen : private OwnUi, public S {
+public:
+    DesktopRegisterScreen(frame::Component& component, QWidget* host) : OwnUi(host), S(component, own_ui) {}
+    QtUi& window_ui() { return own_ui; }
+};
 std::string s(const QString& t) { return t.toStdString(); }
 
 QLabel* heading(const QString& text, QWidget* parent) {
@@ -36,43 +50,19 @@ QLabel* heading(const QString& text, QWidget* parent) {
 }  // namespace
 
 RegisterWindow::RegisterWindow(frame::Component& component, QWidget* parent)
-    : QWidget(parent), ui_(this), component_(component), screen_(std::make_shared<S>(component, ui_)) {
+    : ScreenWindow(parent), component_(component), screen_(std::make_shared<S>(component, ui())) {
     screen_->Form_Load();
     build();
 }
 
 RegisterWindow::RegisterWindow(std::shared_ptr<S> screen, frame::Component& component, QWidget* parent)
-    : QWidget(parent), ui_(this), component_(component), screen_(std::move(screen)) {
+    : ScreenWindow(parent), component_(component), screen_(std::move(screen)) {
+    if (auto* own = dynamic_cast<DesktopRegisterScreen*>(screen_.get())) own->window_ui().set_window(this);
     if (screen_->Year() == 0) screen_->Form_Load();
     build();
 }
 
-RegisterWindow::~RegisterWindow() {
-    // The grid views go first: their models hold on to the screen's grids.
-    for (GridView* view : findChildren<GridView*>()) delete view;
-}
-
-void RegisterWindow::run(const std::function<void()>& event) {
-    if (refreshing_) return;
-    take_input();
-    event();
-    refresh();
-}
-
-QPushButton* RegisterWindow::button(const QString& caption, const std::function<void()>& event, QWidget* parent) {
-    auto* b = new QPushButton(caption, parent);
-    b->setAutoDefault(false);
-    connect(b, &QPushButton::clicked, this, [this, event] { run(event); });
-    return b;
-}
-
-VTxtEdit* RegisterWindow::field(vTXT& model, QWidget* parent) {
-    auto* edit = new VTxtEdit(ui_, parent);
-    edit->field().read_properties(model.properties());
-    edit->set_MaxLength(model.MaxLength());
-    // Enter moves on by itself, as Tab does; the leave-field check runs on the way out.
-    return edit;
-}
+RegisterWindow::~RegisterWindow() { drop_grid_views(); }
 
 // The screen's leave-field check when the focus goes; a refusal brings it back.
 void RegisterWindow::bind_leave(VTxtEdit* edit, const std::function<bool()>& check) {
@@ -100,28 +90,14 @@ void RegisterWindow::bind_change(VTxtEdit* edit, const std::function<void()>& ch
     });
 }
 
-GridView* RegisterWindow::grid(Grid& g, int* row, QWidget* parent) {
-    auto* view = new GridView(parent);
-    view->show_grid(g);
-    view->setSelectionBehavior(QAbstractItemView::SelectRows);
-    view->setSelectionMode(QAbstractItemView::SingleSelection);
-    if (row) {
-        view->setEditTriggers(QAbstractItemView::NoEditTriggers);
-        connect(view->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
-                [this, view, row](const QModelIndex& current) {
-                    if (refreshing_ || !current.isValid()) return;
-                    *row = view->grid_model()->grid_row(current.row());
-                });
-    }
-    return view;
-}
-
 void RegisterWindow::show_calculation() {
     const auto& run = screen_->LastCalculation();
     if (!run || run->no_assets) return;
-    std::string text = Ostikreport::render_text(reg::calculation_sheet_report(*run));
-    if (reg::is_income_tax_mode(run->mode)) text += "\n" + Ostikreport::render_text(reg::block_summary_report(*run));
-    text += "\n" + Ostikreport::render_text(reg::chart_report(*run));
+    const auto client = reg::printed_client(component_.base->dbobj(), run->code);
+    std::string text = Ostikreport::render_text(reg::calculation_sheet_report(*run, client));
+    if (reg::is_income_tax_mode(run->mode))
+        text += "\n" + Ostikreport::render_text(reg::block_summary_report(*run, client));
+    text += "\n" + Ostikreport::render_text(reg::chart_report(*run, client));
     calculation_->setPlainText(q(text));
     if (!calculation_->isVisible()) {
         calculation_->show();
@@ -159,16 +135,20 @@ void RegisterWindow::build() {
     entry_layout->setContentsMargins(0, 0, 0, 0);
     auto* top = new QHBoxLayout;
     group_ = new QComboBox(entry_);
+    group_->setObjectName("txtAssetGroup");
     for (const auto& g : screen_->AssetGroups()) group_->addItem(q(g.Part), static_cast<qlonglong>(g.SrNoFAGM));
     group_->setPlaceholderText("(Select)");
     connect(group_, &QComboBox::activated, this, [this](int i) {
         const long id = group_->itemData(i).toLongLong();
+        // The focus stays: a letter typed picks a group, Enter or Tab moves on.
         run([&] { screen_->SelectAssetGroup(id); });
-        focusNextChild();
     });
-    txtPart_ = field(screen_->txtPart, entry_);
+    txtPart_ = entry_field(screen_->txtPart, entry_);
+    txtPart_->setObjectName("txtPart");
     lblGroupInfo_ = new QLabel(entry_);
-    top->addWidget(new QLabel("Asset &Group", entry_));
+    auto* group_label = new QLabel("Asset &Group", entry_);
+    group_label->setBuddy(group_);
+    top->addWidget(group_label);
     top->addWidget(group_, 1);
     top->addWidget(new QLabel("Particulars", entry_));
     top->addWidget(txtPart_, 2);
@@ -183,17 +163,23 @@ void RegisterWindow::build() {
     frames->addWidget(famEditA_, 3);
     frames->addWidget(build_sale_frame(), 2);
     entry_layout->addLayout(frames);
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch(1);
-    buttons->addWidget(button("&Update", [this] { screen_->cmdUpdate_Click(); }, entry_));
-    buttons->addWidget(button("&Cancel", [this] { screen_->cmdCancel_Click(); }, entry_));
-    buttons->addWidget(button("Manage Asset &Group Master", [this] { screen_->cmdAssetGroup_Click(); }, entry_));
-    entry_layout->addLayout(buttons);
     scroll_ = new QScrollArea(this);
     scroll_->setWidget(entry_);
     scroll_->setWidgetResizable(true);
     scroll_->setFrameShape(QFrame::NoFrame);
-    splitter->addWidget(scroll_);
+    // The frames scroll; Update and Cancel stay in sight below them.
+    entry_box_ = new QWidget(this);
+    auto* box_layout = new QVBoxLayout(entry_box_);
+    box_layout->setContentsMargins(0, 0, 0, 0);
+    box_layout->addWidget(scroll_, 1);
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch(1);
+    buttons->addWidget(button("&Update", [this] { screen_->cmdUpdate_Click(); }, entry_box_));
+    buttons->addWidget(button("&Cancel", [this] { screen_->cmdCancel_Click(); }, entry_box_));
+    buttons->addWidget(
+        button("Manage Asset Group &Master", [this] { screen_->cmdAssetGroup_Click(); }, entry_box_));
+    box_layout->addLayout(buttons);
+    splitter->addWidget(entry_box_);
     // The latest calculation as text: the sheet, the block-wise summary and the chart.
     calculation_ = new QPlainTextEdit(this);
     calculation_->setObjectName("calculation");
@@ -217,7 +203,9 @@ QWidget* RegisterWindow::build_browse() {
     auto* options = new QHBoxLayout;
     cboFAGM_ = new QComboBox(browse_);
     connect(cboFAGM_, &QComboBox::activated, this, [this](int i) { run([&] { screen_->cboFAGM_Click(i); }); });
-    options->addWidget(new QLabel("Asset &Group", browse_));
+    auto* filter_label = new QLabel("Asset &Group", browse_);
+    filter_label->setBuddy(cboFAGM_);
+    options->addWidget(filter_label);
     options->addWidget(cboFAGM_, 1);
     auto* mod = new QGroupBox("Method of Depreciation", browse_);
     auto* mod_layout = new QHBoxLayout(mod);
@@ -250,10 +238,10 @@ QWidget* RegisterWindow::build_browse() {
 
     // The options that ask nothing before they change.
     auto* others = new QHBoxLayout;
-    const auto tick = [&](const CheckBox& state, QCheckBox*& box, void (S::*handler)()) {
+    const auto tick = [&](const CheckBox& state, QCheckBox*& box, void (S::*click)()) {
         box = new QCheckBox(q(state.Caption), browse_);
         others->addWidget(box);
-        connect(box, &QCheckBox::clicked, this, [this, handler] { run([&] { (screen_.get()->*handler)(); }); });
+        connect(box, &QCheckBox::clicked, this, [this, click] { run([&] { (screen_.get()->*click)(); }); });
     };
     tick(screen_->chkFASchBooks, chkFASchBooks_, &S::chkFASchBooks_Click);
     tick(screen_->chkRndFA, chkRndFA_, &S::chkRndFA_Click);
@@ -280,7 +268,11 @@ QWidget* RegisterWindow::build_browse() {
             line->addWidget(b);
         }
         layout->addLayout(line);
-        view = grid(g, row, browse_);
+        view = grid_view(g, row, browse_);
+        // Three rows stay in sight while an entry frame is open.
+        view->setMinimumHeight(view->horizontalHeader()->sizeHint().height() +
+                               3 * view->verticalHeader()->defaultSectionSize() +
+                               view->horizontalScrollBar()->sizeHint().height() + 2 * view->frameWidth());
         view->setObjectName(opening ? "vsO" : "vsA");
         connect(view, &QAbstractItemView::doubleClicked, this, [this, edit] { run(edit); });
         layout->addWidget(view, 1);
@@ -307,9 +299,14 @@ QWidget* RegisterWindow::build_browse() {
     connect(calc, &QPushButton::clicked, this, &RegisterWindow::show_calculation);
     browse_buttons_.push_back({calc, &screen_->cmdDeprCalc});
     buttons->addWidget(calc);
-    // The export, import and transfers come with their own work.
-    for (const char* caption : {"&Export to Excel", "&Import from Excel", "&Transfer to Trial Balance",
-                                "Edit Depreciation (&FA)"}) {
+    auto* transfer = button("&Transfer to Trial Balance", [this] { screen_->cmdTransToTB_Click(); }, browse_);
+    browse_buttons_.push_back({transfer, &screen_->cmdTransToTB});
+    buttons->addWidget(transfer);
+    auto* gains = button("Transfer to Capital &Gains", [this] { screen_->TransferToCapitalGains(); }, browse_);
+    browse_buttons_.push_back({gains, &screen_->cmdTransToTB});
+    buttons->addWidget(gains);
+    // The spreadsheets and the manual depreciation come with their own work.
+    for (const char* caption : {"&Export to Excel", "&Import from Excel", "Edit Depreciation (&FA)"}) {
         auto* b = new QPushButton(caption, browse_);
         b->setEnabled(false);
         buttons->addWidget(b);
@@ -334,7 +331,7 @@ QWidget* RegisterWindow::build_opening_frame() {
     lblfieldsO_.resize(S::O_Count);
     chkfieldsO_.resize(S::O_Count, nullptr);
     for (int i = 0; i < S::O_Count; ++i) {
-        txtfieldsO_[i] = field(screen_->txtfieldsO[i], frame);
+        txtfieldsO_[i] = entry_field(screen_->txtfieldsO[i], frame);
         lblfieldsO_[i] = new QLabel(frame);
         lblfieldsO_[i]->setBuddy(txtfieldsO_[i]);
         bind_leave(txtfieldsO_[i], [this, i] { return screen_->txtfieldsO_Validate(i); });
@@ -357,9 +354,11 @@ QWidget* RegisterWindow::build_opening_frame() {
     row(S::O_OpDepr);
     cboCalcCA_ = new QComboBox(frame);
     connect(cboCalcCA_, &QComboBox::activated, this, [this](int i) { run([&] { screen_->cboCalcCA_Click(i); }); });
-    txtCalcCA_ = field(screen_->txtCalcCA, frame);
+    txtCalcCA_ = entry_field(screen_->txtCalcCA, frame);
     bind_change(txtCalcCA_, [this] { screen_->txtfieldsO_Change(S::O_CostWdv); });
-    layout->addWidget(new QLabel(q(screen_->lblCalcCA), frame), r, 0);
+    auto* calc_ca_label = new QLabel(q(screen_->lblCalcCA), frame);
+    calc_ca_label->setWordWrap(true);
+    layout->addWidget(calc_ca_label, r, 0);
     layout->addWidget(cboCalcCA_, r, 1);
     layout->addWidget(txtCalcCA_, r++, 2);
     row(S::O_ResValue);
@@ -397,7 +396,7 @@ QWidget* RegisterWindow::build_opening_frame() {
     lblfieldsO_[S::O_AddlDepOn]->hide();
     layout->addWidget(heading("Adjustment on Account of Excess Sale/Deduction of Other Assets in Block (if any) in "
                               "Earlier Years", frame), r++, 0, 1, 3);
-    vsESA_ = grid(screen_->vsESA, &vsESA_row_, frame);
+    vsESA_ = grid_view(screen_->vsESA, &vsESA_row_, frame);
     vsESA_->setMinimumHeight(90);
     layout->addWidget(vsESA_, r++, 0, 1, 3);
     auto* esa = new QHBoxLayout;
@@ -417,13 +416,13 @@ QWidget* RegisterWindow::build_opening_frame() {
     // The amount to be adjusted is changed in place, within the row's excess.
     connect(vsESA_, &QAbstractItemView::doubleClicked, this, [this](const QModelIndex& index) {
         const int grid_row = vsESA_->grid_model()->grid_row(index.row());
-        const auto typed = ui_.input_box("Amount To be Adjusted", "Adjustment",
+        const auto typed = ui().input_box("Amount To be Adjusted", "Adjustment",
                                          screen_->vsESA.display_text(grid_row, 5));
         if (typed) run([&] { screen_->vsESA_ValidateEdit(grid_row, *typed); });
     });
     chkTotESA_ = new QCheckBox("Gross", frame);
     connect(chkTotESA_, &QCheckBox::clicked, this, [this] { run([&] { screen_->chkTotESA_Click(); }); });
-    txtTotESA_ = field(screen_->txtTotESA, frame);
+    txtTotESA_ = entry_field(screen_->txtTotESA, frame);
     bind_leave(txtTotESA_, [this] { screen_->txtTotESA_Validate(); return true; });
     layout->addWidget(chkTotESA_, r, 0);
     layout->addWidget(txtTotESA_, r++, 1);
@@ -438,7 +437,7 @@ QWidget* RegisterWindow::build_addition_frame() {
     lblfieldsA_.resize(S::A_Count);
     chkfieldsA_.resize(S::A_Count, nullptr);
     for (int i = 0; i < S::A_Count; ++i) {
-        txtfieldsA_[i] = field(screen_->txtfieldsA[i], frame);
+        txtfieldsA_[i] = entry_field(screen_->txtfieldsA[i], frame);
         lblfieldsA_[i] = new QLabel(frame);
         lblfieldsA_[i]->setBuddy(txtfieldsA_[i]);
         bind_leave(txtfieldsA_[i], [this, i] { return screen_->txtfieldsA_Validate(i); });
@@ -494,7 +493,7 @@ QWidget* RegisterWindow::build_sale_frame() {
     auto* form = new QFormLayout(sale);
     txtfieldsD_.resize(S::D_Count);
     for (int i = 0; i < S::D_Count; ++i) {
-        txtfieldsD_[i] = field(screen_->txtfieldsD[i], sale);
+        txtfieldsD_[i] = entry_field(screen_->txtfieldsD[i], sale);
         bind_leave(txtfieldsD_[i], [this, i] { return screen_->txtfieldsD_Validate(i); });
         form->addRow(q(screen_->lblfieldsD[i]), txtfieldsD_[i]);
     }
@@ -526,7 +525,7 @@ QWidget* RegisterWindow::build_sale_frame() {
     auto* depr_layout = new QFormLayout(depr);
     chkAutoCalcDeprCL_ = new QCheckBox(q(screen_->chkAutoCalcDeprCL.Caption), depr);
     connect(chkAutoCalcDeprCL_, &QCheckBox::clicked, this, [this] { run([&] { screen_->chkAutoCalcDeprCL_Click(); }); });
-    txtAutoCalcDeprCL_ = field(screen_->txtAutoCalcDeprCL, depr);
+    txtAutoCalcDeprCL_ = entry_field(screen_->txtAutoCalcDeprCL, depr);
     lblDaysDeprCL_ = new QLabel(depr);
     depr_layout->addRow(chkAutoCalcDeprCL_, txtAutoCalcDeprCL_);
     depr_layout->addRow("Days", lblDaysDeprCL_);
@@ -537,8 +536,9 @@ QWidget* RegisterWindow::build_sale_frame() {
 
 void RegisterWindow::take_input() {
     auto& sc = *screen_;
+    // A field the person cannot type into keeps the screen's text.
     const auto take = [](const VTxtEdit* e, vTXT& f) {
-        if (e && e->isEnabled()) f.set_text(e->text().toUtf8().toStdString());
+        if (e && e->isEnabled()) take_field(e, f);
     };
     take(txtPart_, sc.txtPart);
     for (int i = 0; i < S::O_Count; ++i) take(txtfieldsO_[i], sc.txtfieldsO[i]);
@@ -549,38 +549,21 @@ void RegisterWindow::take_input() {
     take(txtAutoCalcDeprCL_, sc.txtAutoCalcDeprCL);
 }
 
-void RegisterWindow::show_combo(QComboBox* box, const brenlow::ComboBox& combo) {
-    QStringList texts;
-    for (const auto& item : combo.List.items()) texts << q(item.text);
-    QStringList shown;
-    for (int i = 0; i < box->count(); ++i) shown << box->itemText(i);
-    if (shown != texts) {
-        box->clear();
-        box->addItems(texts);
-    }
-    box->setCurrentIndex(combo.ListIndex);
-    box->setEnabled(combo.Enabled);
-}
-
 void RegisterWindow::refresh() {
     refreshing_ = true;
     auto& sc = *screen_;
     const bool entering = sc.Entering();
-    const auto show = [](VTxtEdit* e, const vTXT& f, bool enabled) {
-        const QString t = QString::fromUtf8(f.text().data(), static_cast<qsizetype>(f.text().size()));
-        if (e->text() != t) e->setText(t);
-        e->setEnabled(enabled);
-    };
+    const auto show = &ScreenWindow::show_field;
     setWindowTitle(q(sc.Caption()));
     browse_->setEnabled(!entering);
     for (const auto& [b, state] : browse_buttons_) b->setEnabled(state->Enabled);
-    if (entering && !scroll_->isVisible()) {
+    if (entering && !entry_box_->isVisible()) {
         // The entry frame takes the larger part of the window while it is open.
-        scroll_->setVisible(true);
+        entry_box_->setVisible(true);
         const int h = std::max(splitter_->height(), 600);
         splitter_->setSizes({h * 2 / 5, h * 3 / 5});
     } else if (!entering) {
-        scroll_->setVisible(false);
+        entry_box_->setVisible(false);
     }
     famEditO_->setVisible(sc.famEditO_Visible);
     famEditA_->setVisible(sc.famEditA_Visible);
@@ -664,6 +647,10 @@ void RegisterWindow::refresh() {
         sc.FocusIndex = -1;
     }
     refreshing_ = false;
+}
+
+std::shared_ptr<reg::frmNewFATR> make_register_screen(frame::Component& component, QWidget* host) {
+    return std::make_shared<DesktopRegisterScreen>(component, host);
 }
 
 QWidget* make_register_window(frame::Component& component, QWidget* parent) {

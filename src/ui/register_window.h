@@ -22,14 +22,14 @@
 #include "frame/component.h"
 #include "register/frm_new_fatr.h"
 #include "ui/grid_view.h"
-#include "ui/qt_ui.h"
 #include "ui/vtxt_edit.h"
+#include "ui/window_base.h"
 
 class QPlainTextEdit;
 
 namespace brenlow::ui {
 
-class RegisterWindow : public QWidget {
+class RegisterWindow : public ScreenWindow {
     Q_OBJECT
 public:
     // Makes and loads a screen for the component's open client and year.
@@ -39,9 +39,6 @@ public:
     ~RegisterWindow() override;
 
     reg::frmNewFATR& screen() { return *screen_; }
-    QtUi& ui() { return ui_; }
-    // Runs one event as a button of the window does.
-    void run(const std::function<void()>& event);
     // Shows the latest calculation under the grids.
     void show_calculation();
 
@@ -51,19 +48,13 @@ private:
     QWidget* build_opening_frame();
     QWidget* build_addition_frame();
     QWidget* build_sale_frame();
-    QPushButton* button(const QString& caption, const std::function<void()>& event, QWidget* parent);
-    VTxtEdit* field(vTXT& model, QWidget* parent);
     void bind_leave(VTxtEdit* edit, const std::function<bool()>& check);
     void bind_change(VTxtEdit* edit, const std::function<void()>& change);
-    GridView* grid(Grid& grid, int* row, QWidget* parent);
-    void take_input();
-    void refresh();
-    static void show_combo(QComboBox* box, const brenlow::ComboBox& combo);
+    void take_input() override;
+    void refresh() override;
 
-    QtUi ui_;
     frame::Component& component_;
     std::shared_ptr<reg::frmNewFATR> screen_;
-    bool refreshing_ = false;
     bool leaving_ = false;
 
     // Browse state.
@@ -86,6 +77,7 @@ private:
     // Entry frames.
     QWidget* entry_ = nullptr;
     QScrollArea* scroll_ = nullptr;
+    QWidget* entry_box_ = nullptr;
     QSplitter* splitter_ = nullptr;
     QComboBox* group_ = nullptr;
     QLabel* lblGroupInfo_ = nullptr;
@@ -123,6 +115,11 @@ private:
     int vsESA_row_ = -1;
     int vsS_row_ = -1;
 };
+
+// A register screen that speaks through a Ui of its own; the window that shows it
+// takes that Ui over, so the screen's boxes belong to that window and Back closes
+// that window only.
+std::shared_ptr<reg::frmNewFATR> make_register_screen(frame::Component& component, QWidget* host);
 
 // The register window for the host's menu: a new screen on the component's open
 // client and year.

@@ -5,6 +5,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
+#include "controls/number_format.h"
+
 namespace brenlow::reg {
 namespace {
 
@@ -66,10 +70,59 @@ CalculationResult income_tax_run(int year) {
 
 TEST(IncomeTaxChartReport, CarriesTheTitlesOfTheFinancialAndAssessmentYear) {
     const auto doc = income_tax_chart_report(income_tax_run(2025));
-    ASSERT_GE(doc.titles.size(), 3u);
+    ASSERT_GE(doc.titles.size(), 4u);
     EXPECT_EQ(doc.titles[0], "FIXED ASSETS");
-    EXPECT_EQ(doc.titles[1], "F.Y. 2024-25");
-    EXPECT_EQ(doc.titles[2], "A.Y. 2025-26");
+    EXPECT_EQ(doc.titles[1], "Client: C001");
+    EXPECT_EQ(doc.titles[2], "F.Y. 2024-25");
+    EXPECT_EQ(doc.titles[3], "A.Y. 2025-26");
+}
+
+TEST(IncomeTaxChartReport, IsFollowedByTheBlockWiseSummaryForItsPdf) {
+    auto run = income_tax_run(2025);
+    run.block_summary.title = "BLOCK WISE SUMMARY";
+    run.block_summary.rows = {{"MACHINERY AND PLANT", "40", "Block Nil", "33,000"}};
+    run.block_summary.total_label = "Net Capital Gain / (Loss)";
+    run.block_summary.total_text = "33,000";
+    const auto doc = income_tax_chart_report(run, {"C001", "ACME ENGINEERS"});
+    ASSERT_EQ(doc.follows.size(), 1u);
+    EXPECT_EQ(doc.follows[0].titles.at(0), "BLOCK WISE SUMMARY");
+    EXPECT_EQ(doc.follows[0].titles.at(1), "Client: C001 - ACME ENGINEERS");
+    EXPECT_EQ(doc.follows[0].rows.at(1).at(3), "33,000");
+    // The text of the chart leaves the summary to its own place.
+    EXPECT_EQ(Ostikreport::render_text(doc).find("BLOCK WISE SUMMARY"), std::string::npos);
+    EXPECT_TRUE(books_chart_report(run).follows.empty());
+}
+
+TEST(CalculationSheetReport, TheIncomeTaxSheetShowsEachRateStepUnderTheAmountItIsChargedOn) {
+    auto run = income_tax_run(2025);
+    auto& plant = run.income_tax.blocks[1];
+    plant.full_on_bal1 = 205000;
+    plant.depr_full = 30750;
+    plant.full_on_bal2 = 39000;
+    plant.depr_half = 2925;
+    plant.addl_rate = 20;
+    plant.addl_on_bal1 = 10000;
+    plant.addl_full = 2000;
+    plant.addl_on_bal2 = 39000;
+    plant.addl_half = 3900;
+    run.income_tax_sheet = {{"MACHINERY AND PLANT", 15,
+                             {{"Balance", 244000},
+                              {"Amount on which Depreciation to be Calculated", 244000},
+                              {"Depreciation @ Normal Rate", 33675}}}};
+    const auto doc = calculation_sheet_report(run);
+    const auto whole = [](double v) { return format_mask(v, "#,##0"); };
+    std::vector<std::pair<std::string, std::string>> lines;
+    for (const auto& r : doc.rows)
+        if (!r.at(0).empty()) lines.push_back({r.at(0), r.at(1)});
+    EXPECT_EQ(lines, (std::vector<std::pair<std::string, std::string>>{
+                         {"MACHINERY AND PLANT @ 15.00%", ""},
+                         {"  Balance", whole(244000)},
+                         {"  Amount on which Depreciation to be Calculated", whole(244000)},
+                         {"    Normal @ 15% Full Rate", whole(30750)},
+                         {"    Normal @ Half Rate [7.5%]", whole(2925)},
+                         {"    Additional @ 20% Full Rate", whole(2000)},
+                         {"    Additional @ Half Rate [10%]", whole(3900)},
+                         {"  Depreciation @ Normal Rate", whole(33675)}}));
 }
 
 TEST(IncomeTaxChartReport, SplitsAdditionsAtTheHalfRateLineOfAnOrdinaryYear) {
@@ -91,7 +144,7 @@ TEST(IncomeTaxChartReport, MovesTheLineToTheFifthOfOctoberWhenFebruaryHasTwentyN
     const auto doc = income_tax_chart_report(income_tax_run(2024));
     EXPECT_EQ(column(doc, 3).heading, "180 Days or More\n(Before 05/10/23)");
     EXPECT_EQ(column(doc, 4).heading, "Less than 180 Days\n(On or After 05/10/23)");
-    EXPECT_EQ(doc.titles[1], "F.Y. 2023-24");
+    EXPECT_EQ(doc.titles[2], "F.Y. 2023-24");
 }
 
 TEST(IncomeTaxChartReport, KeepsTheFourthOfOctoberForAYearThatBeganIn2005OrEarlierEvenBeforeALeapFebruary) {
@@ -232,6 +285,25 @@ TEST(CalculationSheetReport, TheBooksSheetEndsWithItsGrandTotal) {
     ASSERT_EQ(doc.rows.size(), 2u);
     EXPECT_EQ(doc.rows[1][0], "Grand Total");
     EXPECT_TRUE(doc.bold_rows.at(1));
+}
+
+TEST(PrintedClient, EveryChartSheetAndSummaryCarriesTheClientsCodeAndName) {
+    const PrintedClient client{"C001", "ACME ENGINEERS"};
+    auto it = income_tax_run(2025);
+    it.block_summary.title = "BLOCK WISE SUMMARY";
+    auto books = books_run();
+    books.books_sheet = {{depreciation::CaSheetRowKind::Title, {"CALCULATION SHEET FOR DEPRECIATION ON FIXED ASSETS"}}};
+    const std::pair<std::string, ReportDocument> prints[] = {
+        {"income-tax chart", income_tax_chart_report(it, client)},
+        {"books chart", books_chart_report(books, client)},
+        {"block-wise summary", block_summary_report(it, client)},
+        {"income-tax sheet", calculation_sheet_report(it, client)},
+        {"books sheet", calculation_sheet_report(books, client)},
+    };
+    for (const auto& [what, doc] : prints) {
+        const auto& t = doc.titles;
+        EXPECT_NE(std::find(t.begin(), t.end(), "Client: C001 - ACME ENGINEERS"), t.end()) << what;
+    }
 }
 
 TEST(YearSpan, NamesTheFinancialYearByBothCalendarYears) {

@@ -46,6 +46,29 @@ TEST(ReportText, BandsSpanTheirColumnsAndAmountsAlignRight) {
     EXPECT_NE(text.find("Note: figures in Rs."), std::string::npos);
 }
 
+TEST(ReportPdf, PrintsTheDocumentsThatFollowOnPagesOfTheirOwn) {
+    const auto path = std::filesystem::temp_directory_path() / ("brenlow-follows-" + std::to_string(::getpid()) + ".pdf");
+    auto doc = chart_like(3);
+    ReportDocument summary;
+    summary.titles = {"BLOCK WISE SUMMARY"};
+    summary.columns = {{"", "Block", false, false, 20}, {"", "Gain", true, false, 10}};
+    summary.rows = {{"MACHINERY AND PLANT", "33,000"}};
+    summary.landscape = false;
+    doc.follows.push_back(summary);
+    write_pdf(doc, path.string());
+    std::ifstream in(path, std::ios::binary);
+    std::stringstream ss;
+    ss << in.rdbuf();
+    const std::string pdf = ss.str();
+    std::filesystem::remove(path);
+    EXPECT_NE(pdf.find("BLOCK WISE SUMMARY"), std::string::npos);
+    EXPECT_NE(pdf.find("33,000"), std::string::npos);
+    EXPECT_NE(pdf.find("/Count 2"), std::string::npos);
+    EXPECT_NE(pdf.find("(Page 2 of 2)"), std::string::npos);
+    // The summary keeps its own portrait page.
+    EXPECT_NE(pdf.find("/MediaBox [0 0 595.00 842.00]"), std::string::npos);
+}
+
 TEST(ReportPdf, IsAWellFormedFileWithTheHeadingsOnEveryPage) {
     const auto path = std::filesystem::temp_directory_path() / ("brenlow-report-" + std::to_string(::getpid()) + ".pdf");
     write_pdf(chart_like(300), path.string());

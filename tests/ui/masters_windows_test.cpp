@@ -209,6 +209,43 @@ TEST_P(MastersWindows, TheParticularsMasterSavesTheChosenMethodAndBlocks) {
     EXPECT_EQ(p.first("ITBlock").as_int(), 6);
 }
 
+TEST_P(MastersWindows, TheParticularsMasterIsEnteredFromTheKeyboardInScreenOrder) {
+    fill_masters();
+    ParticularsMasterWindow window(component_);
+    window.show();
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    const auto type = [](const QString& text) { QTest::keyClicks(QApplication::focusWidget(), text); };
+    const auto tab = [] { QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab); };
+    QTest::mouseClick(window.cmdaddded(), Qt::LeftButton);
+    window.txtfields(0)->setFocus();
+    type("computers");
+    // Name, method, the two rates, the two blocks: as they stand on the screen.
+    tab();
+    EXPECT_EQ(QApplication::focusWidget(), window.Combo(1));
+    type("W");
+    EXPECT_EQ(window.Combo(1)->currentText(), "WRITTEN DOWN VALUE");
+    EXPECT_EQ(QApplication::focusWidget(), window.Combo(1));
+    tab();
+    EXPECT_EQ(QApplication::focusWidget(), window.txtfields(1));
+    type("40");
+    tab();
+    EXPECT_EQ(QApplication::focusWidget(), window.txtfields(2));
+    tab();
+    EXPECT_EQ(QApplication::focusWidget(), window.Combo(2));
+    // Enter moves on from a combo box as from an entry field.
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    EXPECT_EQ(QApplication::focusWidget(), window.Combo(3));
+    type("C");
+    EXPECT_EQ(window.Combo(3)->currentText(), "COMPUTERS @ 40%");
+    QTest::mouseClick(window.cmdupdateded(), Qt::LeftButton);
+    const auto p = db().query("select * from FAPart_Master where PartDesc='COMPUTERS'");
+    ASSERT_EQ(p.size(), 1u);
+    EXPECT_EQ(p.first("PartMeth").as_text(), "1");
+    EXPECT_DOUBLE_EQ(p.first("RtCl").as_double(), 40);
+    EXPECT_EQ(p.first("ITBlock").as_int(), 6);
+}
+
 TEST_P(MastersWindows, TheMenuFunctionsMakeTheThreeWindows) {
     std::unique_ptr<QWidget> a(make_block_master_window(component_, 2, nullptr));
     std::unique_ptr<QWidget> b(make_group_master_window(component_, nullptr));

@@ -37,7 +37,12 @@ void ensure_qt_app() {
 
 bool save_picture(QWidget& window, const std::string& name) {
     const char* folder = std::getenv("BRENLOW_ARTIFACTS");
-    const std::filesystem::path dir = folder && *folder ? folder : ".";
+#ifdef BRENLOW_ARTIFACTS_DIR
+    const std::filesystem::path fallback = BRENLOW_ARTIFACTS_DIR;
+#else
+    const std::filesystem::path fallback = ".";
+#endif
+    const std::filesystem::path dir = folder && *folder ? std::filesystem::path(folder) : fallback;
     std::filesystem::create_directories(dir);
     return window.grab().save(QString::fromStdString((dir / (name + ".png")).string()));
 }

@@ -14,7 +14,7 @@ namespace brenlow::test {
 void ensure_qt_app();
 
 // Saves a picture of a window for people to look at: NAME.png in the folder named
-// by BRENLOW_ARTIFACTS (the test command's artifacts folder), else the current one.
+// by BRENLOW_ARTIFACTS, else the build's artifacts folder.
 bool save_picture(QWidget& window, const std::string& name);
 
 }  // namespace brenlow::test

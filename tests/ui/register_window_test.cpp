@@ -5,12 +5,15 @@
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QLabel>
+#include <QComboBox>
 #include <QElapsedTimer>
 #include <QMessageBox>
 #include <QTimer>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTest>
+#include <QWheelEvent>
 #include <filesystem>
 
 #include "register/frm_new_fatr.h"
@@ -89,6 +92,22 @@ protected:
         return nullptr;
     }
 
+    // The keys go to whichever control has the focus, as they do for a person.
+    static void keys(const QString& text) { QTest::keyClicks(QApplication::focusWidget(), text); }
+    static void key(Qt::Key k, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        QTest::keyClick(QApplication::focusWidget(), k, modifiers);
+        QApplication::processEvents();
+    }
+    static QWidget* focused() { return QApplication::focusWidget(); }
+    // A button's mnemonic clicks it a moment later, as a person sees it pressed.
+    static void press_mnemonic(Qt::Key k, QWidget* frame) {
+        key(k, Qt::AltModifier);
+        for (int i = 0; i < 100 && frame->isVisible(); ++i) QTest::qWait(20);
+        // The boxes that came up have gone; the window is the active one again.
+        frame->window()->activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(frame->window()));
+    }
+
     QObject watcher_;
     std::vector<std::string> shown_;
 };
@@ -96,6 +115,7 @@ protected:
 TEST_P(RegisterWindowTest, ShowsBothGridsWithTheirEntries) {
     fill_register();
     RegisterWindow window(component_);
+    window.resize(1280, 800);
     window.show();
     QApplication::processEvents();
     EXPECT_EQ(window.findChild<GridView*>("vsO")->model()->rowCount(), 4);
@@ -121,6 +141,7 @@ TEST_P(RegisterWindowTest, ShowsBothGridsWithTheirEntries) {
 TEST_P(RegisterWindowTest, OpeningEntryTypedAndSavedThroughTheFrame) {
     fill_register();
     RegisterWindow window(component_);
+    window.resize(1280, 800);
     window.show();
     QApplication::processEvents();
     auto& screen = window.screen();
@@ -162,6 +183,7 @@ TEST_P(RegisterWindowTest, OpeningEntryTypedAndSavedThroughTheFrame) {
 TEST_P(RegisterWindowTest, AdditionFrameShowsTheNetAmountAsItIsTyped) {
     fill_register();
     RegisterWindow window(component_);
+    window.resize(1280, 800);
     window.show();
     QApplication::processEvents();
     auto& screen = window.screen();
@@ -196,6 +218,163 @@ TEST_P(RegisterWindowTest, RoundingTickRewritesTheOptionsRow) {
     QTest::mouseClick(rounding, Qt::LeftButton);
     EXPECT_EQ(db().query("SELECT MiscInf FROM NewFAMI").first("MiscInf").as_text(), "WDV|N|Y|Y|0|0|COST|0|W|N|0");
     EXPECT_TRUE(rounding->isChecked());
+}
+
+TEST_P(RegisterWindowTest, OpeningAndAdditionEnteredFromTheKeyboardAlone) {
+    RegisterWindow window(component_);
+    window.show();
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    answer_boxes();
+    auto& screen = window.screen();
+    std::vector<QPushButton*> adds;
+    for (auto* b : window.findChildren<QPushButton*>())
+        if (b->text() == "&Add") adds.push_back(b);
+    ASSERT_EQ(adds.size(), 2u);
+
+    // Opening asset: the Add button, the group by its first letter, then Tab down the frame.
+    adds[0]->setFocus();
+    key(Qt::Key_Space);
+    ASSERT_TRUE(window.findChild<QWidget*>("famEditO")->isVisible());
+    ASSERT_NE(qobject_cast<QComboBox*>(focused()), nullptr);
+    keys("P");
+    EXPECT_EQ(screen.txtAssetGroup.Id, 1);
+    key(Qt::Key_Tab);
+    keys("boring machine");
+    ASSERT_NE(qobject_cast<VTxtEdit*>(focused()), nullptr);
+    EXPECT_EQ(qobject_cast<VTxtEdit*>(focused())->text(), "BORING MACHINE");
+    key(Qt::Key_Tab);
+    keys("01/04/2019");
+    key(Qt::Key_Tab);
+    keys("200000");
+    key(Qt::Key_Return);
+    keys("12000");
+    key(Qt::Key_Return);
+    EXPECT_EQ(screen.txtfieldsO[S::O_PutDate].text(), "01/04/2019");
+    EXPECT_EQ(screen.txtfieldsO[S::O_CostWdv].text(), "200000.00");
+    EXPECT_EQ(screen.txtfieldsO[S::O_OpDepr].text(), "12000.00");
+    press_mnemonic(Qt::Key_U, window.findChild<QWidget*>("famEditO"));
+    EXPECT_FALSE(window.findChild<QWidget*>("famEditO")->isVisible());
+    auto* vsO = window.findChild<GridView*>("vsO");
+    ASSERT_EQ(vsO->model()->rowCount(), 1);
+    EXPECT_EQ(vsO->model()->index(0, 3).data().toString(), "BORING MACHINE");
+
+    // Addition: the same from its own Add button.
+    adds[1]->setFocus();
+    key(Qt::Key_Space);
+    ASSERT_TRUE(window.findChild<QWidget*>("famEditA")->isVisible());
+    // A letter typed soon after another continues the same search; a person pauses here.
+    QTest::qWait(QApplication::keyboardInputInterval() + 100);
+    keys("P");
+    EXPECT_EQ(screen.txtAssetGroup.Id, 1);
+    key(Qt::Key_Tab);
+    keys("compressor");
+    key(Qt::Key_Tab);
+    keys("15/07/2024");
+    key(Qt::Key_Return);
+    keys("10/07/2024");
+    key(Qt::Key_Return);
+    keys("85000");
+    key(Qt::Key_Return);
+    EXPECT_EQ(screen.txtfieldsA[S::A_PutDate].text(), "15/07/2024");
+    EXPECT_EQ(screen.txtfieldsA[S::A_AccDate].text(), "10/07/2024");
+    EXPECT_EQ(screen.txtfieldsA[S::A_PurAmt].text(), "85000.00");
+    press_mnemonic(Qt::Key_U, window.findChild<QWidget*>("famEditA"));
+    EXPECT_EQ(shown_, (std::vector<std::string>{"Auto Calculated Rate is 25.89% !", "Auto Calculated Rate is 18.10% !"}));
+    EXPECT_FALSE(window.findChild<QWidget*>("famEditA")->isVisible());
+    auto* vsA = window.findChild<GridView*>("vsA");
+    ASSERT_EQ(vsA->model()->rowCount(), 1);
+    EXPECT_EQ(vsA->model()->index(0, 3).data().toString(), "COMPRESSOR");
+    EXPECT_EQ(db().query("SELECT COUNT(*) AS n FROM NewFATRa2025").first("n").as_int(), 1);
+}
+
+TEST_P(RegisterWindowTest, TheWheelOverAComboWithoutFocusChangesNothing) {
+    fill_register();
+    RegisterWindow window(component_);
+    window.resize(1280, 800);
+    window.show();
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    answer_boxes();
+    auto& screen = window.screen();
+    const auto state = [&] {
+        std::vector<int> out{static_cast<int>(screen.txtAssetGroup.Id), screen.cboCalcCA.ListIndex,
+                             screen.cboMODo.ListIndex, screen.cboResValOfO.ListIndex, screen.cboMODa.ListIndex,
+                             screen.cboRndAddRtAuto.ListIndex};
+        for (auto* box : window.findChildren<QComboBox*>()) out.push_back(box->currentIndex());
+        return out;
+    };
+    for (const auto& open : std::vector<std::function<void()>>{[&] { screen.cmdAddO_Click(); },
+                                                                [&] { screen.cmdAddA_Click(); }}) {
+        window.run(open);
+        window.run([&] { screen.SelectAssetGroup(1); });
+        QApplication::processEvents();
+        window.findChild<VTxtEdit*>("txtPart")->setFocus();
+        const auto before = state();
+        int rolled = 0;
+        for (auto* box : window.findChildren<QComboBox*>()) {
+            if (!box->isVisible() || !box->isEnabled() || box->count() < 2) continue;
+            EXPECT_FALSE(box->hasFocus());
+            for (int delta : {-120, 120, -120, -120}) {
+                const QPointF at(box->width() / 2.0, box->height() / 2.0);
+                QWheelEvent wheel(at, box->mapToGlobal(at), QPoint(), QPoint(0, delta), Qt::NoButton, Qt::NoModifier,
+                                  Qt::NoScrollPhase, false);
+                QApplication::sendEvent(box, &wheel);
+            }
+            ++rolled;
+        }
+        QApplication::processEvents();
+        EXPECT_GE(rolled, 3);
+        EXPECT_EQ(state(), before);
+        window.run([&] { screen.cmdCancel_Click(); });
+    }
+}
+
+TEST_P(RegisterWindowTest, CaptionsReadWholeAndTheEntryFrameIsReachableAt1280x800) {
+    fill_register();
+    RegisterWindow window(component_);
+    window.resize(1280, 800);
+    window.show();
+    QApplication::processEvents();
+    // A label shows "&" as an underline only when it has a control to go to.
+    for (auto* label : window.findChildren<QLabel*>()) {
+        if (label->textFormat() != Qt::RichText && label->text().contains('&')) {
+            EXPECT_NE(label->buddy(), nullptr) << label->text().toStdString();
+        }
+    }
+    // Every heading fits its column, and every band the columns under it.
+    for (auto* view : window.findChildren<GridView*>()) {
+        const auto* model = view->model();
+        const QFontMetrics metrics = view->horizontalHeader()->fontMetrics();
+        for (int c = 0; c < model->columnCount(); ++c) {
+            if (view->isColumnHidden(c)) continue;
+            const QString heading = model->headerData(c, Qt::Horizontal).toString();
+            EXPECT_GE(view->columnWidth(c), metrics.horizontalAdvance(heading)) << heading.toStdString();
+            const QString band = model->headerData(c, Qt::Horizontal, GridTableModel::BandRole).toString();
+            const QPoint span = model->headerData(c, Qt::Horizontal, GridTableModel::BandSpanRole).toPoint();
+            if (band.isEmpty() || span.x() != c) continue;
+            int covered = 0;
+            for (int s = span.x(); s <= span.y(); ++s)
+                if (!view->isColumnHidden(s)) covered += view->columnWidth(s);
+            EXPECT_GE(covered, metrics.horizontalAdvance(band)) << band.toStdString();
+        }
+    }
+    // With either entry frame open, Update and Cancel are on the screen.
+    auto& screen = window.screen();
+    answer_boxes();
+    for (const auto& open : std::vector<std::function<void()>>{[&] { screen.cmdAddO_Click(); },
+                                                                [&] { screen.cmdAddA_Click(); }}) {
+        window.run(open);
+        QApplication::processEvents();
+        for (const QString caption : {"&Update", "&Cancel"}) {
+            QPushButton* b = find_button(window, caption);
+            ASSERT_NE(b, nullptr);
+            const QRect on_window(b->mapTo(&window, QPoint(0, 0)), b->size());
+            EXPECT_TRUE(window.rect().contains(on_window)) << caption.toStdString();
+            EXPECT_FALSE(b->visibleRegion().isEmpty()) << caption.toStdString();
+        }
+        window.run([&] { screen.cmdCancel_Click(); });
+    }
 }
 
 TEST(RegisterWindowLarge, GridOfAHundredThousandEntriesScrollsToItsEnd) {

@@ -257,14 +257,15 @@ int chart_command(Context& ctx, const std::vector<std::string>& args) {
         ctx.out << "\n";
         return 0;
     }
-    const auto doc = reg::chart_report(run);
+    const auto client = reg::printed_client(ctx.base().dbobj(), code);
+    const auto doc = reg::chart_report(run, client);
     if (const auto pdf = opt.get("pdf")) {
         Ostikreport::write_pdf(doc, *pdf);
         ctx.out << "Wrote " << *pdf << "\n";
         return 0;
     }
     ctx.out << Ostikreport::render_text(doc);
-    if (it) ctx.out << "\n" << Ostikreport::render_text(reg::block_summary_report(run));
+    if (it) ctx.out << "\n" << Ostikreport::render_text(reg::block_summary_report(run, client));
     return 0;
 }
 

@@ -184,10 +184,11 @@ int demo_command(Context& ctx, const std::vector<std::string>& args) {
 
     const auto it = reg::run_calculation(db, kCode, kYear, reg::Mode::DEP_IT, false);
     const auto books = reg::run_calculation(db, kCode, kYear, reg::Mode::DEP_FA, false);
-    const auto it_doc = reg::income_tax_chart_report(it);
-    const auto books_doc = reg::books_chart_report(books);
+    const reg::PrintedClient client{kCode, kName};
+    const auto it_doc = reg::income_tax_chart_report(it, client);
+    const auto books_doc = reg::books_chart_report(books, client);
     ctx.out << Ostikreport::render_text(it_doc) << "\n"
-            << Ostikreport::render_text(reg::block_summary_report(it)) << "\n"
+            << Ostikreport::render_text(reg::block_summary_report(it, client)) << "\n"
             << Ostikreport::render_text(books_doc) << "\n";
 
     const auto it_pdf = (dir / "demo-income-tax-chart.pdf").string();

@@ -15,6 +15,7 @@
 #include "register/frm_new_fatr.h"
 #include "store/seed.h"
 #include "suite/defaults.h"
+#include "ui/register_window.h"
 #include "ui/report_preview.h"
 #include "ui/screen_windows.h"
 
@@ -86,8 +87,8 @@ bool HostWindow::open_database(const QString& url) {
         const std::string exe = cli::Context::exe_dir();
         suite::register_defaults(catalogue, {url.toStdString(), exe, store::reference_data_dir(exe)});
         frame::ScreenMakers makers;
-        // A register screen speaks through the host's boxes.
-        makers.frmNewFATR = [this](frame::Component& c) { return std::make_shared<reg::frmNewFATR>(c, ui_); };
+        // A register screen speaks through the boxes of the window that shows it.
+        makers.frmNewFATR = [this](frame::Component& c) { return ui::make_register_screen(c, this); };
         forms_ = std::make_unique<frame::Forms>(catalogue, ui_, makers);
         ui::preview_reports_on_desktop(*forms_->component().report, this);
         url_ = url;

@@ -1,0 +1,62 @@
+// The desktop host with a client's year open: the register it opens closes on its
+// own Back and leaves the host running.
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QPointer>
+#include <QPushButton>
+#include <QStandardPaths>
+#include <QTest>
+
+#include "app/tarrow/host.h"
+#include "support/test_databases.h"
+#include "ui/qt_app.h"
+
+namespace brenlow::tarrow {
+namespace {
+
+class HostWindowTest : public brenlow::test::BackendTest {
+protected:
+    void SetUp() override {
+        brenlow::test::ensure_qt_app();
+        // The host remembers the last database and client; not in the person's own settings.
+        QStandardPaths::setTestModeEnabled(true);
+        brenlow::test::BackendTest::SetUp();
+    }
+};
+
+QPushButton* find_button(QWidget& w, const QString& caption) {
+    for (auto* b : w.findChildren<QPushButton*>())
+        if (b->text() == caption) return b;
+    return nullptr;
+}
+
+TEST_P(HostWindowTest, BackOnTheRegisterClosesTheRegisterOnly) {
+    HostWindow host;
+    host.show();
+    ASSERT_TRUE(host.open_database(QString::fromStdString(temp().url())));
+    ASSERT_TRUE(host.open_client_year("C001", 2025, true, "ACME ENGINEERS", 1));
+    QPointer<QWidget> reg = host.open_by_name("register");
+    ASSERT_NE(reg, nullptr);
+    QApplication::processEvents();
+    ASSERT_TRUE(reg->isVisible());
+    QPushButton* back = find_button(*reg, "&Back");
+    ASSERT_NE(back, nullptr);
+    QTest::mouseClick(back, Qt::LeftButton);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QApplication::processEvents();
+    EXPECT_TRUE(reg.isNull() || !reg->isVisible());
+    EXPECT_TRUE(host.isVisible());
+    // The host still opens screens after the register has gone.
+    QPointer<QWidget> again = host.open_by_name("register");
+    ASSERT_NE(again, nullptr);
+    EXPECT_TRUE(again->isVisible());
+    again->close();
+}
+
+}  // namespace
+
+BRENLOW_INSTANTIATE_BACKENDS(HostWindowTest);
+
+}  // namespace brenlow::tarrow
