@@ -28,8 +28,8 @@
 #include <filesystem>
 #include <fstream>
 #include <map>
-#include <sstream>
 #include <memory>
+#include <sstream>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -39,8 +39,8 @@
 #include "register/calculation.h"
 #include "register/register_options.h"
 #include "store/client_store.h"
-#include "store/mysql_database.h"
 #include "store/masters_store.h"
+#include "store/mysql_database.h"
 #include "store/register_bulk.h"
 #include "store/schema.h"
 #include "store/seed.h"
@@ -263,20 +263,26 @@ double peak_rss_mb() {
 std::uint64_t raw_read(sqlite3* db, const std::string& table) {
     sqlite3_stmt* st = nullptr;
     const std::string sql = "SELECT * FROM " + table;
-    if (sqlite3_prepare_v2(db, sql.c_str(), -1, &st, nullptr) != SQLITE_OK) throw std::runtime_error(sqlite3_errmsg(db));
+    if (sqlite3_prepare_v2(db, sql.c_str(), -1, &st, nullptr) != SQLITE_OK)
+        throw std::runtime_error(sqlite3_errmsg(db));
     std::uint64_t seen = 0;
     const int columns = sqlite3_column_count(st);
     while (sqlite3_step(st) == SQLITE_ROW) {
         for (int c = 0; c < columns; ++c) {
             switch (sqlite3_column_type(st, c)) {
-                case SQLITE_INTEGER: seen += static_cast<std::uint64_t>(sqlite3_column_int64(st, c)); break;
-                case SQLITE_FLOAT: seen += static_cast<std::uint64_t>(sqlite3_column_double(st, c)); break;
+                case SQLITE_INTEGER:
+                    seen += static_cast<std::uint64_t>(sqlite3_column_int64(st, c));
+                    break;
+                case SQLITE_FLOAT:
+                    seen += static_cast<std::uint64_t>(sqlite3_column_double(st, c));
+                    break;
                 case SQLITE_TEXT: {
                     const auto* text = sqlite3_column_text(st, c);
                     seen += static_cast<std::uint64_t>(sqlite3_column_bytes(st, c)) + (text ? text[0] : 0);
                     break;
                 }
-                default: break;
+                default:
+                    break;
             }
         }
     }
@@ -293,14 +299,16 @@ public:
 class SqliteFloor final : public Floor {
 public:
     explicit SqliteFloor(const std::string& file) {
-        if (sqlite3_open_v2(file.c_str(), &db_, SQLITE_OPEN_READONLY | SQLITE_OPEN_NOMUTEX, nullptr) != SQLITE_OK)
+        if (sqlite3_open_v2(file.c_str(), &db_, SQLITE_OPEN_READONLY | SQLITE_OPEN_NOMUTEX, nullptr) !=
+            SQLITE_OK)
             throw std::runtime_error("cannot open " + file);
     }
     ~SqliteFloor() override { sqlite3_close_v2(db_); }
     SqliteFloor(const SqliteFloor&) = delete;
     SqliteFloor& operator=(const SqliteFloor&) = delete;
     std::uint64_t read() override {
-        return raw_read(db_, store::register_opening_table(kYear)) + raw_read(db_, store::register_addition_table(kYear));
+        return raw_read(db_, store::register_opening_table(kYear)) +
+               raw_read(db_, store::register_addition_table(kYear));
     }
 
 private:
@@ -315,15 +323,16 @@ public:
         conn_ = mysql_init(nullptr);
         mysql_options(conn_, MYSQL_SET_CHARSET_NAME, "utf8mb4");
         const auto text = [](const std::string& s) { return s.empty() ? nullptr : s.c_str(); };
-        if (!mysql_real_connect(conn_, a.host.c_str(), text(a.user), text(a.password), text(a.database), a.port,
-                                text(a.socket), 0))
+        if (!mysql_real_connect(conn_, a.host.c_str(), text(a.user), text(a.password), text(a.database),
+                                a.port, text(a.socket), 0))
             throw std::runtime_error(std::string("cannot connect: ") + mysql_error(conn_));
     }
     ~MysqlFloor() override { mysql_close(conn_); }
     MysqlFloor(const MysqlFloor&) = delete;
     MysqlFloor& operator=(const MysqlFloor&) = delete;
     std::uint64_t read() override {
-        return read_table(store::register_opening_table(kYear)) + read_table(store::register_addition_table(kYear));
+        return read_table(store::register_opening_table(kYear)) +
+               read_table(store::register_addition_table(kYear));
     }
 
 private:
@@ -336,7 +345,8 @@ private:
         std::uint64_t seen = 0;
         while (MYSQL_ROW row = mysql_fetch_row(result)) {
             const unsigned long* lengths = mysql_fetch_lengths(result);
-            for (unsigned c = 0; c < columns; ++c) seen += lengths[c] + (row[c] ? static_cast<unsigned char>(row[c][0]) : 0);
+            for (unsigned c = 0; c < columns; ++c)
+                seen += lengths[c] + (row[c] ? static_cast<unsigned char>(row[c][0]) : 0);
         }
         mysql_free_result(result);
         return seen;
@@ -413,8 +423,9 @@ void chart_books_json(benchmark::State& state) {
     const int n = static_cast<int>(state.range(0));
     auto& p = prepared(store::Backend::sqlite, n);
     std::ofstream sink("/dev/null");
-    const std::vector<std::string> args = {"--db",   "sqlite:" + p.sqlite_file(), "chart",   "--client", kCode,
-                                           "--year", std::to_string(kYear),       "--books", "--json"};
+    const std::vector<std::string> args = {
+        "--db",   "sqlite:" + p.sqlite_file(), "chart",   "--client", kCode,
+        "--year", std::to_string(kYear),       "--books", "--json"};
     reset_peak_rss();
     for (auto _ : state) {
         std::ostringstream err;
@@ -440,18 +451,21 @@ void register_all() {
                 ->UseManualTime()
                 ->Iterations(3)
                 ->Repetitions(3)
-                ->ComputeStatistics("min",
-                                    [](const std::vector<double>& v) { return *std::min_element(v.begin(), v.end()); });
+                ->ComputeStatistics("min", [](const std::vector<double>& v) {
+                    return *std::min_element(v.begin(), v.end());
+                });
         }
-        benchmark::RegisterBenchmark((std::string("OneOfTenClients/IncomeTaxChart/") + name).c_str(),
-                                     [backend = backend](benchmark::State& s) { one_of_ten_clients(s, backend); })
+        benchmark::RegisterBenchmark(
+            (std::string("OneOfTenClients/IncomeTaxChart/") + name).c_str(),
+            [backend = backend](benchmark::State& s) { one_of_ten_clients(s, backend); })
             ->Arg(10000)
             ->Arg(100000)
             ->Unit(benchmark::kMillisecond)
             ->UseManualTime()
             ->Iterations(3)
             ->Repetitions(3)
-            ->ComputeStatistics("min", [](const std::vector<double>& v) { return *std::min_element(v.begin(), v.end()); });
+            ->ComputeStatistics(
+                "min", [](const std::vector<double>& v) { return *std::min_element(v.begin(), v.end()); });
     }
     benchmark::RegisterBenchmark("ChartBooksJson/sqlite", chart_books_json)
         ->Arg(10000)
@@ -460,7 +474,8 @@ void register_all() {
         ->Unit(benchmark::kMillisecond)
         ->Iterations(1)
         ->Repetitions(3)
-        ->ComputeStatistics("min", [](const std::vector<double>& v) { return *std::min_element(v.begin(), v.end()); });
+        ->ComputeStatistics(
+            "min", [](const std::vector<double>& v) { return *std::min_element(v.begin(), v.end()); });
 }
 
 }  // namespace

@@ -2,7 +2,6 @@
 // the register screen on SQLite: the options, masters, both tables and both grids.
 
 #include <benchmark/benchmark.h>
-
 #include <unistd.h>
 
 #include <filesystem>
@@ -25,9 +24,12 @@ class SilentUi : public Ui {
 public:
     void message(std::string_view, MsgIcon, std::string_view) override {}
     bool ask_yes_no(std::string_view, MsgIcon, bool, std::string_view) override { return false; }
-    std::optional<std::string> input_box(std::string_view, std::string_view, std::string_view) override { return {}; }
+    std::optional<std::string> input_box(std::string_view, std::string_view, std::string_view) override {
+        return {};
+    }
     std::optional<std::string> choose_open_file(std::string_view, std::string_view) override { return {}; }
-    std::optional<std::string> choose_save_file(std::string_view, std::string_view, std::string_view) override {
+    std::optional<std::string> choose_save_file(std::string_view, std::string_view,
+                                                std::string_view) override {
         return {};
     }
     void progress(std::string_view, double) override {}
@@ -41,19 +43,20 @@ struct Register {
     frame::Component comp;
 
     explicit Register(int entries) {
-        dir = std::filesystem::temp_directory_path() / ("brenlow-bench-register-" + std::to_string(::getpid()));
+        dir =
+            std::filesystem::temp_directory_path() / ("brenlow-bench-register-" + std::to_string(::getpid()));
         std::filesystem::remove_all(dir);
         std::filesystem::create_directories(dir);
         const std::string data = store::reference_data_dir();
-        base = std::make_shared<suite::BaseServices>(store::open_database("sqlite:" + (dir / "t.db").string()),
-                                                     dir.string(), data);
+        base = std::make_shared<suite::BaseServices>(
+            store::open_database("sqlite:" + (dir / "t.db").string()), dir.string(), data);
         base->create_client_year("C001", 2016, "BENCH", 1);
         comp.base = base;
         comp.log.set_exe_path(dir.string());
         auto& db = base->dbobj();
         for (int g = 1; g <= 20; ++g)
-            db.execute("INSERT INTO NewFAGM Values (" + std::to_string(g) + ",2016,'GROUP " + std::to_string(g) +
-                       "','3-15',15,20,0,15,'4.1',15,6.33,18.1)");
+            db.execute("INSERT INTO NewFAGM Values (" + std::to_string(g) + ",2016,'GROUP " +
+                       std::to_string(g) + "','3-15',15,20,0,15,'4.1',15,6.33,18.1)");
         store::RegisterStore rs(db, "C001", 2016);
         store::Transaction tx(db);
         for (int i = 0; i < entries; ++i) {

@@ -21,16 +21,18 @@ int main(int argc, char** argv) {
 
     QCommandLineParser parser;
     parser.addHelpOption();
-    parser.addOptions({{"db", "Database address (sqlite:PATH or mysql://...).", "url"},
-                       {"client", "Client code to open.", "code"},
-                       {"year", "Financial year to open (the year it ends in).", "year"},
-                       {"create", "Create the client's year when missing."},
-                       {"name", "Client name when creating.", "name"},
-                       {"status", "Client status 1-4 when creating.", "status"},
-                       {"open", "Open a screen: register, groups, company-blocks, income-tax-blocks, "
-                                "particulars, schedules, capital.", "screen"},
-                       {"screenshot", "Save a picture of the window (or of the opened screen) and quit.",
-                        "file"}});
+    parser.addOptions(
+        {{"db", "Database address (sqlite:PATH or mysql://...).", "url"},
+         {"client", "Client code to open.", "code"},
+         {"year", "Financial year to open (the year it ends in).", "year"},
+         {"create", "Create the client's year when missing."},
+         {"name", "Client name when creating.", "name"},
+         {"status", "Client status 1-4 when creating.", "status"},
+         {"open",
+          "Open a screen: register, groups, company-blocks, income-tax-blocks, "
+          "particulars, schedules, capital.",
+          "screen"},
+         {"screenshot", "Save a picture of the window (or of the opened screen) and quit.", "file"}});
     parser.process(app);
 
     brenlow::tarrow::HostWindow window;

@@ -18,8 +18,8 @@ public:
     virtual void message(std::string_view text, MsgIcon icon = MsgIcon::none,
                          std::string_view title = {}) = 0;
     // A Yes/No box; destructive questions pass default_yes = false.
-    virtual bool ask_yes_no(std::string_view text, MsgIcon icon = MsgIcon::question,
-                            bool default_yes = true, std::string_view title = {}) = 0;
+    virtual bool ask_yes_no(std::string_view text, MsgIcon icon = MsgIcon::question, bool default_yes = true,
+                            std::string_view title = {}) = 0;
     // An input box; nullopt when cancelled.
     virtual std::optional<std::string> input_box(std::string_view prompt, std::string_view title = {},
                                                  std::string_view default_text = {}) = 0;
@@ -36,8 +36,12 @@ public:
     virtual void close_screen() = 0;
 
     // Shorthands for the two boxes every screen uses.
-    void info(std::string_view text, std::string_view title = {}) { message(text, MsgIcon::information, title); }
-    void critical(std::string_view text, std::string_view title = {}) { message(text, MsgIcon::critical, title); }
+    void info(std::string_view text, std::string_view title = {}) {
+        message(text, MsgIcon::information, title);
+    }
+    void critical(std::string_view text, std::string_view title = {}) {
+        message(text, MsgIcon::critical, title);
+    }
 };
 
 }  // namespace brenlow

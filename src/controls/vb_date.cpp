@@ -178,9 +178,13 @@ Date Date::add_days(int days) const {
     return date_of_serial(day_serial(*this) + days);
 }
 
-long Date::serial() const { return day_serial(*this); }
+long Date::serial() const {
+    return day_serial(*this);
+}
 
-Date Date::from_serial(long serial) { return date_of_serial(static_cast<int>(serial)); }
+Date Date::from_serial(long serial) {
+    return date_of_serial(static_cast<int>(serial));
+}
 
 std::optional<Date> Date::parse_packed(std::string_view text) {
     if (text.size() != 8 || !all_digits(text)) return std::nullopt;
@@ -191,7 +195,9 @@ int days_between(const Date& a, const Date& b) {
     return day_serial(b) - day_serial(a);
 }
 
-int fy_length_days(int year_end) { return days_between(fy_first(year_end), fy_first(year_end + 1)); }
+int fy_length_days(int year_end) {
+    return days_between(fy_first(year_end), fy_first(year_end + 1));
+}
 
 Date fy_first(int year_end) {
     return Date{year_end - 1, 4, 1};

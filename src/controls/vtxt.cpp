@@ -17,7 +17,9 @@ int upper_code(int code) {
     return code;
 }
 
-bool is_continuation(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
+bool is_continuation(char c) {
+    return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
+}
 
 // One character as UTF-8; nothing for what is not a character.
 std::string utf8_of(int code) {
@@ -148,7 +150,8 @@ void vTXT::set_selection(int start, int length) {
 void vTXT::insert(int code) {
     const std::string typed = utf8_of(code);
     if (typed.empty()) return;
-    const std::size_t kept = utf8_length(text_) - utf8_length(std::string_view(text_).substr(sel_start_, sel_length_));
+    const std::size_t kept =
+        utf8_length(text_) - utf8_length(std::string_view(text_).substr(sel_start_, sel_length_));
     if (max_length_ > 0 && kept + 1 > static_cast<std::size_t>(max_length_)) return;  // the box is full
     text_.replace(static_cast<std::size_t>(sel_start_), static_cast<std::size_t>(sel_length_), typed);
     sel_start_ += static_cast<int>(typed.size());

@@ -9,6 +9,6 @@ namespace brenlow::depreciation {
 
 std::string rupees(double amount);        // "###0" then grouped: 1,00,000
 std::string rupees_paise(double amount);  // "###0.00" then grouped: 1,00,000.50
-std::string rate_trimmed(double rate);  // "###0.0000" without trailing zeros: 15, 7.5, 25.8866
+std::string rate_trimmed(double rate);    // "###0.0000" without trailing zeros: 15, 7.5, 25.8866
 
 }  // namespace brenlow::depreciation

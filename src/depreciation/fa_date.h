@@ -12,7 +12,11 @@ using brenlow::days_in_month;
 using brenlow::fy_length_days;
 using brenlow::is_leap_year;
 
-inline Date fy_first_day(int closing_year) { return brenlow::fy_first(closing_year); }
-inline Date fy_last_day(int closing_year) { return brenlow::fy_last(closing_year); }
+inline Date fy_first_day(int closing_year) {
+    return brenlow::fy_first(closing_year);
+}
+inline Date fy_last_day(int closing_year) {
+    return brenlow::fy_last(closing_year);
+}
 
 }  // namespace brenlow::depreciation

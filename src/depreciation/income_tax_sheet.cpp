@@ -30,8 +30,10 @@ std::vector<ItSheetLine> block_sheet_lines(const ItBlockResult& b) {
 std::vector<ItSheetLine> block_rate_lines(const ItBlockResult& b) {
     std::vector<ItSheetLine> lines;
     if (b.block_nil) return lines;
-    if (b.full_on_bal1 != 0 || b.depr_full != 0) lines.push_back({normal_rate_label(b.rate, false), b.depr_full});
-    if (b.full_on_bal2 != 0 || b.depr_half != 0) lines.push_back({normal_rate_label(b.rate, true), b.depr_half});
+    if (b.full_on_bal1 != 0 || b.depr_full != 0)
+        lines.push_back({normal_rate_label(b.rate, false), b.depr_full});
+    if (b.full_on_bal2 != 0 || b.depr_half != 0)
+        lines.push_back({normal_rate_label(b.rate, true), b.depr_half});
     if (b.addl_rate > 0) {
         if (b.addl_on_bal1 != 0 || b.addl_full != 0)
             lines.push_back({additional_rate_label(b.addl_rate, false), b.addl_full});

@@ -24,24 +24,29 @@ struct Field {
 
 // Columns of each table in their stored order.
 const std::vector<Field> kGroupFields = {
-    {"SrNoFAGM", Kind::whole}, {"Yr", Kind::whole},         {"Part", Kind::text},      {"BlockIdIT", Kind::text},
-    {"RateIT", Kind::number},  {"AddlRateIT", Kind::number}, {"BlockFA", Kind::whole},  {"RateFA", Kind::number},
-    {"BlockIdCL", Kind::text}, {"LifeYrs", Kind::number},    {"RateSLM", Kind::number}, {"RateWDV", Kind::number}};
+    {"SrNoFAGM", Kind::whole}, {"Yr", Kind::whole},       {"Part", Kind::text},
+    {"BlockIdIT", Kind::text}, {"RateIT", Kind::number},  {"AddlRateIT", Kind::number},
+    {"BlockFA", Kind::whole},  {"RateFA", Kind::number},  {"BlockIdCL", Kind::text},
+    {"LifeYrs", Kind::number}, {"RateSLM", Kind::number}, {"RateWDV", Kind::number}};
 const std::vector<Field> kOpeningFields = {
-    {"Code_No", Kind::text},     {"SrNoFATR", Kind::whole},  {"IdFAGM", Kind::whole},    {"Part", Kind::text},
-    {"CostWdv", Kind::number},   {"OpDepr", Kind::number},   {"YrCalcCA", Kind::whole},  {"DepCalcCA", Kind::number},
-    {"ResValue", Kind::number},  {"LifeYrs", Kind::number},  {"RateFACL", Kind::number}, {"WdvIT", Kind::number},
-    {"DetESA", Kind::text},      {"RateIT", Kind::number},   {"AddlDepRT", Kind::number}, {"SaleDate", Kind::date},
-    {"SaleAmt", Kind::number},   {"SaleExp", Kind::number},  {"ShiftDet", Kind::text},   {"DepFACL", Kind::number},
-    {"OthOpts", Kind::text},     {"PutDate", Kind::date},    {"AddlDepOn", Kind::number}};
+    {"Code_No", Kind::text},   {"SrNoFATR", Kind::whole},   {"IdFAGM", Kind::whole},
+    {"Part", Kind::text},      {"CostWdv", Kind::number},   {"OpDepr", Kind::number},
+    {"YrCalcCA", Kind::whole}, {"DepCalcCA", Kind::number}, {"ResValue", Kind::number},
+    {"LifeYrs", Kind::number}, {"RateFACL", Kind::number},  {"WdvIT", Kind::number},
+    {"DetESA", Kind::text},    {"RateIT", Kind::number},    {"AddlDepRT", Kind::number},
+    {"SaleDate", Kind::date},  {"SaleAmt", Kind::number},   {"SaleExp", Kind::number},
+    {"ShiftDet", Kind::text},  {"DepFACL", Kind::number},   {"OthOpts", Kind::text},
+    {"PutDate", Kind::date},   {"AddlDepOn", Kind::number}};
 const std::vector<Field> kAdditionFields = {
-    {"Code_No", Kind::text},    {"SrNoFATR", Kind::whole},  {"IdFAGM", Kind::whole},     {"Part", Kind::text},
-    {"PutDate", Kind::date},    {"AccDate", Kind::date},    {"PurAmt", Kind::number},    {"ExciseCr", Kind::number},
-    {"CurrDiff", Kind::number}, {"Subsidy", Kind::number},  {"ResValue", Kind::number},  {"LifeYrs", Kind::number},
-    {"RateFACL", Kind::number}, {"RateIT", Kind::number},   {"AddlDepRT", Kind::number}, {"SaleDate", Kind::date},
-    {"SaleAmt", Kind::number},  {"SaleExp", Kind::number},  {"ShiftDet", Kind::text},    {"DepFACL", Kind::number},
-    {"OthOpts", Kind::text}};
-const std::vector<Field> kOptionFields = {{"Code_No", Kind::text}, {"Yr", Kind::whole}, {"MiscInf", Kind::text}};
+    {"Code_No", Kind::text},    {"SrNoFATR", Kind::whole},  {"IdFAGM", Kind::whole},
+    {"Part", Kind::text},       {"PutDate", Kind::date},    {"AccDate", Kind::date},
+    {"PurAmt", Kind::number},   {"ExciseCr", Kind::number}, {"CurrDiff", Kind::number},
+    {"Subsidy", Kind::number},  {"ResValue", Kind::number}, {"LifeYrs", Kind::number},
+    {"RateFACL", Kind::number}, {"RateIT", Kind::number},   {"AddlDepRT", Kind::number},
+    {"SaleDate", Kind::date},   {"SaleAmt", Kind::number},  {"SaleExp", Kind::number},
+    {"ShiftDet", Kind::text},   {"DepFACL", Kind::number},  {"OthOpts", Kind::text}};
+const std::vector<Field> kOptionFields = {
+    {"Code_No", Kind::text}, {"Yr", Kind::whole}, {"MiscInf", Kind::text}};
 
 Json num(double v) {
     // Whole amounts read back as whole numbers; others keep every digit.
@@ -50,31 +55,68 @@ Json num(double v) {
 }
 
 Json group_json(const store::AssetGroupRow& g) {
-    return Json{{"SrNoFAGM", g.SrNoFAGM}, {"Yr", g.Yr},         {"Part", g.Part},         {"BlockIdIT", g.BlockIdIT},
-                {"RateIT", num(g.RateIT)}, {"AddlRateIT", num(g.AddlRateIT)}, {"BlockFA", g.BlockFA},
-                {"RateFA", num(g.RateFA)}, {"BlockIdCL", g.BlockIdCL}, {"LifeYrs", num(g.LifeYrs)},
-                {"RateSLM", num(g.RateSLM)}, {"RateWDV", num(g.RateWDV)}};
+    return Json{{"SrNoFAGM", g.SrNoFAGM},
+                {"Yr", g.Yr},
+                {"Part", g.Part},
+                {"BlockIdIT", g.BlockIdIT},
+                {"RateIT", num(g.RateIT)},
+                {"AddlRateIT", num(g.AddlRateIT)},
+                {"BlockFA", g.BlockFA},
+                {"RateFA", num(g.RateFA)},
+                {"BlockIdCL", g.BlockIdCL},
+                {"LifeYrs", num(g.LifeYrs)},
+                {"RateSLM", num(g.RateSLM)},
+                {"RateWDV", num(g.RateWDV)}};
 }
 
 Json opening_json(const store::OpeningRow& o) {
-    return Json{{"Code_No", o.Code_No},       {"SrNoFATR", o.SrNoFATR},     {"IdFAGM", o.IdFAGM},
-                {"Part", o.Part},             {"CostWdv", num(o.CostWdv)},  {"OpDepr", num(o.OpDepr)},
-                {"YrCalcCA", o.YrCalcCA},     {"DepCalcCA", num(o.DepCalcCA)}, {"ResValue", num(o.ResValue)},
-                {"LifeYrs", num(o.LifeYrs)},  {"RateFACL", num(o.RateFACL)}, {"WdvIT", num(o.WdvIT)},
-                {"DetESA", o.DetESA},         {"RateIT", num(o.RateIT)},    {"AddlDepRT", num(o.AddlDepRT)},
-                {"SaleDate", o.SaleDate},     {"SaleAmt", num(o.SaleAmt)},  {"SaleExp", num(o.SaleExp)},
-                {"ShiftDet", o.ShiftDet},     {"DepFACL", num(o.DepFACL)},  {"OthOpts", o.OthOpts},
-                {"PutDate", o.PutDate},       {"AddlDepOn", num(o.AddlDepOn)}};
+    return Json{{"Code_No", o.Code_No},
+                {"SrNoFATR", o.SrNoFATR},
+                {"IdFAGM", o.IdFAGM},
+                {"Part", o.Part},
+                {"CostWdv", num(o.CostWdv)},
+                {"OpDepr", num(o.OpDepr)},
+                {"YrCalcCA", o.YrCalcCA},
+                {"DepCalcCA", num(o.DepCalcCA)},
+                {"ResValue", num(o.ResValue)},
+                {"LifeYrs", num(o.LifeYrs)},
+                {"RateFACL", num(o.RateFACL)},
+                {"WdvIT", num(o.WdvIT)},
+                {"DetESA", o.DetESA},
+                {"RateIT", num(o.RateIT)},
+                {"AddlDepRT", num(o.AddlDepRT)},
+                {"SaleDate", o.SaleDate},
+                {"SaleAmt", num(o.SaleAmt)},
+                {"SaleExp", num(o.SaleExp)},
+                {"ShiftDet", o.ShiftDet},
+                {"DepFACL", num(o.DepFACL)},
+                {"OthOpts", o.OthOpts},
+                {"PutDate", o.PutDate},
+                {"AddlDepOn", num(o.AddlDepOn)}};
 }
 
 Json addition_json(const store::AdditionRow& a) {
-    return Json{{"Code_No", a.Code_No},         {"SrNoFATR", a.SrNoFATR},      {"IdFAGM", a.IdFAGM},
-                {"Part", a.Part},               {"PutDate", a.PutDate},        {"AccDate", a.AccDate},
-                {"PurAmt", num(a.PurAmt)},      {"ExciseCr", num(a.ExciseCr)}, {"CurrDiff", num(a.CurrDiff)},
-                {"Subsidy", num(a.Subsidy)},    {"ResValue", num(a.ResValue)}, {"LifeYrs", num(a.LifeYrs)},
-                {"RateFACL", num(a.RateFACL)},  {"RateIT", num(a.RateIT)},     {"AddlDepRT", num(a.AddlDepRT)},
-                {"SaleDate", a.SaleDate},       {"SaleAmt", num(a.SaleAmt)},   {"SaleExp", num(a.SaleExp)},
-                {"ShiftDet", a.ShiftDet},       {"DepFACL", num(a.DepFACL)},   {"OthOpts", a.OthOpts}};
+    return Json{{"Code_No", a.Code_No},
+                {"SrNoFATR", a.SrNoFATR},
+                {"IdFAGM", a.IdFAGM},
+                {"Part", a.Part},
+                {"PutDate", a.PutDate},
+                {"AccDate", a.AccDate},
+                {"PurAmt", num(a.PurAmt)},
+                {"ExciseCr", num(a.ExciseCr)},
+                {"CurrDiff", num(a.CurrDiff)},
+                {"Subsidy", num(a.Subsidy)},
+                {"ResValue", num(a.ResValue)},
+                {"LifeYrs", num(a.LifeYrs)},
+                {"RateFACL", num(a.RateFACL)},
+                {"RateIT", num(a.RateIT)},
+                {"AddlDepRT", num(a.AddlDepRT)},
+                {"SaleDate", a.SaleDate},
+                {"SaleAmt", num(a.SaleAmt)},
+                {"SaleExp", num(a.SaleExp)},
+                {"ShiftDet", a.ShiftDet},
+                {"DepFACL", num(a.DepFACL)},
+                {"OthOpts", a.OthOpts}};
 }
 
 constexpr double kWholeMin = -2147483648.0;
@@ -217,8 +259,10 @@ std::string export_register(store::Database& db, const std::string& code, int ye
     Json groups = Json::array(), openings = Json::array(), additions = Json::array(), options = Json::array();
     for (const auto& g : reg.asset_groups()) groups.push_back(group_json(g));
     reg.for_each_opening(std::nullopt, [&](store::OpeningRow&& o) { openings.push_back(opening_json(o)); });
-    reg.for_each_addition(std::nullopt, [&](store::AdditionRow&& a) { additions.push_back(addition_json(a)); });
-    if (const auto mi = reg.options_row()) options.push_back(Json{{"Code_No", code}, {"Yr", year}, {"MiscInf", *mi}});
+    reg.for_each_addition(std::nullopt,
+                          [&](store::AdditionRow&& a) { additions.push_back(addition_json(a)); });
+    if (const auto mi = reg.options_row())
+        options.push_back(Json{{"Code_No", code}, {"Yr", year}, {"MiscInf", *mi}});
     doc["NewFAGM"] = std::move(groups);
     doc["NewFATRo"] = std::move(openings);
     doc["NewFATRa"] = std::move(additions);
@@ -246,7 +290,8 @@ ImportResult import_register(store::Database& db, const std::string& code, int y
             result.errors.push_back("Not a JSON document: it is not UTF-8 text (near byte " +
                                     std::to_string(e.byte) + ")");
         } else {
-            result.errors.push_back("Not a JSON document: it stops being JSON near byte " + std::to_string(e.byte));
+            result.errors.push_back("Not a JSON document: it stops being JSON near byte " +
+                                    std::to_string(e.byte));
         }
         return result;
     } catch (const nlohmann::json::exception&) {
@@ -373,10 +418,11 @@ ImportResult import_register(store::Database& db, const std::string& code, int y
     }
 
     // Dates are not rewritten: another year's register is taken only when asked for.
-    if (const auto y = doc.find("year"); y != doc.end() && y->is_number_integer() && y->get<long>() != year &&
-                                         !options.yes)
-        errors.push_back("The document is the register of F.Y. " + fy_text(y->get<long>()) + ", not of F.Y. " +
-                         fy_text(year) + "; its dates are not rewritten (--yes imports it all the same)");
+    if (const auto y = doc.find("year");
+        y != doc.end() && y->is_number_integer() && y->get<long>() != year && !options.yes)
+        errors.push_back("The document is the register of F.Y. " + fy_text(y->get<long>()) +
+                         ", not of F.Y. " + fy_text(year) +
+                         "; its dates are not rewritten (--yes imports it all the same)");
 
     // Every entry through the register's own rules, as the screen would check it.
     {
@@ -403,13 +449,15 @@ ImportResult import_register(store::Database& db, const std::string& code, int y
             if (!opening_read[i]) continue;
             const auto& o = openings[i];
             report_findings(reg::row_findings(reg::draft_of(o), context_of(o.IdFAGM), o.ShiftDet, o.DetESA),
-                            reg::EntrySide::Opening, "NewFATRo row " + std::to_string(i + 1), options.yes, errors);
+                            reg::EntrySide::Opening, "NewFATRo row " + std::to_string(i + 1), options.yes,
+                            errors);
         }
         for (std::size_t i = 0; i < additions.size(); ++i) {
             if (!addition_read[i]) continue;
             const auto& a = additions[i];
             report_findings(reg::row_findings(reg::draft_of(a), context_of(a.IdFAGM), a.ShiftDet, ""),
-                            reg::EntrySide::Addition, "NewFATRa row " + std::to_string(i + 1), options.yes, errors);
+                            reg::EntrySide::Addition, "NewFATRa row " + std::to_string(i + 1), options.yes,
+                            errors);
         }
     }
     if (!errors.empty()) return result;

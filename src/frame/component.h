@@ -20,11 +20,13 @@ namespace brenlow::frame {
 using VbBool = std::int16_t;
 constexpr VbBool vbTrue = -1;
 constexpr VbBool vbFalse = 0;
-inline bool vb_is_true(VbBool b) { return static_cast<std::uint16_t>(b) > 65534; }
+inline bool vb_is_true(VbBool b) {
+    return static_cast<std::uint16_t>(b) > 65534;
+}
 
 struct Component {
-    std::shared_ptr<TarrowBase::ClsMain> base;   // base services object
-    std::shared_ptr<Kestbase::Forms> forms;      // base forms object
+    std::shared_ptr<TarrowBase::ClsMain> base;  // base services object
+    std::shared_ptr<Kestbase::Forms> forms;     // base forms object
     std::shared_ptr<Ostikreport::ClsMain> report;
     std::shared_ptr<Halvbase1::Forms> it1;
     std::shared_ptr<Halvbase2::Forms> it2;

@@ -26,7 +26,8 @@ void ErrorLog::set_context(std::string_view module, std::string_view procedure) 
     context_ = std::string(module) + "\t" + std::string(procedure);
 }
 
-void ErrorLog::log(long number, std::string_view description, std::string_view source, std::string_view detail) {
+void ErrorLog::log(long number, std::string_view description, std::string_view source,
+                   std::string_view detail) {
     ++logged_;
     last_error_ = std::string(description);
     try {

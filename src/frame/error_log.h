@@ -24,7 +24,8 @@ public:
 
     // Appends: number, description, source, detail (the failed statement, if any),
     // context — tab-separated, one line. A failure to write the log is swallowed.
-    void log(long number, std::string_view description, std::string_view source, std::string_view detail = {});
+    void log(long number, std::string_view description, std::string_view source,
+             std::string_view detail = {});
     // The pending error is the exception being handled.
     void log(const std::exception& error);
 

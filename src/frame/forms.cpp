@@ -6,7 +6,9 @@ Forms::Forms(const suite::Catalogue& catalogue, Ui& ui, ScreenMakers makers) : m
     startup(component_, catalogue, ui);
 }
 
-std::string Forms::MyDllVersion() const { return "2.26.4"; }
+std::string Forms::MyDllVersion() const {
+    return "2.26.4";
+}
 
 // Every operation runs with errors suppressed: a failure leaves the result empty.
 
@@ -39,6 +41,8 @@ std::shared_ptr<Screen> Forms::ObjNewFATR() {
     }
 }
 
-std::shared_ptr<Ostikreport::ClsMain> Forms::oClsRep() { return component_.report; }
+std::shared_ptr<Ostikreport::ClsMain> Forms::oClsRep() {
+    return component_.report;
+}
 
 }  // namespace brenlow::frame

@@ -25,11 +25,19 @@ constexpr const char* kAdditionalRate = "20.00";
 // The id of the chooser row that opens the block master.
 constexpr const char* kAddEditId = "+";
 
-std::string rate_two_places(double rate) { return format_mask(rate, kRateMask); }
-std::string rate_two_places(const std::optional<double>& rate) { return rate ? rate_two_places(*rate) : kNotApplicable; }
+std::string rate_two_places(double rate) {
+    return format_mask(rate, kRateMask);
+}
+std::string rate_two_places(const std::optional<double>& rate) {
+    return rate ? rate_two_places(*rate) : kNotApplicable;
+}
 
-bool is_sub_entry(std::string_view id) { return id.find('.') != std::string_view::npos; }
-std::string parent_of(std::string_view id) { return std::string(id.substr(0, id.find('.'))); }
+bool is_sub_entry(std::string_view id) {
+    return id.find('.') != std::string_view::npos;
+}
+std::string parent_of(std::string_view id) {
+    return std::string(id.substr(0, id.find('.')));
+}
 
 void set_up_chooser(Grid& g, std::string_view code_heading) {
     g.set_cols(frmNewFAGM::kChooserColumns);
@@ -201,9 +209,11 @@ void frmNewFAGM::load_groups(long keep_serial) {
         for (const auto& e : it_entries_)
             if (e.ID == g.BlockIdIT) additional = e.Part == kAdditionalBlock;
         vsM.set_text_matrix(row, kColRateIT, it ? plain_number(g.RateIT) : kNotApplicable);
-        vsM.set_text_matrix(row, kColAddlRateIT, it && additional ? plain_number(g.AddlRateIT) : kNotApplicable);
+        vsM.set_text_matrix(row, kColAddlRateIT,
+                            it && additional ? plain_number(g.AddlRateIT) : kNotApplicable);
         vsM.set_text_matrix(row, kColBlockFA, std::to_string(g.BlockFA));
-        vsM.set_text_matrix(row, kColRateFA, g.BlockFA != kNotConsideredFA ? plain_number(g.RateFA) : kNotApplicable);
+        vsM.set_text_matrix(row, kColRateFA,
+                            g.BlockFA != kNotConsideredFA ? plain_number(g.RateFA) : kNotApplicable);
         vsM.set_text_matrix(row, kColBlockCL, g.BlockIdCL);
         const bool cl = g.BlockIdCL != kNotConsidered;
         vsM.set_text_matrix(row, kColLifeYrs, cl ? plain_number(g.LifeYrs) : kNotApplicable);
@@ -276,7 +286,9 @@ void frmNewFAGM::set_mode(Mode mode) {
     hide_choosers();
 }
 
-void frmNewFAGM::hide_choosers() { vsIT_Visible = vsFA_Visible = vsCL_Visible = false; }
+void frmNewFAGM::hide_choosers() {
+    vsIT_Visible = vsFA_Visible = vsCL_Visible = false;
+}
 
 // ---- Choosers ------------------------------------------------------------------
 
@@ -422,7 +434,9 @@ void frmNewFAGM::Form_Activate() {
     });
 }
 
-bool frmNewFAGM::Form_QueryUnload() { return mode_ == Mode::browse || cancel_confirmed(); }
+bool frmNewFAGM::Form_QueryUnload() {
+    return mode_ == Mode::browse || cancel_confirmed();
+}
 
 bool frmNewFAGM::cancel_confirmed() {
     return ui_.ask_yes_no("Do you want to Cancel the Entry?", MsgIcon::question, false);
@@ -495,7 +509,8 @@ void frmNewFAGM::save() {
         return;
     }
     auto& db = c_.base->dbobj();
-    const std::optional<long> except = mode_ == Mode::modifying ? std::optional<long>(g.SrNoFAGM) : std::nullopt;
+    const std::optional<long> except =
+        mode_ == Mode::modifying ? std::optional<long>(g.SrNoFAGM) : std::nullopt;
     // Two groups of one name are allowed once the person confirms it.
     if (store::asset_group_name_taken(db, year_, g.Part, except) &&
         !ui_.ask_yes_no("Duplicate 'Asset Group' Name !\n\nContinue ?", MsgIcon::question, false))
@@ -519,7 +534,8 @@ void frmNewFAGM::remove() {
     const long serial = serial_of(vsM_row_);
     if (!ui_.ask_yes_no("Do you want to Delete Selected Item?", MsgIcon::question, false)) return;
     auto& db = c_.base->dbobj();
-    if (store::asset_group_used_by_opening(db, year_, serial) || store::asset_group_used_by_addition(db, year_, serial)) {
+    if (store::asset_group_used_by_opening(db, year_, serial) ||
+        store::asset_group_used_by_addition(db, year_, serial)) {
         ui_.info("Can't Delete ! 'Asset Group' already in use !");
         return;
     }

@@ -12,11 +12,11 @@
 #include <vector>
 
 #include "controls/grid.h"
+#include "controls/screen_controls.h"
 #include "controls/ui_port.h"
 #include "controls/vtxt.h"
 #include "frame/component.h"
 #include "frame/screen.h"
-#include "controls/screen_controls.h"
 #include "store/masters_store.h"
 
 namespace brenlow::masters {
@@ -34,8 +34,17 @@ public:
 
     // Columns of vsM; a row's data is its group's SrNoFAGM.
     enum VsMColumn {
-        kColName, kColBlockIT, kColRateIT, kColAddlRateIT, kColBlockFA, kColRateFA,
-        kColBlockCL, kColLifeYrs, kColRateSLM, kColRateWDV, kVsMColumns
+        kColName,
+        kColBlockIT,
+        kColRateIT,
+        kColAddlRateIT,
+        kColBlockFA,
+        kColRateFA,
+        kColBlockCL,
+        kColLifeYrs,
+        kColRateSLM,
+        kColRateWDV,
+        kVsMColumns
     };
     // Columns of the choosers vsIT, vsFA and vsCL.
     enum ChooserColumn { kColCode, kColNature, kColRate, kColId, kChooserColumns };
@@ -52,13 +61,14 @@ public:
     bool locked(const vTXT& field) const;
 
     // Controls.
-    Grid vsM;                 // the groups of the year
-    Grid vsIT, vsFA, vsCL;    // the three choosers
+    Grid vsM;               // the groups of the year
+    Grid vsIT, vsFA, vsCL;  // the three choosers
     bool vsIT_Visible = false, vsFA_Visible = false, vsCL_Visible = false;
-    vTXT txtfields;           // name of the group
+    vTXT txtfields;  // name of the group
     vTXT txtRateIT, txtAddlRateIT, txtRateFA, txtLifeYrs, txtRateSLM, txtRateWDV;
     Label lblBlockIT, lblBlockFA, lblBlockCL;
-    CommandButton cmdAdd, cmdModify, cmdUpdate, cmdDelete, cmdCancel, cmdback, cmdBlockIT, cmdBlockFA, cmdBlockCL;
+    CommandButton cmdAdd, cmdModify, cmdUpdate, cmdDelete, cmdCancel, cmdback, cmdBlockIT, cmdBlockFA,
+        cmdBlockCL;
 
     // The chosen codes.
     const std::string& BlockIdIT() const { return block_it_; }

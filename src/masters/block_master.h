@@ -8,11 +8,11 @@
 #include <string_view>
 
 #include "controls/grid.h"
+#include "controls/screen_controls.h"
 #include "controls/ui_port.h"
 #include "controls/vtxt.h"
 #include "frame/component.h"
 #include "frame/screen.h"
-#include "controls/screen_controls.h"
 
 namespace brenlow::masters {
 
@@ -21,7 +21,8 @@ public:
     // Natures of an income-tax block, as the "Under Block" chooser and the list's
     // column offer them.
     static constexpr const char* kNatureList =
-        "#0; |#1;BUILDINGS|#2;FURNITURE AND FITTINGS|#3;PLANT AND MACHINARY|#4;INTANGIBLE ASSETS|#5;SHIPS|#100;LAND";
+        "#0; |#1;BUILDINGS|#2;FURNITURE AND FITTINGS|#3;PLANT AND MACHINARY|#4;INTANGIBLE "
+        "ASSETS|#5;SHIPS|#100;LAND";
 
     // Columns of vsf; a row's data is its block's GrpId.
     static constexpr int kColName = 0;

@@ -35,8 +35,9 @@ void frmfamaster::Form_Load() {
         const char* heading;
         int width;
     } columns[] = {
-        {kColName, "Name of Asset", 30},   {kColMethod, "Method", 28},           {kColRateBooks, "Rate (Books)", 13},
-        {kColRateIT, "Rate (I.Tax)", 13},  {kColBooksBlock, "Block (Books)", 26}, {kColItBlock, "Block (I.Tax)", 24},
+        {kColName, "Name of Asset", 30},       {kColMethod, "Method", 28},
+        {kColRateBooks, "Rate (Books)", 13},   {kColRateIT, "Rate (I.Tax)", 13},
+        {kColBooksBlock, "Block (Books)", 26}, {kColItBlock, "Block (I.Tax)", 24},
     };
     for (const auto& c : columns) {
         vsf.set_heading(c.col, "", c.heading);
@@ -128,7 +129,9 @@ void frmfamaster::Form_Activate() {
     });
 }
 
-bool frmfamaster::Form_QueryUnload() { return mode_ == Mode::browse || cancel_confirmed(); }
+bool frmfamaster::Form_QueryUnload() {
+    return mode_ == Mode::browse || cancel_confirmed();
+}
 
 bool frmfamaster::cancel_confirmed() {
     return ui_.ask_yes_no("Do you want to Cancel the Entry?", MsgIcon::question, false);

@@ -9,12 +9,12 @@
 #include <vector>
 
 #include "controls/grid.h"
+#include "controls/screen_controls.h"
 #include "controls/ui_port.h"
 #include "controls/vtxt.h"
 #include "frame/component.h"
 #include "frame/screen.h"
 #include "masters/asset_group_master.h"
-#include "controls/screen_controls.h"
 
 namespace brenlow::masters {
 

@@ -1,9 +1,9 @@
+#include "depreciation/regime_check.h"
 #include "register/chart_report.h"
 #include "register/frm_new_fatr.h"
 #include "register/regime_action.h"
 #include "register/transfers.h"
 #include "store/chart_store.h"
-#include "depreciation/regime_check.h"
 
 namespace brenlow::reg {
 namespace {
@@ -12,17 +12,22 @@ namespace {
 // 4 are companies.
 depreciation::AssesseeStatus assessee_status(int status) {
     switch (status) {
-        case 1: return depreciation::AssesseeStatus::Individual;
-        case 2: return depreciation::AssesseeStatus::Firm;
+        case 1:
+            return depreciation::AssesseeStatus::Individual;
+        case 2:
+            return depreciation::AssesseeStatus::Firm;
         case 3:
-        case 4: return depreciation::AssesseeStatus::Company;
-        default: return depreciation::AssesseeStatus::Other;
+        case 4:
+            return depreciation::AssesseeStatus::Company;
+        default:
+            return depreciation::AssesseeStatus::Other;
     }
 }
 
 }  // namespace
 
-std::vector<depreciation::ChartRow> without_additional_depreciation(std::vector<depreciation::ChartRow> rows) {
+std::vector<depreciation::ChartRow> without_additional_depreciation(
+    std::vector<depreciation::ChartRow> rows) {
     for (auto& r : rows) {
         const double additional = r.ADeprF + r.ADeprH + r.ADeprOpH;
         r.ADeprF = r.ADeprH = r.ADeprOpH = 0;
@@ -64,12 +69,13 @@ depreciation::RegimeDecision concessional_regime_decision(TarrowBase::ClsMain& b
     const depreciation::RegimeFlags flags{base.vFlagCompDom115BA(), base.vFlagIndHUF115BAC(),
                                           base.vFlagCopSoc115BAD(), base.vFlagCopSoc115BAE()};
     const auto table = hand_edited ? store::ChartTable::DeprChart : store::ChartTable::TmpDepChart;
-    return depreciation::concessional_regime_check(year, assessee_status(base.vStatus_Read()), flags,
-                                                   store::additional_in_stored_chart(base.dbobj(), table, code, year),
-                                                   hand_edited);
+    return depreciation::concessional_regime_check(
+        year, assessee_status(base.vStatus_Read()), flags,
+        store::additional_in_stored_chart(base.dbobj(), table, code, year), hand_edited);
 }
 
-void remove_additional_depreciation(TarrowBase::ClsMain& base, const std::string& code, int year, bool hand_edited) {
+void remove_additional_depreciation(TarrowBase::ClsMain& base, const std::string& code, int year,
+                                    bool hand_edited) {
     auto& db = base.dbobj();
     const auto table = hand_edited ? store::ChartTable::DeprChart : store::ChartTable::TmpDepChart;
     // The removal is an edit of the chart by hand: the chart without its additional

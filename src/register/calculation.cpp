@@ -267,12 +267,10 @@ void run_income_tax(store::Database& db, store::RegisterStore& rs, const Masters
         p.entries.emplace_back(e);
         if (texts) p.particulars.push_back(std::move(part));
     };
-    rs.for_each_opening_for_income_tax([&](store::OpeningRow&& o) {
-        park(o.IdFAGM, o.Part, income_tax_entry(o, m.group(o.IdFAGM)));
-    });
-    rs.for_each_addition_for_income_tax([&](store::AdditionRow&& a) {
-        park(a.IdFAGM, a.Part, income_tax_entry(a, m.group(a.IdFAGM)));
-    });
+    rs.for_each_opening_for_income_tax(
+        [&](store::OpeningRow&& o) { park(o.IdFAGM, o.Part, income_tax_entry(o, m.group(o.IdFAGM))); });
+    rs.for_each_addition_for_income_tax(
+        [&](store::AdditionRow&& a) { park(a.IdFAGM, a.Part, income_tax_entry(a, m.group(a.IdFAGM))); });
 
     if (options.keep_entries) {
         std::size_t entries = 0;

@@ -235,7 +235,8 @@ ReportDocument books_chart_report(const CalculationResult& run, const PrintedCli
 ReportDocument block_summary_report(const CalculationResult& run, const PrintedClient& client) {
     const auto& s = run.block_summary;
     ReportDocument doc;
-    doc.titles = {s.title, client_line(run, client), "F.Y. " + year_span(run.year), "A.Y. " + year_span(run.year + 1)};
+    doc.titles = {s.title, client_line(run, client), "F.Y. " + year_span(run.year),
+                  "A.Y. " + year_span(run.year + 1)};
     doc.columns = {{"", "Block", false, true, 30},
                    {"", "Rate\n(%)", true, false, 6},
                    {"", "", false, false, 12},
@@ -301,7 +302,8 @@ ReportDocument calculation_sheet_report(const CalculationResult& run, const Prin
 }
 
 ReportDocument chart_report(const CalculationResult& run, const PrintedClient& client) {
-    return is_income_tax_mode(run.mode) ? income_tax_chart_report(run, client) : books_chart_report(run, client);
+    return is_income_tax_mode(run.mode) ? income_tax_chart_report(run, client)
+                                        : books_chart_report(run, client);
 }
 
 }  // namespace brenlow::reg

@@ -42,11 +42,15 @@ std::vector<ChartLine> chart_lines(const CalculationResult& run);
 // "2024-25" for the financial year ending in 2025.
 std::string year_span(int closing_year);
 
-Ostikreport::ReportDocument income_tax_chart_report(const CalculationResult& run, const PrintedClient& client = {});
-Ostikreport::ReportDocument books_chart_report(const CalculationResult& run, const PrintedClient& client = {});
-Ostikreport::ReportDocument block_summary_report(const CalculationResult& run, const PrintedClient& client = {});
+Ostikreport::ReportDocument income_tax_chart_report(const CalculationResult& run,
+                                                    const PrintedClient& client = {});
+Ostikreport::ReportDocument books_chart_report(const CalculationResult& run,
+                                               const PrintedClient& client = {});
+Ostikreport::ReportDocument block_summary_report(const CalculationResult& run,
+                                                 const PrintedClient& client = {});
 // The income-tax sheet block by block, or the books sheet asset by asset, by the run's mode.
-Ostikreport::ReportDocument calculation_sheet_report(const CalculationResult& run, const PrintedClient& client = {});
+Ostikreport::ReportDocument calculation_sheet_report(const CalculationResult& run,
+                                                     const PrintedClient& client = {});
 
 // The chart of the run's mode: income-tax or books.
 Ostikreport::ReportDocument chart_report(const CalculationResult& run, const PrintedClient& client = {});

@@ -32,26 +32,36 @@ void as_number_field(vTXT& f) {
     f.set_MaxLength(18);
 }
 
-bool is_date_index_o(int i) { return i == frmNewFATR::O_PutDate; }
-bool is_date_index_a(int i) { return i == frmNewFATR::A_PutDate || i == frmNewFATR::A_AccDate; }
+bool is_date_index_o(int i) {
+    return i == frmNewFATR::O_PutDate;
+}
+bool is_date_index_a(int i) {
+    return i == frmNewFATR::A_PutDate || i == frmNewFATR::A_AccDate;
+}
 
 const char* mask_of_o(int i) {
     switch (i) {
-        case frmNewFATR::O_LifeYrs: return "###0";
+        case frmNewFATR::O_LifeYrs:
+            return "###0";
         case frmNewFATR::O_RateFACL:
         case frmNewFATR::O_RateIT:
-        case frmNewFATR::O_AddlDepRT: return "rate";
-        default: return "###0.00";
+        case frmNewFATR::O_AddlDepRT:
+            return "rate";
+        default:
+            return "###0.00";
     }
 }
 
 const char* mask_of_a(int i) {
     switch (i) {
-        case frmNewFATR::A_LifeYrs: return "###0";
+        case frmNewFATR::A_LifeYrs:
+            return "###0";
         case frmNewFATR::A_RateFACL:
         case frmNewFATR::A_RateIT:
-        case frmNewFATR::A_AddlDepRT: return "rate";
-        default: return "###0.00";
+        case frmNewFATR::A_AddlDepRT:
+            return "rate";
+        default:
+            return "###0.00";
     }
 }
 
@@ -59,7 +69,9 @@ std::string shown(double v, const char* mask) {
     return std::string(mask) == "rate" ? rate_two_or_four_places(v) : format_mask(v, mask);
 }
 
-bool has_block(const std::string& id) { return !id.empty() && id != "-1" && id != "-2"; }
+bool has_block(const std::string& id) {
+    return !id.empty() && id != "-1" && id != "-2";
+}
 
 }  // namespace
 
@@ -68,15 +80,18 @@ void frmNewFATR::set_up_fields() {
     txtfieldsO.assign(O_Count, vTXT(ui_));
     chkfieldsO.assign(O_Count, CheckBox{});
     lblfieldsO.assign(O_Count, std::string());
-    for (int i = 0; i < O_Count; ++i) is_date_index_o(i) ? as_date_field(txtfieldsO[i]) : as_number_field(txtfieldsO[i]);
+    for (int i = 0; i < O_Count; ++i)
+        is_date_index_o(i) ? as_date_field(txtfieldsO[i]) : as_number_field(txtfieldsO[i]);
     txtfieldsA.assign(A_Count, vTXT(ui_));
     chkfieldsA.assign(A_Count, CheckBox{});
     lblfieldsA.assign(A_Count, std::string());
-    for (int i = 0; i < A_Count; ++i) is_date_index_a(i) ? as_date_field(txtfieldsA[i]) : as_number_field(txtfieldsA[i]);
+    for (int i = 0; i < A_Count; ++i)
+        is_date_index_a(i) ? as_date_field(txtfieldsA[i]) : as_number_field(txtfieldsA[i]);
     // A currency difference may go either way; everything else is a positive amount.
     txtfieldsD.assign(D_Count, vTXT(ui_));
     lblfieldsD.assign(D_Count, std::string());
-    for (int i = 0; i < D_Count; ++i) lblfieldsD[i] = caption_of(kSaleFields[i], EntrySide::Addition, year_, false);
+    for (int i = 0; i < D_Count; ++i)
+        lblfieldsD[i] = caption_of(kSaleFields[i], EntrySide::Addition, year_, false);
     as_date_field(txtfieldsD[D_SaleDate]);
     as_number_field(txtfieldsD[D_SaleAmt]);
     as_number_field(txtfieldsD[D_SaleExp]);
@@ -84,14 +99,16 @@ void frmNewFATR::set_up_fields() {
     as_number_field(txtTotESA);
     as_number_field(txtAutoCalcDeprCL);
 
-    for (int i = 0; i < A_Count; ++i) lblfieldsA[i] = caption_of(kAdditionFields[i], EntrySide::Addition, year_, false);
+    for (int i = 0; i < A_Count; ++i)
+        lblfieldsA[i] = caption_of(kAdditionFields[i], EntrySide::Addition, year_, false);
     chkfieldsO[O_ResValue].Caption = "Default (5%)";
     chkfieldsO[O_LifeYrs].Caption = "Default (As per Master)";
     chkfieldsO[O_RateFACL].Caption = "Default (As per Fixed Asset Group Master)";
     chkfieldsO[O_RateIT].Caption = "Default (As per Fixed Asset Group Master)";
     chkfieldsO[O_AddlDepRT].Caption = "Default (As per Fixed Asset Group Master)";
     chkfieldsO[O_AddlDepOn].Caption =
-        "Additional Depreciation (Remaining Half from Addition in Previous F.Y. used for less than 180 days) on Rs.";
+        "Additional Depreciation (Remaining Half from Addition in Previous F.Y. used for less than 180 days) "
+        "on Rs.";
     chkfieldsA[A_ResValue].Caption = "Default (5% of Cost)";
     chkfieldsA[A_LifeYrs].Caption = "Default (As per Fixed Asset Group Master)";
     chkfieldsA[A_RateFACL].Caption = "Default (As per Fixed Asset Group Master)";
@@ -119,8 +136,8 @@ void frmNewFATR::set_up_fields() {
     vsESA.set_cols(6);
     vsESA.set_fixed_rows(1);
     vsESA.set_rows(1);
-    const char* esa[] = {"Particulars", "Written Down Value", "Date of Deduction", "Amount of Deduction",
-                         "Excess Deduction", "Amount To be Adjusted"};
+    const char* esa[] = {"Particulars",         "Written Down Value", "Date of Deduction",
+                         "Amount of Deduction", "Excess Deduction",   "Amount To be Adjusted"};
     for (int c = 0; c < 6; ++c) vsESA.set_heading(c, "", esa[c]);
     for (int c : {1, 3, 4, 5}) {
         vsESA.set_col_format(c, "###0.00");
@@ -256,8 +273,10 @@ void frmNewFATR::apply_group_defaults() {
     rate_auto_A_ = has_block(g->BlockIdCL);
     if (cboCalcCA.Id().empty()) rate_auto_O_ = rate_auto_A_;
     show_rate_ticks();
-    if (is_addition_mode()) recalc_addition();
-    else recalc_opening();
+    if (is_addition_mode())
+        recalc_addition();
+    else
+        recalc_opening();
 }
 
 void frmNewFATR::show_opening(const store::OpeningRow& o) {
@@ -349,7 +368,8 @@ void frmNewFATR::recalc_opening() {
     const std::string method = effective_method(cboMODo.Id(), options_);
     const auto basis = effective_basis(cboResValOfO.Id(), options_);
     const double cost = number_of(txtfieldsO[O_CostWdv].text());
-    const double base = basis == depreciation::ResidualBasis::CarryingAmount ? cost - number_of(txtCalcCA.text()) : cost;
+    const double base =
+        basis == depreciation::ResidualBasis::CarryingAmount ? cost - number_of(txtCalcCA.text()) : cost;
 
     if (g && chkfieldsO[O_LifeYrs].Value) txtfieldsO[O_LifeYrs].set_text(format_mask(g->LifeYrs, "###0"));
     if (chkfieldsO[O_ResValue].Value)
@@ -367,14 +387,16 @@ void frmNewFATR::recalc_opening() {
 
     if (chkfieldsO[O_RateFACL].Value) {
         if (rate_auto_O_) {
-            if (const auto r = auto_rate_of(base, number_of(txtfieldsO[O_ResValue].text()), remaining, method, basis))
+            if (const auto r =
+                    auto_rate_of(base, number_of(txtfieldsO[O_ResValue].text()), remaining, method, basis))
                 txtfieldsO[O_RateFACL].set_text(r->text);
         } else if (g) {
             txtfieldsO[O_RateFACL].set_text(rate_two_or_four_places(master_rate(*g, method)));
         }
     }
     if (g && chkfieldsO[O_RateIT].Value) txtfieldsO[O_RateIT].set_text(rate_two_or_four_places(g->RateIT));
-    if (g && chkfieldsO[O_AddlDepRT].Value) txtfieldsO[O_AddlDepRT].set_text(rate_two_or_four_places(g->AddlRateIT));
+    if (g && chkfieldsO[O_AddlDepRT].Value)
+        txtfieldsO[O_AddlDepRT].set_text(rate_two_or_four_places(g->AddlRateIT));
     txtfieldsO[O_AddlDepOn].set_text(chkfieldsO[O_AddlDepOn].Value ? txtfieldsO[O_AddlDepOn].text() : "");
     update_days();
 }
@@ -382,8 +404,9 @@ void frmNewFATR::recalc_opening() {
 void frmNewFATR::recalc_addition() {
     const auto* g = FindGroup(txtAssetGroup.Id);
     const double cost = number_of(txtfieldsA[A_PurAmt].text());
-    const double misc = misc_adjustment(number_of(txtfieldsA[A_ExciseCr].text()),
-                                        number_of(txtfieldsA[A_CurrDiff].text()), number_of(txtfieldsA[A_Subsidy].text()));
+    const double misc =
+        misc_adjustment(number_of(txtfieldsA[A_ExciseCr].text()), number_of(txtfieldsA[A_CurrDiff].text()),
+                        number_of(txtfieldsA[A_Subsidy].text()));
     const double net = cost + misc;
     lblMiscAdjA = format_mask(misc, "###0.00");
     lblNetAmtA = format_mask(net, "###0.00");
@@ -397,20 +420,24 @@ void frmNewFATR::recalc_addition() {
     lblRemLifeA = depreciation::remaining_life_text(year_, life);
     if (chkfieldsA[A_RateFACL].Value) {
         if (rate_auto_A_) {
-            if (const auto r = auto_rate_of(net, number_of(txtfieldsA[A_ResValue].text()), life, method, basis))
+            if (const auto r =
+                    auto_rate_of(net, number_of(txtfieldsA[A_ResValue].text()), life, method, basis))
                 txtfieldsA[A_RateFACL].set_text(r->text);
         } else if (g) {
             txtfieldsA[A_RateFACL].set_text(rate_two_or_four_places(master_rate(*g, method)));
         }
     }
     if (g && chkfieldsA[A_RateIT].Value) txtfieldsA[A_RateIT].set_text(rate_two_or_four_places(g->RateIT));
-    if (g) txtfieldsA[A_AddlDepRT].set_text(rate_two_or_four_places(chkfieldsA[A_AddlDepRT].Value ? g->AddlRateIT : 0));
+    if (g)
+        txtfieldsA[A_AddlDepRT].set_text(
+            rate_two_or_four_places(chkfieldsA[A_AddlDepRT].Value ? g->AddlRateIT : 0));
     update_days();
 }
 
 void frmNewFATR::update_days() {
     const bool opening = is_opening_mode();
-    const auto put = depreciation::Date::parse(opening ? txtfieldsO[O_PutDate].text() : txtfieldsA[A_PutDate].text());
+    const auto put =
+        depreciation::Date::parse(opening ? txtfieldsO[O_PutDate].text() : txtfieldsA[A_PutDate].text());
     const auto sale = depreciation::Date::parse(txtfieldsD[D_SaleDate].text());
     std::optional<depreciation::Date> first = put;
     if (opening && !first) first = depreciation::fy_first_day(year_);

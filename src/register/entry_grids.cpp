@@ -14,7 +14,8 @@ constexpr const char* kModule = "frmNewFATR";
 
 std::string without_broken_bar(std::string_view text) {
     std::string out(text);
-    for (std::size_t p; (p = out.find(kESASep)) != std::string::npos;) out.erase(p, std::string_view(kESASep).size());
+    for (std::size_t p; (p = out.find(kESASep)) != std::string::npos;)
+        out.erase(p, std::string_view(kESASep).size());
     return out;
 }
 
@@ -51,8 +52,8 @@ bool frmNewFATR::cmdShiftOK_Click() {
         for (int s = 1; s <= 3; ++s) {
             if (days[s] == 0) continue;
             if (!lblShiftDays.empty()) lblShiftDays += ", ";
-            lblShiftDays += "Calculated for " + std::to_string(days[s]) + " Day" + (days[s] > 1 ? "s" : "") + " (" +
-                            words[s] + " Shift)";
+            lblShiftDays += "Calculated for " + std::to_string(days[s]) + " Day" + (days[s] > 1 ? "s" : "") +
+                            " (" + words[s] + " Shift)";
         }
         ok = true;
     });
@@ -70,7 +71,8 @@ bool frmNewFATR::AddESARow(std::string_view particulars, std::string_view wdv, s
     bool ok = false;
     frame::guarded(comp_.log, kModule, "AddESARow", [&] {
         const std::string part = without_broken_bar(particulars);
-        if (const auto f = esa_row_finding(part, wdv, date, amount, excess, adjust, year_)) return ui_.info(f->message);
+        if (const auto f = esa_row_finding(part, wdv, date, amount, excess, adjust, year_))
+            return ui_.info(f->message);
         const auto w = parse_number(wdv);
         const auto d = Date::parse(date);
         const auto a = parse_number(amount);
@@ -113,8 +115,10 @@ void frmNewFATR::RemoveESARow(int row) {
 void frmNewFATR::chkTotESA_Click() {
     frame::guarded(comp_.log, kModule, "chkTotESA_Click", [&] {
         chkTotESA.Value = !chkTotESA.Value;
-        if (chkTotESA.Value) txtTotESA.set_text(format_mask(esa_total(), "###0.00"));
-        else txtTotESA.set_text("");
+        if (chkTotESA.Value)
+            txtTotESA.set_text(format_mask(esa_total(), "###0.00"));
+        else
+            txtTotESA.set_text("");
     });
 }
 

@@ -55,25 +55,46 @@ class frmNewFATR : public frame::Screen {
 public:
     // Opening fields (txtfieldsO), by index.
     enum O : int {
-        O_PutDate, O_CostWdv, O_OpDepr, O_ResValue, O_LifeYrs, O_RateFACL,
-        O_WdvIT, O_RateIT, O_AddlDepRT, O_AddlDepOn, O_Count
+        O_PutDate,
+        O_CostWdv,
+        O_OpDepr,
+        O_ResValue,
+        O_LifeYrs,
+        O_RateFACL,
+        O_WdvIT,
+        O_RateIT,
+        O_AddlDepRT,
+        O_AddlDepOn,
+        O_Count
     };
     // Addition fields (txtfieldsA).
     enum A : int {
-        A_PutDate, A_AccDate, A_PurAmt, A_ExciseCr, A_CurrDiff, A_Subsidy, A_ResValue,
-        A_LifeYrs, A_RateFACL, A_RateIT, A_AddlDepRT, A_Count
+        A_PutDate,
+        A_AccDate,
+        A_PurAmt,
+        A_ExciseCr,
+        A_CurrDiff,
+        A_Subsidy,
+        A_ResValue,
+        A_LifeYrs,
+        A_RateFACL,
+        A_RateIT,
+        A_AddlDepRT,
+        A_Count
     };
     // Sale/deduction fields (txtfieldsD).
     enum D : int { D_SaleDate, D_SaleAmt, D_SaleExp, D_Count };
     // The entry rules' field behind each index.
     static constexpr EntryField kOpeningFields[O_Count] = {
-        EntryField::PutDate, EntryField::Cost,   EntryField::OpDepr, EntryField::ResValue,  EntryField::LifeYrs,
-        EntryField::RateFACL, EntryField::WdvIT, EntryField::RateIT, EntryField::AddlDepRT, EntryField::AddlDepOn};
+        EntryField::PutDate,   EntryField::Cost,     EntryField::OpDepr, EntryField::ResValue,
+        EntryField::LifeYrs,   EntryField::RateFACL, EntryField::WdvIT,  EntryField::RateIT,
+        EntryField::AddlDepRT, EntryField::AddlDepOn};
     static constexpr EntryField kAdditionFields[A_Count] = {
-        EntryField::PutDate,  EntryField::AccDate,  EntryField::Cost,     EntryField::ExciseCr,
-        EntryField::CurrDiff, EntryField::Subsidy,  EntryField::ResValue, EntryField::LifeYrs,
-        EntryField::RateFACL, EntryField::RateIT,   EntryField::AddlDepRT};
-    static constexpr EntryField kSaleFields[D_Count] = {EntryField::SaleDate, EntryField::SaleAmt, EntryField::SaleExp};
+        EntryField::PutDate,  EntryField::AccDate, EntryField::Cost,     EntryField::ExciseCr,
+        EntryField::CurrDiff, EntryField::Subsidy, EntryField::ResValue, EntryField::LifeYrs,
+        EntryField::RateFACL, EntryField::RateIT,  EntryField::AddlDepRT};
+    static constexpr EntryField kSaleFields[D_Count] = {EntryField::SaleDate, EntryField::SaleAmt,
+                                                        EntryField::SaleExp};
     // optsWdvIT choices.
     enum WdvITChoice : int { WdvIT_Other, WdvIT_NotExist, WdvIT_NilWdv };
 
@@ -156,8 +177,8 @@ public:
     bool cmdUpdate_Click();
 
     // ---- Screen-wide options, old chart, carry-forward (screen_options.cpp) ----
-    bool optMOD_Click(std::string_view method);            // "WDV" / "SLM"
-    bool optResValOf_Click(std::string_view basis);        // "COST" / "CA"
+    bool optMOD_Click(std::string_view method);      // "WDV" / "SLM"
+    bool optResValOf_Click(std::string_view basis);  // "COST" / "CA"
     bool cboRndRemLife_Click(int index);
     // The options that ask nothing (schedule as per books, roundings, additional
     // depreciation, nil remaining life, Companies-Act set-up): written at once.
@@ -228,7 +249,7 @@ public:
     // The display mode the calculate button works by (a books or an income-tax mode);
     // changed through cboDepMode_Click.
     reg::Mode DepMode = reg::Mode::DEP_FA;
-    std::string lblBooksBand;        // "As per Books" / "As per Companies Act"
+    std::string lblBooksBand;  // "As per Books" / "As per Companies Act"
 
     // Entry frame, both sides.
     bool famEditO_Visible = false;
@@ -305,7 +326,10 @@ private:
     void refresh_common_texts();
     bool field_check(vTXT& field, EntryField which, EntrySide side, const char* mask);
     double esa_total() const;
-    void focus(char side, int index) { FocusSide = side; FocusIndex = index; }
+    void focus(char side, int index) {
+        FocusSide = side;
+        FocusIndex = index;
+    }
 
     // update_checks.cpp
     bool checks_pass();

@@ -19,8 +19,8 @@ std::vector<depreciation::ChartRow> settle_chart_rows(std::vector<depreciation::
     return rows;
 }
 
-std::optional<std::string> save_hand_edited_chart(TarrowBase::ClsMain& base, const std::string& code, int year,
-                                                  std::vector<depreciation::ChartRow> rows) {
+std::optional<std::string> save_hand_edited_chart(TarrowBase::ClsMain& base, const std::string& code,
+                                                  int year, std::vector<depreciation::ChartRow> rows) {
     const auto gate = depreciation::manual_chart_gate(year);
     if (!gate.allowed) return gate.message;
     for (auto& r : rows) {
@@ -34,7 +34,8 @@ std::optional<std::string> save_hand_edited_chart(TarrowBase::ClsMain& base, con
     return std::nullopt;
 }
 
-std::optional<std::string> clear_hand_edited_chart(TarrowBase::ClsMain& base, const std::string& code, int year) {
+std::optional<std::string> clear_hand_edited_chart(TarrowBase::ClsMain& base, const std::string& code,
+                                                   int year) {
     const auto gate = depreciation::manual_chart_gate(year);
     if (!gate.allowed) return gate.message;
     store::rewrite_hand_edited_chart(base.dbobj(), code, year, {});

@@ -24,10 +24,11 @@ std::vector<depreciation::ChartRow> settle_chart_rows(std::vector<depreciation::
 
 // Writes the rows (settled) as the client's hand-edited chart of the year, sets MANDEP
 // to 1 and makes the stored chart follow it. The refusal's text when the year is gated.
-std::optional<std::string> save_hand_edited_chart(TarrowBase::ClsMain& base, const std::string& code, int year,
-                                                  std::vector<depreciation::ChartRow> rows);
+std::optional<std::string> save_hand_edited_chart(TarrowBase::ClsMain& base, const std::string& code,
+                                                  int year, std::vector<depreciation::ChartRow> rows);
 // Removes the hand-edited chart and sets MANDEP back to 0; the next calculation builds
 // the chart again.
-std::optional<std::string> clear_hand_edited_chart(TarrowBase::ClsMain& base, const std::string& code, int year);
+std::optional<std::string> clear_hand_edited_chart(TarrowBase::ClsMain& base, const std::string& code,
+                                                   int year);
 
 }  // namespace brenlow::reg

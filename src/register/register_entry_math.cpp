@@ -31,7 +31,9 @@ std::optional<double> parse_number(std::string_view text) {
     return v;
 }
 
-double number_of(std::string_view text) { return parse_number(text).value_or(0.0); }
+double number_of(std::string_view text) {
+    return parse_number(text).value_or(0.0);
+}
 
 std::string packed_date(const Date& d) {
     char buf[16];
@@ -39,7 +41,8 @@ std::string packed_date(const Date& d) {
     return buf;
 }
 
-std::optional<depreciation::AutoRate> auto_rate_of(double base, double residual, double life, std::string_view method,
+std::optional<depreciation::AutoRate> auto_rate_of(double base, double residual, double life,
+                                                   std::string_view method,
                                                    depreciation::ResidualBasis basis) {
     const auto m = method == "SLM" ? depreciation::CaMethod::SLM : depreciation::CaMethod::WDV;
     return depreciation::auto_rate(base, residual, life, m, basis);

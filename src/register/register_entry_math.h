@@ -19,7 +19,8 @@ double number_of(std::string_view text);
 // "ddmmyyyy", as GETREMLIFEYRS reads a date.
 std::string packed_date(const Date& d);
 // The auto-calculated rate of the engine for the method text ("WDV" / "SLM").
-std::optional<depreciation::AutoRate> auto_rate_of(double base, double residual, double life, std::string_view method,
+std::optional<depreciation::AutoRate> auto_rate_of(double base, double residual, double life,
+                                                   std::string_view method,
                                                    depreciation::ResidualBasis basis);
 // The books rate the group proposes: its Companies-Act rate by method when it has a
 // classification, else the rate of its books block.

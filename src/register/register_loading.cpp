@@ -19,22 +19,56 @@ struct ColumnDef {
     const char* heading;
 };
 constexpr ColumnDef kOpeningColumns[] = {
-    {"SN", "SN"}, {"SrNoFATR", "SrNoFATR"}, {"AssetGroup", "Asset Group"}, {"Particulars", "Particulars"},
-    {"Cost", "Cost"}, {"OpDepr", "Depreciation upto 31/03/####"}, {"ResValue", "Residual Value"},
-    {"LifeYrs", "Useful Life "}, {"RateFACL", "Rate"}, {"WdvIT", "WDV"}, {"RateIT", "Rate"},
-    {"AddlDepRT", "Addl. Dep"}, {"SaleDate", "Date of Sale"}, {"SaleAmt", "Sale Amount"}, {"SaleExp", "Expenses"},
-    {"Shift", "Shift"}, {"DeprFY", "Depreciation for the Year"}, {"Days", "Days"}, {"Yr", "Yr"},
-    {"AccmDepr", "AccmDepr"}, {"DetESA", "DetESA"}, {"OthOpts", "OthOpts"}, {"PutDate", "PutDate"},
+    {"SN", "SN"},
+    {"SrNoFATR", "SrNoFATR"},
+    {"AssetGroup", "Asset Group"},
+    {"Particulars", "Particulars"},
+    {"Cost", "Cost"},
+    {"OpDepr", "Depreciation upto 31/03/####"},
+    {"ResValue", "Residual Value"},
+    {"LifeYrs", "Useful Life "},
+    {"RateFACL", "Rate"},
+    {"WdvIT", "WDV"},
+    {"RateIT", "Rate"},
+    {"AddlDepRT", "Addl. Dep"},
+    {"SaleDate", "Date of Sale"},
+    {"SaleAmt", "Sale Amount"},
+    {"SaleExp", "Expenses"},
+    {"Shift", "Shift"},
+    {"DeprFY", "Depreciation for the Year"},
+    {"Days", "Days"},
+    {"Yr", "Yr"},
+    {"AccmDepr", "AccmDepr"},
+    {"DetESA", "DetESA"},
+    {"OthOpts", "OthOpts"},
+    {"PutDate", "PutDate"},
     {"AddlDepOn", "AddlDepOn"},
 };
 constexpr ColumnDef kAdditionColumns[] = {
-    {"SN", "SN"}, {"SrNoFATR", "SrNoFATR"}, {"AssetGroup", "Asset Group"}, {"Particulars", "Particulars"},
-    {"PutDate", "Date of Put to Use"}, {"AccDate", "Date of Accounting"}, {"Cost", "Cost"},
-    {"ExciseCr", "Excise Credit"}, {"CurrDiff", "Currency Diff."}, {"Subsidy", "Grant/Subsidy"},
-    {"MiscAdj", "Misc. Adj."}, {"NetAmt", "Net Amount"}, {"ResValue", "Residual Value"}, {"LifeYrs", "Useful Life"},
-    {"RateFACL", "Rate"}, {"RateIT", "Rate"}, {"AddlDepRT", "Addl. Dep"}, {"SaleDate", "Date of Sale"},
-    {"SaleAmt", "Sale Amount"}, {"SaleExp", "Expenses"}, {"Shift", "Shift"}, {"DeprFY", "Depreciation for the Year"},
-    {"Days", "Days"}, {"OthOpts", "OthOpts"},
+    {"SN", "SN"},
+    {"SrNoFATR", "SrNoFATR"},
+    {"AssetGroup", "Asset Group"},
+    {"Particulars", "Particulars"},
+    {"PutDate", "Date of Put to Use"},
+    {"AccDate", "Date of Accounting"},
+    {"Cost", "Cost"},
+    {"ExciseCr", "Excise Credit"},
+    {"CurrDiff", "Currency Diff."},
+    {"Subsidy", "Grant/Subsidy"},
+    {"MiscAdj", "Misc. Adj."},
+    {"NetAmt", "Net Amount"},
+    {"ResValue", "Residual Value"},
+    {"LifeYrs", "Useful Life"},
+    {"RateFACL", "Rate"},
+    {"RateIT", "Rate"},
+    {"AddlDepRT", "Addl. Dep"},
+    {"SaleDate", "Date of Sale"},
+    {"SaleAmt", "Sale Amount"},
+    {"SaleExp", "Expenses"},
+    {"Shift", "Shift"},
+    {"DeprFY", "Depreciation for the Year"},
+    {"Days", "Days"},
+    {"OthOpts", "OthOpts"},
 };
 
 template <std::size_t N>
@@ -62,9 +96,10 @@ frmNewFATR::frmNewFATR(frame::Component& component, Ui& ui)
 }
 
 std::string frmNewFATR::Caption() const {
-    return "Asset-wise Depreciation Chart" + (code_.empty() ? std::string() : " [" + code_ + " : F.Y. " +
-                                                  std::to_string(year_ - 1) + "-" + std::to_string(year_ % 100 / 10) +
-                                                  std::to_string(year_ % 10) + "]");
+    return "Asset-wise Depreciation Chart" +
+           (code_.empty() ? std::string()
+                          : " [" + code_ + " : F.Y. " + std::to_string(year_ - 1) + "-" +
+                                std::to_string(year_ % 100 / 10) + std::to_string(year_ % 10) + "]");
 }
 
 std::optional<long> frmNewFATR::FilterGroup() const {
@@ -111,9 +146,11 @@ bool frmNewFATR::Form_Load() {
         BlockListFA = fa.compose();
 
         cboBADep.List = IdTextList::parse(kBADepList);
-        if (!cboBADep.select_id(base.GetMiscOthInf("BADEP", base.SecondDate(), code_))) cboBADep.ListIndex = 0;
+        if (!cboBADep.select_id(base.GetMiscOthInf("BADEP", base.SecondDate(), code_)))
+            cboBADep.ListIndex = 0;
         cboRndRemLife.List = IdTextList();
-        for (int i = 0; i < kRemLifeRoundings; ++i) cboRndRemLife.List.add(std::to_string(i), rem_life_rounding_text(i));
+        for (int i = 0; i < kRemLifeRoundings; ++i)
+            cboRndRemLife.List.add(std::to_string(i), rem_life_rounding_text(i));
         cboRndRemLife.ListIndex = options_.cboRndRemLife;
 
         set_up_grids();
@@ -151,10 +188,12 @@ void frmNewFATR::set_up_grids() {
     vsO.set_heading(vsO.col_index("SaleDate"), "Details of Sale/Deduction", "Date");
     vsO.set_heading(vsO.col_index("SaleAmt"), "Details of Sale/Deduction", "Amount");
     vsO.set_heading(vsO.col_index("SaleExp"), "Details of Sale/Deduction", "Expenses");
-    for (const char* k : {"Cost", "OpDepr", "ResValue", "WdvIT", "SaleAmt", "SaleExp", "AccmDepr", "AddlDepOn", "DeprFY"})
+    for (const char* k :
+         {"Cost", "OpDepr", "ResValue", "WdvIT", "SaleAmt", "SaleExp", "AccmDepr", "AddlDepOn", "DeprFY"})
         vsO.set_col_format(vsO.col_index(k), "###0.00");
     vsO.set_col_format(vsO.col_index("LifeYrs"), "###0");
-    for (const char* k : {"SrNoFATR", "Shift", "DeprFY", "Days", "Yr", "AccmDepr", "DetESA", "OthOpts", "PutDate", "AddlDepOn"})
+    for (const char* k : {"SrNoFATR", "Shift", "DeprFY", "Days", "Yr", "AccmDepr", "DetESA", "OthOpts",
+                          "PutDate", "AddlDepOn"})
         vsO.set_col_hidden(vsO.col_index(k), true);
 
     const bool company = books == "As per Companies Act";
@@ -171,14 +210,17 @@ void frmNewFATR::set_up_grids() {
     vsA.set_heading(vsA.col_index("SaleDate"), "Details of Sale/Deduction", "Date");
     vsA.set_heading(vsA.col_index("SaleAmt"), "Details of Sale/Deduction", "Amount");
     vsA.set_heading(vsA.col_index("SaleExp"), "Details of Sale/Deduction", "Expenses");
-    for (const char* k : {"Cost", "ExciseCr", "CurrDiff", "Subsidy", "MiscAdj", "NetAmt", "ResValue", "SaleAmt", "SaleExp", "DeprFY"})
+    for (const char* k : {"Cost", "ExciseCr", "CurrDiff", "Subsidy", "MiscAdj", "NetAmt", "ResValue",
+                          "SaleAmt", "SaleExp", "DeprFY"})
         vsA.set_col_format(vsA.col_index(k), "###0.00");
     vsA.set_col_format(vsA.col_index("LifeYrs"), "###0");
     for (const char* k : {"PutDate", "AccDate", "SaleDate"}) vsA.set_col_format(vsA.col_index(k), "dd/MM/yy");
-    for (const char* k : {"SrNoFATR", "Shift", "DeprFY", "Days", "OthOpts"}) vsA.set_col_hidden(vsA.col_index(k), true);
+    for (const char* k : {"SrNoFATR", "Shift", "DeprFY", "Days", "OthOpts"})
+        vsA.set_col_hidden(vsA.col_index(k), true);
     for (Grid* g : {&vsO, &vsA}) {
         for (int c = 0; c < g->cols(); ++c)
-            if (!g->column(c).format.empty() && g->column(c).format != "dd/MM/yy") g->set_col_alignment(c, Align::right);
+            if (!g->column(c).format.empty() && g->column(c).format != "dd/MM/yy")
+                g->set_col_alignment(c, Align::right);
         for (int c = 0; c < g->cols(); ++c) g->set_col_width(c, 17);
         for (const char* k : {"OpDepr", "PutDate", "AccDate"})
             if (g->col_index(k) >= 0) g->set_col_width(g->col_index(k), 24);
@@ -200,9 +242,18 @@ void frmNewFATR::fill_group_picker() {
     vsFAGM.set_cols(12);
     vsFAGM.set_fixed_rows(1);
     vsFAGM.set_rows(1);
-    const char* heads[] = {"SrNoFAGM", "Asset Group", "Block (Books)", "Rate (Books)", "Classification (Companies Act)",
-                           "Useful Life", "Rate (SLM)", "Rate (WDV)", "Block (Income-Tax)", "Rate (IT)",
-                           "Addl. Rate (IT)", "Key"};
+    const char* heads[] = {"SrNoFAGM",
+                           "Asset Group",
+                           "Block (Books)",
+                           "Rate (Books)",
+                           "Classification (Companies Act)",
+                           "Useful Life",
+                           "Rate (SLM)",
+                           "Rate (WDV)",
+                           "Block (Income-Tax)",
+                           "Rate (IT)",
+                           "Addl. Rate (IT)",
+                           "Key"};
     for (int c = 0; c < 12; ++c) vsFAGM.set_heading(c, "", heads[c]);
     vsFAGM.set_col_hidden(0, true);
     vsFAGM.set_col_hidden(11, true);
@@ -222,14 +273,15 @@ void frmNewFATR::fill_group_picker() {
         return kNA;
     };
     for (const auto& g : groups_) {
-        const bool has_fa = g.BlockFA > 0, has_cl = !g.BlockIdCL.empty() && g.BlockIdCL != "-1" && g.BlockIdCL != "-2";
+        const bool has_fa = g.BlockFA > 0,
+                   has_cl = !g.BlockIdCL.empty() && g.BlockIdCL != "-1" && g.BlockIdCL != "-2";
         const bool has_it = !g.BlockIdIT.empty() && g.BlockIdIT != "-1" && g.BlockIdIT != "-2";
         std::string line = std::to_string(g.SrNoFAGM) + "\t" + g.Part + "\t" + book_name(g.BlockFA) + "\t" +
-                           (has_fa ? format_mask(g.RateFA, "###0.00") : kNA) + "\t" + cl_name(g.BlockIdCL) + "\t" +
-                           (has_cl ? format_mask(g.LifeYrs, "###0") : kNA) + "\t" +
+                           (has_fa ? format_mask(g.RateFA, "###0.00") : kNA) + "\t" + cl_name(g.BlockIdCL) +
+                           "\t" + (has_cl ? format_mask(g.LifeYrs, "###0") : kNA) + "\t" +
                            (has_cl ? format_mask(g.RateSLM, "###0.00") : kNA) + "\t" +
-                           (has_cl ? format_mask(g.RateWDV, "###0.00") : kNA) + "\t" + it_name(g.BlockIdIT) + "\t" +
-                           (has_it ? format_mask(g.RateIT, "###0.00") : kNA) + "\t" +
+                           (has_cl ? format_mask(g.RateWDV, "###0.00") : kNA) + "\t" + it_name(g.BlockIdIT) +
+                           "\t" + (has_it ? format_mask(g.RateIT, "###0.00") : kNA) + "\t" +
                            (has_it ? format_mask(g.AddlRateIT, "###0.00") : kNA) + "\t" + "G";
         vsFAGM.add_item(line);
     }
@@ -277,8 +329,10 @@ void frmNewFATR::fill_grids() {
     for (const auto& a : addition_) add_addition_row(a, ++sn);
     vsO.set_redraw(true);
     vsA.set_redraw(true);
-    if (vsO_Row >= vsO.rows() || vsO_Row < vsO.fixed_rows()) vsO_Row = vsO.data_rows() ? vsO.fixed_rows() : -1;
-    if (vsA_Row >= vsA.rows() || vsA_Row < vsA.fixed_rows()) vsA_Row = vsA.data_rows() ? vsA.fixed_rows() : -1;
+    if (vsO_Row >= vsO.rows() || vsO_Row < vsO.fixed_rows())
+        vsO_Row = vsO.data_rows() ? vsO.fixed_rows() : -1;
+    if (vsA_Row >= vsA.rows() || vsA_Row < vsA.fixed_rows())
+        vsA_Row = vsA.data_rows() ? vsA.fixed_rows() : -1;
 }
 
 void frmNewFATR::add_opening_row(const store::OpeningRow& o, int sn) {
@@ -288,12 +342,29 @@ void frmNewFATR::add_opening_row(const store::OpeningRow& o, int sn) {
     std::string line;
     line.reserve(256);
     line += std::to_string(sn);
-    for (const std::string& cell :
-         {std::to_string(o.SrNoFATR), std::to_string(o.IdFAGM), o.Part, plain_number(o.CostWdv),
-          plain_number(o.OpDepr), plain_number(o.ResValue), plain_number(o.LifeYrs), rate_two_or_four_places(o.RateFACL),
-          plain_number(o.WdvIT), rate_two_or_four_places(o.RateIT), rate_two_or_four_places(o.AddlDepRT), o.SaleDate, plain_number(o.SaleAmt),
-          plain_number(o.SaleExp), std::string(), std::string(), std::string(), yr, plain_number(o.DepCalcCA),
-          o.DetESA, o.OthOpts, o.PutDate, plain_number(o.AddlDepOn)})
+    for (const std::string& cell : {std::to_string(o.SrNoFATR),
+                                    std::to_string(o.IdFAGM),
+                                    o.Part,
+                                    plain_number(o.CostWdv),
+                                    plain_number(o.OpDepr),
+                                    plain_number(o.ResValue),
+                                    plain_number(o.LifeYrs),
+                                    rate_two_or_four_places(o.RateFACL),
+                                    plain_number(o.WdvIT),
+                                    rate_two_or_four_places(o.RateIT),
+                                    rate_two_or_four_places(o.AddlDepRT),
+                                    o.SaleDate,
+                                    plain_number(o.SaleAmt),
+                                    plain_number(o.SaleExp),
+                                    std::string(),
+                                    std::string(),
+                                    std::string(),
+                                    yr,
+                                    plain_number(o.DepCalcCA),
+                                    o.DetESA,
+                                    o.OthOpts,
+                                    o.PutDate,
+                                    plain_number(o.AddlDepOn)})
         append(line, cell);
     const int r = vsO.add_item(line);
     vsO.set_row_data(r, o.SrNoFATR);
@@ -305,12 +376,29 @@ void frmNewFATR::add_addition_row(const store::AdditionRow& a, int sn) {
     std::string line;
     line.reserve(256);
     line += std::to_string(sn);
-    for (const std::string& cell :
-         {std::to_string(a.SrNoFATR), std::to_string(a.IdFAGM), a.Part, a.PutDate, a.AccDate, plain_number(a.PurAmt),
-          plain_number(a.ExciseCr), plain_number(a.CurrDiff), plain_number(a.Subsidy), plain_number(misc),
-          plain_number(net), plain_number(a.ResValue), plain_number(a.LifeYrs), rate_two_or_four_places(a.RateFACL),
-          rate_two_or_four_places(a.RateIT), rate_two_or_four_places(a.AddlDepRT), a.SaleDate, plain_number(a.SaleAmt), plain_number(a.SaleExp),
-          std::string(), std::string(), std::string(), a.OthOpts})
+    for (const std::string& cell : {std::to_string(a.SrNoFATR),
+                                    std::to_string(a.IdFAGM),
+                                    a.Part,
+                                    a.PutDate,
+                                    a.AccDate,
+                                    plain_number(a.PurAmt),
+                                    plain_number(a.ExciseCr),
+                                    plain_number(a.CurrDiff),
+                                    plain_number(a.Subsidy),
+                                    plain_number(misc),
+                                    plain_number(net),
+                                    plain_number(a.ResValue),
+                                    plain_number(a.LifeYrs),
+                                    rate_two_or_four_places(a.RateFACL),
+                                    rate_two_or_four_places(a.RateIT),
+                                    rate_two_or_four_places(a.AddlDepRT),
+                                    a.SaleDate,
+                                    plain_number(a.SaleAmt),
+                                    plain_number(a.SaleExp),
+                                    std::string(),
+                                    std::string(),
+                                    std::string(),
+                                    a.OthOpts})
         append(line, cell);
     const int r = vsA.add_item(line);
     vsA.set_row_data(r, a.SrNoFATR);
@@ -402,7 +490,9 @@ void frmNewFATR::cmdDelO_Click() {
     frame::guarded(comp_.log, kModule, "cmdDelO_Click", [&] {
         const long serial = selected_serial(vsO, vsO_Row);
         if (Mode_ != EntryMode::None || serial == 0) return;
-        if (!ui_.ask_yes_no("Do you really want to Delete selected 'Opening' Entry?", MsgIcon::question, false)) return;
+        if (!ui_.ask_yes_no("Do you really want to Delete selected 'Opening' Entry?", MsgIcon::question,
+                            false))
+            return;
         store_->delete_opening(serial);
         fill_filter();
         LoadRegister();
@@ -413,7 +503,9 @@ void frmNewFATR::cmdDelA_Click() {
     frame::guarded(comp_.log, kModule, "cmdDelA_Click", [&] {
         const long serial = selected_serial(vsA, vsA_Row);
         if (Mode_ != EntryMode::None || serial == 0) return;
-        if (!ui_.ask_yes_no("Do you really want to Delete selected 'Addition' Entry?", MsgIcon::question, false)) return;
+        if (!ui_.ask_yes_no("Do you really want to Delete selected 'Addition' Entry?", MsgIcon::question,
+                            false))
+            return;
         store_->delete_addition(serial);
         fill_filter();
         LoadRegister();
@@ -431,12 +523,18 @@ void frmNewFATR::cmdDelAllA_Click() {
 void frmNewFATR::delete_all(bool opening) {
     if (Mode_ != EntryMode::None) return;
     if (opening) {
-        if (!ui_.ask_yes_no("Do you really want to Delete all the 'Opening' Entries ?", MsgIcon::question, false)) return;
-        if (!ui_.ask_yes_no("Confirm Deletion of all the 'Opening' Entries ?", MsgIcon::question, false)) return;
+        if (!ui_.ask_yes_no("Do you really want to Delete all the 'Opening' Entries ?", MsgIcon::question,
+                            false))
+            return;
+        if (!ui_.ask_yes_no("Confirm Deletion of all the 'Opening' Entries ?", MsgIcon::question, false))
+            return;
         store_->delete_all_openings(FilterGroup());
     } else {
-        if (!ui_.ask_yes_no("Do you really want to Delete all the 'Addition' Entries ?", MsgIcon::question, false)) return;
-        if (!ui_.ask_yes_no("Confirm Deletion of all the 'Addition' Entries ?", MsgIcon::question, false)) return;
+        if (!ui_.ask_yes_no("Do you really want to Delete all the 'Addition' Entries ?", MsgIcon::question,
+                            false))
+            return;
+        if (!ui_.ask_yes_no("Confirm Deletion of all the 'Addition' Entries ?", MsgIcon::question, false))
+            return;
         store_->delete_all_additions(FilterGroup());
     }
     fill_filter();

@@ -44,7 +44,9 @@ std::string join(const std::vector<std::string>& parts) {
     return out;
 }
 
-std::string at(const Fields& v, std::size_t i) { return std::string(v[i]); }
+std::string at(const Fields& v, std::size_t i) {
+    return std::string(v[i]);
+}
 
 void read_text(const Fields& v, std::size_t i, std::string& field) {
     if (!v[i].empty()) field = v[i];
@@ -62,7 +64,9 @@ void read_flag(const Fields& v, std::size_t i, bool& field) {
     if (s == "N") field = false;
 }
 
-const char* yn(bool b) { return b ? "Y" : "N"; }
+const char* yn(bool b) {
+    return b ? "Y" : "N";
+}
 
 }  // namespace
 
@@ -84,29 +88,39 @@ RegisterOptions RegisterOptions::parse(std::string_view misc_inf) {
 }
 
 std::string RegisterOptions::compose() const {
-    return join({optMOD, optFASCHBOOKS, optRndFA, optRndIT, std::to_string(cboAddlDep1), std::to_string(cboAddlDep2),
-                 optResValOf, std::to_string(cboDepAdjRemLife0), optSetupCL, chkSetupCL,
-                 std::to_string(cboRndRemLife)});
+    return join({optMOD, optFASCHBOOKS, optRndFA, optRndIT, std::to_string(cboAddlDep1),
+                 std::to_string(cboAddlDep2), optResValOf, std::to_string(cboDepAdjRemLife0), optSetupCL,
+                 chkSetupCL, std::to_string(cboRndRemLife)});
 }
 
 // Whole financial years is the usual reading of a useful life; the others count days.
 int RegisterOptions::rem_life_mode() const {
     switch (cboRndRemLife) {
-        case 1: return 1;
-        case 2: return 3;
-        case 3: return 1;
-        default: return 2;
+        case 1:
+            return 1;
+        case 2:
+            return 3;
+        case 3:
+            return 1;
+        default:
+            return 2;
     }
 }
 
-int RegisterOptions::rem_life_decimals() const { return cboRndRemLife == 1 || cboRndRemLife == 2 ? 2 : 0; }
+int RegisterOptions::rem_life_decimals() const {
+    return cboRndRemLife == 1 || cboRndRemLife == 2 ? 2 : 0;
+}
 
 const char* rem_life_rounding_text(int index) {
     switch (index) {
-        case 1: return "Days / 365 (2 Decimals)";
-        case 2: return "Part of First Year + Whole Years (2 Decimals)";
-        case 3: return "Days / 365 (No Decimals)";
-        default: return "Whole Financial Years";
+        case 1:
+            return "Days / 365 (2 Decimals)";
+        case 2:
+            return "Part of First Year + Whole Years (2 Decimals)";
+        case 3:
+            return "Days / 365 (No Decimals)";
+        default:
+            return "Whole Financial Years";
     }
 }
 
@@ -133,13 +147,18 @@ std::string_view OpeningOpts::wdv_it(std::string_view oth_opts) {
     return Fields(oth_opts)[3];
 }
 
-bool OpeningOpts::partial_deduction(std::string_view oth_opts) { return Fields(oth_opts)[12] == "Y"; }
+bool OpeningOpts::partial_deduction(std::string_view oth_opts) {
+    return Fields(oth_opts)[12] == "Y";
+}
 
-bool AdditionOpts::partial_deduction(std::string_view oth_opts) { return Fields(oth_opts)[8] == "Y"; }
+bool AdditionOpts::partial_deduction(std::string_view oth_opts) {
+    return Fields(oth_opts)[8] == "Y";
+}
 
 std::string OpeningOpts::compose() const {
-    return join({CalcCA, ResValOf, MOD, WdvIT, yn(ResDefault), yn(LifeDefault), yn(RateDefault), yn(RateITDefault),
-                 yn(AddlRateDefault), yn(AutoDepr), yn(AddlDepOn), yn(TotESA), yn(PartDed)});
+    return join({CalcCA, ResValOf, MOD, WdvIT, yn(ResDefault), yn(LifeDefault), yn(RateDefault),
+                 yn(RateITDefault), yn(AddlRateDefault), yn(AutoDepr), yn(AddlDepOn), yn(TotESA),
+                 yn(PartDed)});
 }
 
 AdditionOpts AdditionOpts::parse(std::string_view oth_opts) {
@@ -158,8 +177,8 @@ AdditionOpts AdditionOpts::parse(std::string_view oth_opts) {
 }
 
 std::string AdditionOpts::compose() const {
-    return join({MOD, RndAddRtAuto, yn(ResDefault), yn(LifeDefault), yn(RateDefault), yn(RateITDefault), yn(AddlDep),
-                 yn(AutoDepr), yn(PartDed)});
+    return join({MOD, RndAddRtAuto, yn(ResDefault), yn(LifeDefault), yn(RateDefault), yn(RateITDefault),
+                 yn(AddlDep), yn(AutoDepr), yn(PartDed)});
 }
 
 std::string effective_method(std::string_view own, const RegisterOptions& common) {

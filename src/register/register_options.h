@@ -28,7 +28,8 @@ struct RegisterOptions {
     std::string compose() const;
 
     depreciation::ResidualBasis basis() const {
-        return optResValOf == "CA" ? depreciation::ResidualBasis::CarryingAmount : depreciation::ResidualBasis::Cost;
+        return optResValOf == "CA" ? depreciation::ResidualBasis::CarryingAmount
+                                   : depreciation::ResidualBasis::Cost;
     }
     // GETREMLIFEYRS mode and decimals of the cboRndRemLife choice.
     int rem_life_mode() const;
@@ -49,15 +50,15 @@ struct OpeningOpts {
     std::string ResValOf;
     std::string MOD;
     std::string WdvIT;
-    bool ResDefault = true;    // "Default (5%)"
-    bool LifeDefault = true;   // "Default (As per Master)"
-    bool RateDefault = true;   // "Default (As per Fixed Asset Group Master)" / "Auto Calculated"
+    bool ResDefault = true;   // "Default (5%)"
+    bool LifeDefault = true;  // "Default (As per Master)"
+    bool RateDefault = true;  // "Default (As per Fixed Asset Group Master)" / "Auto Calculated"
     bool RateITDefault = true;
     bool AddlRateDefault = true;
-    bool AutoDepr = true;      // chkAutoCalcDeprCL
-    bool AddlDepOn = false;    // the tick of the remaining half of additional depreciation
-    bool TotESA = false;       // chkTotESA ("Gross")
-    bool PartDed = false;      // the sale/deduction leaves the asset held (a partial deduction)
+    bool AutoDepr = true;    // chkAutoCalcDeprCL
+    bool AddlDepOn = false;  // the tick of the remaining half of additional depreciation
+    bool TotESA = false;     // chkTotESA ("Gross")
+    bool PartDed = false;    // the sale/deduction leaves the asset held (a partial deduction)
 
     static OpeningOpts parse(std::string_view oth_opts);
     // The optsWdvIT field alone, as parse would read it, without the rest.

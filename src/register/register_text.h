@@ -12,7 +12,8 @@ inline constexpr const char* kAddEditGroups = "[Add/Edit Asset Group Master Deta
 inline constexpr const char* kShiftList = "#1;Single|#2;Double|#3;Triple";
 inline constexpr const char* kCommon = " (As Common)";
 // The books-depreciation option kept by the base services under "BADEP".
-inline constexpr const char* kBADepList = "#N;Depreciation as per Books: Calculated|#Y;Depreciation as per Books: Entered";
+inline constexpr const char* kBADepList =
+    "#N;Depreciation as per Books: Calculated|#Y;Depreciation as per Books: Entered";
 // The broken bar between the fields of an adjustment row.
 inline constexpr const char* kESASep = "\xC2\xA6";
 

@@ -50,7 +50,8 @@ store::OpeningRow frmNewFATR::opening_row() const {
     o.DetESA = det_esa();
     o.RateIT = number_of(txtfieldsO[O_RateIT].text());
     o.AddlDepRT = number_of(txtfieldsO[O_AddlDepRT].text());
-    if (!txtfieldsD[D_SaleDate].text().empty()) o.SaleDate = base.ConvertToSave(txtfieldsD[D_SaleDate].text());
+    if (!txtfieldsD[D_SaleDate].text().empty())
+        o.SaleDate = base.ConvertToSave(txtfieldsD[D_SaleDate].text());
     o.SaleAmt = number_of(txtfieldsD[D_SaleAmt].text());
     o.SaleExp = number_of(txtfieldsD[D_SaleExp].text());
     o.ShiftDet = shift_det();
@@ -97,7 +98,8 @@ store::AdditionRow frmNewFATR::addition_row() const {
     a.RateFACL = number_of(txtfieldsA[A_RateFACL].text());
     a.RateIT = number_of(txtfieldsA[A_RateIT].text());
     a.AddlDepRT = number_of(txtfieldsA[A_AddlDepRT].text());
-    if (!txtfieldsD[D_SaleDate].text().empty()) a.SaleDate = base.ConvertToSave(txtfieldsD[D_SaleDate].text());
+    if (!txtfieldsD[D_SaleDate].text().empty())
+        a.SaleDate = base.ConvertToSave(txtfieldsD[D_SaleDate].text());
     a.SaleAmt = number_of(txtfieldsD[D_SaleAmt].text());
     a.SaleExp = number_of(txtfieldsD[D_SaleExp].text());
     a.ShiftDet = shift_det();
@@ -117,10 +119,14 @@ store::AdditionRow frmNewFATR::addition_row() const {
 }
 
 void frmNewFATR::write_entry() {
-    if (Mode_ == EntryMode::ADDO) store_->insert_opening(opening_row());
-    else if (Mode_ == EntryMode::EDITO) store_->update_opening(opening_row());
-    else if (Mode_ == EntryMode::ADDA) store_->insert_addition(addition_row());
-    else if (Mode_ == EntryMode::EDITA) store_->update_addition(addition_row());
+    if (Mode_ == EntryMode::ADDO)
+        store_->insert_opening(opening_row());
+    else if (Mode_ == EntryMode::EDITO)
+        store_->update_opening(opening_row());
+    else if (Mode_ == EntryMode::ADDA)
+        store_->insert_addition(addition_row());
+    else if (Mode_ == EntryMode::EDITA)
+        store_->update_addition(addition_row());
 }
 
 }  // namespace brenlow::reg

@@ -17,12 +17,15 @@ namespace {
 
 constexpr const char* kModule = "frmNewFATR";
 
-bool is_company(int status) { return status == 3 || status == 4; }
+bool is_company(int status) {
+    return status == 3 || status == 4;
+}
 
 }  // namespace
 
 bool frmNewFATR::ask_change(std::string_view caption) {
-    return ui_.ask_yes_no("Do you really want to change '" + std::string(caption) + "' ?", MsgIcon::question, false);
+    return ui_.ask_yes_no("Do you really want to change '" + std::string(caption) + "' ?", MsgIcon::question,
+                          false);
 }
 
 void frmNewFATR::write_options() {
@@ -45,8 +48,8 @@ void frmNewFATR::show_state() {
     chkRndIT.Caption = "Round-Off Depreciation (As per IT Act)";
     chkRemLife0.Caption = "Nil Remaining Life to Retained Earnings";
     // A client that keeps the old chart has no asset-wise entries: only deleting works.
-    for (CommandButton* b :
-         {&cmdAddO, &cmdEditO, &cmdAddA, &cmdEditA, &cmdDeprCalc, &cmdAssetGroupMas, &cmdOldDepChart, &cmdTransToTB})
+    for (CommandButton* b : {&cmdAddO, &cmdEditO, &cmdAddA, &cmdEditA, &cmdDeprCalc, &cmdAssetGroupMas,
+                             &cmdOldDepChart, &cmdTransToTB})
         b->Enabled = !old_chart_;
     for (CommandButton* b : {&cmdDelO, &cmdDelAllO, &cmdDelA, &cmdDelAllA}) b->Enabled = true;
 }
@@ -144,12 +147,14 @@ void frmNewFATR::cmdOldDepChart_Click() {
     frame::guarded(comp_.log, kModule, "cmdOldDepChart_Click", [&] {
         if (Mode_ != EntryMode::None || old_chart_) return;
         if (store_->has_entries()) {
-            ui_.info("Can't Proceed ! You have already entered details in New Depreciation Chart (Asset Wise).");
+            ui_.info(
+                "Can't Proceed ! You have already entered details in New Depreciation Chart (Asset Wise).");
             return;
         }
         if (is_company(comp_.base->TSTATUS())) {
-            ui_.info("In case of Companies, you should use Old Depreciation Chart if you want to Calculate "
-                     "Depreciation as per Income-Tax Act only not as per New Companies Act, 2013.");
+            ui_.info(
+                "In case of Companies, you should use Old Depreciation Chart if you want to Calculate "
+                "Depreciation as per Income-Tax Act only not as per New Companies Act, 2013.");
             if (!ui_.ask_yes_no("Continue ?", MsgIcon::question, false)) return;
         }
         store_->write_old_chart_marker();
@@ -170,8 +175,8 @@ void frmNewFATR::CarryForward() {
         if (!ui_.ask_yes_no(kCarryForwardQuestion)) return;
         CarryForwardAnswers answers;
         answers.it_rate_to_40 = plan.it_rate_over_40 && ui_.ask_yes_no(kItRate40Question);
-        answers.books_rate_to_40 =
-            plan.books_rate_over_40 && !is_company(comp_.base->TSTATUS()) && ui_.ask_yes_no(kBooksRate40Question);
+        answers.books_rate_to_40 = plan.books_rate_over_40 && !is_company(comp_.base->TSTATUS()) &&
+                                   ui_.ask_yes_no(kBooksRate40Question);
         apply_carry_forward(comp_.base->dbobj(), code_, year_, plan, answers);
         if (plan.options_row) options_ = RegisterOptions::parse(*plan.options_row);
         show_state();

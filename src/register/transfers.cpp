@@ -11,11 +11,14 @@
 namespace brenlow::reg {
 namespace {
 
-bool is_company(int status) { return status == 3 || status == 4; }
+bool is_company(int status) {
+    return status == 3 || status == 4;
+}
 
 // The question texts, worded for a company (with the residual-value groups) or not.
 std::string groups_named(bool company) {
-    return company ? "'Fixed Assets', 'Depreciation', 'Profit on Sale of Fixed Assets', 'Fixed Assets Residual Value "
+    return company ? "'Fixed Assets', 'Depreciation', 'Profit on Sale of Fixed Assets', 'Fixed Assets "
+                     "Residual Value "
                      "Adjustments' and 'Fixed Assets Residual Value (Retained Earning)'"
                    : "'Fixed Assets', 'Depreciation' and 'Profit on Sale of Fixed Assets'";
 }
@@ -127,9 +130,10 @@ bool transfer_to_trial_balance(TarrowBase::ClsMain& base, Ui& ui, const std::str
 }
 
 bool transfer_to_capital_gains(TarrowBase::ClsMain& base, Ui& ui, const std::string& code, int year) {
-    if (!ui.ask_yes_no("Do you want to Transfer Data to Capital Gain Head - Depreciable Assets?\nNote: Date of Last "
-                       "Deduction will be transferred as Date of Sale in case of deductions made on different dates.",
-                       MsgIcon::question, true))
+    if (!ui.ask_yes_no(
+            "Do you want to Transfer Data to Capital Gain Head - Depreciable Assets?\nNote: Date of Last "
+            "Deduction will be transferred as Date of Sale in case of deductions made on different dates.",
+            MsgIcon::question, true))
         return false;
     auto& db = base.dbobj();
     CalculationOptions options;
@@ -142,8 +146,9 @@ bool transfer_to_capital_gains(TarrowBase::ClsMain& base, Ui& ui, const std::str
     // emptied of its assets (a loss).
     for (const auto& b : run.income_tax.blocks) {
         if (!b.block_nil) continue;
-        rows.push_back({b.block_name + " @ " + depreciation::rate_trimmed(b.rate) + "%", b.MaxDedDt, b.deduction1 + b.deduction2 + b.deduction3,
-                        b.opening_wdv, b.addition1 + b.addition2 + b.addition3, b.expenses, b.profit_loss});
+        rows.push_back({b.block_name + " @ " + depreciation::rate_trimmed(b.rate) + "%", b.MaxDedDt,
+                        b.deduction1 + b.deduction2 + b.deduction3, b.opening_wdv,
+                        b.addition1 + b.addition2 + b.addition3, b.expenses, b.profit_loss});
     }
     store::replace_block_transfers(db, code, year, rows);
     ui.info("Transferred !");

@@ -16,8 +16,8 @@
 // 2 credit), Amt.
 //
 // Capital gains. One capital_depr row (and its Capital head) per income-tax block that
-// ended nil: its name with its rate ("MACHINERY AND PLANT @ 40%"), the date of its last deduction, the moneys payable set against
-// it, its opening WDV, its additions, the expenses on transfer, and the gain (a loss
+// ended nil: its name with its rate ("MACHINERY AND PLANT @ 40%"), the date of its last deduction, the moneys
+// payable set against it, its opening WDV, its additions, the expenses on transfer, and the gain (a loss
 // negative).
 
 #include <string>

@@ -6,7 +6,9 @@
 namespace brenlow::store {
 namespace {
 
-const char* name_of(ChartTable t) { return t == ChartTable::DeprChart ? "DeprChart" : "TmpDepChart"; }
+const char* name_of(ChartTable t) {
+    return t == ChartTable::DeprChart ? "DeprChart" : "TmpDepChart";
+}
 
 std::string where(std::string_view code, int year) {
     return " WHERE Code_No='" + sql_text(code) + "' AND FYr=" + std::to_string(year);
@@ -14,8 +16,9 @@ std::string where(std::string_view code, int year) {
 
 std::string values_of(const depreciation::ChartRow& r, std::string_view code, int year) {
     std::string v = "('" + sql_text(code) + "'," + std::to_string(year) + "," + std::to_string(r.Grp);
-    for (double x : {r.Rate, r.Wdv, r.WdvOpHR, r.Add1, r.Cons1, r.FullAmt, r.Add2, r.Cons2, r.HalfAmt, r.DeprF,
-                     r.DeprH, r.ADeprF, r.ADeprH, r.ADeprOpH, r.TotDep, r.Dep38, r.PropDep, r.Exp, r.CG, r.WdvCl}) {
+    for (double x : {r.Rate,   r.Wdv,     r.WdvOpHR, r.Add1,  r.Cons1,  r.FullAmt, r.Add2,
+                     r.Cons2,  r.HalfAmt, r.DeprF,   r.DeprH, r.ADeprF, r.ADeprH,  r.ADeprOpH,
+                     r.TotDep, r.Dep38,   r.PropDep, r.Exp,   r.CG,     r.WdvCl}) {
         v += ",";
         v += plain_number(x);
     }
@@ -27,7 +30,8 @@ void rewrite(Database& db, const char* table, std::string_view code, int year,
     Transaction tx(db);
     db.execute(std::string("DELETE FROM ") + table + where(code, year));
     db.flush_tables();
-    for (const auto& r : rows) db.execute(std::string("Insert into ") + table + " Values " + values_of(r, code, year));
+    for (const auto& r : rows)
+        db.execute(std::string("Insert into ") + table + " Values " + values_of(r, code, year));
     db.flush_tables();
     tx.commit();
 }
@@ -54,7 +58,8 @@ void copy_hand_edited_chart(Database& db, std::string_view code, int year) {
     tx.commit();
 }
 
-std::vector<depreciation::ChartRow> read_chart(Database& db, ChartTable table, std::string_view code, int year) {
+std::vector<depreciation::ChartRow> read_chart(Database& db, ChartTable table, std::string_view code,
+                                               int year) {
     std::vector<depreciation::ChartRow> rows;
     // Stored order: the rows as they were written (a block's -40 row follows it).
     db.for_each_row(std::string("SELECT * FROM ") + name_of(table) + where(code, year), [&](const Row& r) {
@@ -89,9 +94,10 @@ std::vector<depreciation::ChartRow> read_chart(Database& db, ChartTable table, s
 
 depreciation::AdditionalSums additional_in_stored_chart(Database& db, ChartTable table, std::string_view code,
                                                         int year) {
-    const auto rs = db.query(std::string("Select Sum(ADeprF) as f,sum(ADeprH) as h,sum(ADeprOpH) as o from ") +
-                             name_of(table) + " Where Code_No='" + sql_text(code) + "' and FYr=" +
-                             std::to_string(year) + " and Grp=3 and Rate In(15,30,40)");
+    const auto rs =
+        db.query(std::string("Select Sum(ADeprF) as f,sum(ADeprH) as h,sum(ADeprOpH) as o from ") +
+                 name_of(table) + " Where Code_No='" + sql_text(code) + "' and FYr=" + std::to_string(year) +
+                 " and Grp=3 and Rate In(15,30,40)");
     return {rs.first("f").as_double(), rs.first("h").as_double(), rs.first("o").as_double()};
 }
 

@@ -26,7 +26,8 @@ void copy_hand_edited_chart(Database& db, std::string_view code, int year);
 void rewrite_hand_edited_chart(Database& db, std::string_view code, int year,
                                const std::vector<depreciation::ChartRow>& rows);
 
-std::vector<depreciation::ChartRow> read_chart(Database& db, ChartTable table, std::string_view code, int year);
+std::vector<depreciation::ChartRow> read_chart(Database& db, ChartTable table, std::string_view code,
+                                               int year);
 
 // Additional depreciation of plant and machinery at 15, 30 and 40 per cent in the
 // stored chart: what the concessional regimes forbid.

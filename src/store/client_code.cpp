@@ -29,7 +29,8 @@ std::optional<std::string> client_code_fault(std::string_view typed) {
     if (code.empty()) return std::string("The client code is empty.");
     if (!is_valid_utf8(code)) return std::string("The client code is not valid UTF-8 text.");
     const std::string rule = "a client code is 1 to " + std::to_string(kClientCodeMax) +
-                             " of the letters A-Z, the digits 0-9 and the marks " + std::string(kPunctuation) + ".";
+                             " of the letters A-Z, the digits 0-9 and the marks " +
+                             std::string(kPunctuation) + ".";
     for (std::size_t i = 0; i < code.size(); ++i) {
         if (allowed(code[i])) continue;
         // Name the whole character, not one byte of it.

@@ -3,16 +3,18 @@
 #include <algorithm>
 #include <cctype>
 
-#include "store/schema.h"
-#include "store/table_lock.h"
-#include "store/seed.h"
 #include "store/client_code.h"
+#include "store/schema.h"
+#include "store/seed.h"
+#include "store/table_lock.h"
 #include "store/text_limits.h"
 
 namespace brenlow::store {
 namespace {
 
-std::string q(std::string_view text) { return "'" + sql_text(text) + "'"; }
+std::string q(std::string_view text) {
+    return "'" + sql_text(text) + "'";
+}
 
 ClientYear read_client_year(const Row& r) {
     ClientYear cy;
@@ -68,7 +70,8 @@ std::optional<ClientYear> find_client_year(Database& db, std::string_view typed_
 
 std::vector<ClientYear> list_client_years(Database& db) {
     std::vector<ClientYear> out;
-    for (const Row r : db.query("select * from master order by code_no, s_yr")) out.push_back(read_client_year(r));
+    for (const Row r : db.query("select * from master order by code_no, s_yr"))
+        out.push_back(read_client_year(r));
     return out;
 }
 
@@ -111,9 +114,10 @@ CreatedYear create_client_year(Database& db, std::string_view typed_code, int ye
         }
         if (st < 1 || st > 4) st = 1;
         Transaction tx(db);
-        db.execute("insert into master (code_no, f_yr, s_yr, Count, tbl_nm, others, client_name, status) values (" +
-                   q(code) + ",'0104" + std::to_string(year - 1) + "','" + s_yr + "'," + std::to_string(count) +
-                   "," + q(suffix) + ",''," + q(client_name) + "," + std::to_string(st) + ")");
+        db.execute(
+            "insert into master (code_no, f_yr, s_yr, Count, tbl_nm, others, client_name, status) values (" +
+            q(code) + ",'0104" + std::to_string(year - 1) + "','" + s_yr + "'," + std::to_string(count) +
+            "," + q(suffix) + ",''," + q(client_name) + "," + std::to_string(st) + ")");
         tx.commit();
         db.flush_tables();
         result.master_row_created = true;
@@ -138,7 +142,9 @@ CreatedYear create_client_year(Database& db, std::string_view typed_code, int ye
 }
 
 std::string table_suffix(Database& db, int count) {
-    return db.query("select tbl_nm from master where Count=" + std::to_string(count)).first("tbl_nm").as_text();
+    return db.query("select tbl_nm from master where Count=" + std::to_string(count))
+        .first("tbl_nm")
+        .as_text();
 }
 
 int table_count(Database& db) {
@@ -164,15 +170,16 @@ void set_misc_info(Database& db, std::string_view code, std::string_view second_
     const std::string where =
         " where code_no=" + q(code) + " and s_yr=" + q(second_date) + " and InfKey=" + q(key);
     db.execute("delete from Mast_MiscOthInf" + where);
-    db.execute("insert into Mast_MiscOthInf (code_no, s_yr, InfKey, InfVal, InfDesc) values (" + q(code) + "," +
-               q(second_date) + "," + q(key) + "," + q(value) + "," + q(description) + ")");
+    db.execute("insert into Mast_MiscOthInf (code_no, s_yr, InfKey, InfVal, InfDesc) values (" + q(code) +
+               "," + q(second_date) + "," + q(key) + "," + q(value) + "," + q(description) + ")");
     db.flush_tables();
     tx.commit();
 }
 
 std::string get_setting(Database& db, std::string_view section, std::string_view key,
                         std::string_view default_value) {
-    const auto rs = db.query("select SetVal from Mast_Setting where Section=" + q(section) + " and SetKey=" + q(key));
+    const auto rs =
+        db.query("select SetVal from Mast_Setting where Section=" + q(section) + " and SetKey=" + q(key));
     return rs.empty() ? std::string(default_value) : rs.first("SetVal").as_text();
 }
 
@@ -183,8 +190,8 @@ void set_setting(Database& db, std::string_view section, std::string_view key, s
     check_text(row, "SetVal", value, kLongTextChars);
     Transaction tx(db);
     db.execute("delete from Mast_Setting where Section=" + q(section) + " and SetKey=" + q(key));
-    db.execute("insert into Mast_Setting (Section, SetKey, SetVal) values (" + q(section) + "," + q(key) + "," +
-               q(value) + ")");
+    db.execute("insert into Mast_Setting (Section, SetKey, SetVal) values (" + q(section) + "," + q(key) +
+               "," + q(value) + ")");
     db.flush_tables();
     tx.commit();
 }
@@ -203,7 +210,9 @@ long mast_part_id(Database& db, std::string_view name) {
 }
 
 std::string mast_part_name(Database& db, long id) {
-    return db.query("select PartNm from Mast_Part where PartId=" + std::to_string(id)).first("PartNm").as_text();
+    return db.query("select PartNm from Mast_Part where PartId=" + std::to_string(id))
+        .first("PartNm")
+        .as_text();
 }
 
 }  // namespace brenlow::store

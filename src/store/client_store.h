@@ -14,13 +14,13 @@ namespace brenlow::store {
 
 struct ClientYear {
     std::string code_no;
-    int year = 0;              // calendar year in which the financial year ends
-    std::string f_yr;          // "0104yyyy"
-    std::string s_yr;          // "3103yyyy"
-    int count = 0;             // the year's number for GetTbName
-    std::string tbl_nm;        // the year's table suffix
+    int year = 0;        // calendar year in which the financial year ends
+    std::string f_yr;    // "0104yyyy"
+    std::string s_yr;    // "3103yyyy"
+    int count = 0;       // the year's number for GetTbName
+    std::string tbl_nm;  // the year's table suffix
     std::string client_name;
-    int status = 1;            // 1-4
+    int status = 1;  // 1-4
     std::string others;
 };
 

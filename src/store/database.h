@@ -86,8 +86,12 @@ public:
     public:
         iterator(const Recordset* rs, std::size_t i) : rs_(rs), i_(i) {}
         Row operator*() const { return rs_->row(i_); }
-        iterator& operator++() { ++i_; return *this; }
+        iterator& operator++() {
+            ++i_;
+            return *this;
+        }
         bool operator!=(const iterator& o) const { return i_ != o.i_; }
+
     private:
         const Recordset* rs_;
         std::size_t i_;
@@ -157,12 +161,18 @@ public:
     explicit Transaction(Database& db) : db_(db) { db_.begin(); }
     ~Transaction() {
         if (!done_) {
-            try { db_.rollback(); } catch (...) {}
+            try {
+                db_.rollback();
+            } catch (...) {
+            }
         }
     }
     Transaction(const Transaction&) = delete;
     Transaction& operator=(const Transaction&) = delete;
-    void commit() { db_.commit(); done_ = true; }
+    void commit() {
+        db_.commit();
+        done_ = true;
+    }
 
 private:
     Database& db_;

@@ -11,10 +11,18 @@
 namespace brenlow::store {
 namespace {
 
-std::string num(long v) { return std::to_string(v); }
-std::string num(int v) { return std::to_string(v); }
-std::string num(double v) { return plain_number(v); }
-std::string quoted(std::string_view text) { return "'" + sql_text(text) + "'"; }
+std::string num(long v) {
+    return std::to_string(v);
+}
+std::string num(int v) {
+    return std::to_string(v);
+}
+std::string num(double v) {
+    return plain_number(v);
+}
+std::string quoted(std::string_view text) {
+    return "'" + sql_text(text) + "'";
+}
 
 std::optional<double> number_or_none(const Value& v) {
     if (v.is_null()) return std::nullopt;
@@ -22,8 +30,8 @@ std::optional<double> number_or_none(const Value& v) {
 }
 
 Block block_of(const Row& r) {
-    return {static_cast<long>(r["GrpId"].as_int()), r["GrpDesc"].as_text(), static_cast<int>(r["GrpType"].as_int()),
-            static_cast<int>(r["BlockNo"].as_int())};
+    return {static_cast<long>(r["GrpId"].as_int()), r["GrpDesc"].as_text(),
+            static_cast<int>(r["GrpType"].as_int()), static_cast<int>(r["BlockNo"].as_int())};
 }
 
 std::vector<Block> blocks(Database& db, const std::string& sql) {
@@ -62,7 +70,9 @@ Particular particular_of(const Row& r) {
     return p;
 }
 
-bool any_row(Database& db, const std::string& sql) { return !db.query(sql).empty(); }
+bool any_row(Database& db, const std::string& sql) {
+    return !db.query(sql).empty();
+}
 
 }  // namespace
 
@@ -76,11 +86,14 @@ std::vector<Block> blocks_of_kind(Database& db, int kind) {
 }
 
 std::vector<Block> blocks_of_kind_by_name(Database& db, int kind) {
-    return blocks(db, "Select * from BlockGroup where GrpType=" + num(kind) + " and GrpId<>0 Order by grpdesc");
+    return blocks(db,
+                  "Select * from BlockGroup where GrpType=" + num(kind) + " and GrpId<>0 Order by grpdesc");
 }
 
 long next_block_id(Database& db) {
-    return static_cast<long>(db.query("Select max(GrpId) as MaxGID from BlockGroup").first("MaxgID").as_int()) + 1;
+    return static_cast<long>(
+               db.query("Select max(GrpId) as MaxGID from BlockGroup").first("MaxgID").as_int()) +
+           1;
 }
 
 bool block_name_taken(Database& db, std::string_view name, int kind, std::optional<long> except) {
@@ -91,8 +104,8 @@ bool block_name_taken(Database& db, std::string_view name, int kind, std::option
 
 void insert_block(Database& db, const Block& block) {
     check_text("BlockGroup row " + num(block.id), "GrpDesc", block.name, kNameChars);
-    db.execute("Insert into BlockGroup Values (" + num(block.id) + "," + quoted(block.name) + "," + num(block.kind) +
-               "," + num(block.nature) + ")");
+    db.execute("Insert into BlockGroup Values (" + num(block.id) + "," + quoted(block.name) + "," +
+               num(block.kind) + "," + num(block.nature) + ")");
     db.flush_tables();
 }
 
@@ -176,12 +189,13 @@ void check_asset_group_texts(std::string_view where, const AssetGroupRow& g) {
 
 // Under the NewFAGM lock: the next serial over all years, the row written.
 long insert_asset_group_locked(Database& db, AssetGroupRow g) {
-    g.SrNoFAGM =
-        static_cast<long>(db.query("SELECT MAX(SrNoFAGM) as MaxSrNo FROM NewFAGM").first("MaxSrNo").as_int()) + 1;
-    db.execute("INSERT INTO NewFAGM Values (" + num(g.SrNoFAGM) + "," + num(g.Yr) + "," + quoted(g.Part) + "," +
-               quoted(g.BlockIdIT) + "," + num(g.RateIT) + "," + num(g.AddlRateIT) + "," + num(g.BlockFA) + "," +
-               num(g.RateFA) + "," + quoted(g.BlockIdCL) + "," + num(g.LifeYrs) + "," + num(g.RateSLM) + "," +
-               num(g.RateWDV) + ")");
+    g.SrNoFAGM = static_cast<long>(
+                     db.query("SELECT MAX(SrNoFAGM) as MaxSrNo FROM NewFAGM").first("MaxSrNo").as_int()) +
+                 1;
+    db.execute("INSERT INTO NewFAGM Values (" + num(g.SrNoFAGM) + "," + num(g.Yr) + "," + quoted(g.Part) +
+               "," + quoted(g.BlockIdIT) + "," + num(g.RateIT) + "," + num(g.AddlRateIT) + "," +
+               num(g.BlockFA) + "," + num(g.RateFA) + "," + quoted(g.BlockIdCL) + "," + num(g.LifeYrs) + "," +
+               num(g.RateSLM) + "," + num(g.RateWDV) + ")");
     db.flush_tables();
     return g.SrNoFAGM;
 }
@@ -200,11 +214,11 @@ long add_asset_group(Database& db, const AssetGroupRow& g) {
 
 long find_or_add_asset_group(Database& db, int year, const AssetGroupRow& like) {
     TableLock lock(db, "NewFAGM");
-    const auto found = db.query(
-        "SELECT SrNoFAGM FROM NewFAGM WHERE Yr=" + num(year) + " AND Part=" + quoted(like.Part) +
-        " AND BlockIdIT=" + quoted(like.BlockIdIT) + " AND RateIT=" + num(like.RateIT) + " AND BlockFA=" +
-        num(like.BlockFA) + " AND RateFA=" + num(like.RateFA) + " AND BlockIdCL=" + quoted(like.BlockIdCL) +
-        " AND LifeYrs=" + num(like.LifeYrs));
+    const auto found =
+        db.query("SELECT SrNoFAGM FROM NewFAGM WHERE Yr=" + num(year) + " AND Part=" + quoted(like.Part) +
+                 " AND BlockIdIT=" + quoted(like.BlockIdIT) + " AND RateIT=" + num(like.RateIT) +
+                 " AND BlockFA=" + num(like.BlockFA) + " AND RateFA=" + num(like.RateFA) +
+                 " AND BlockIdCL=" + quoted(like.BlockIdCL) + " AND LifeYrs=" + num(like.LifeYrs));
     if (!found.empty()) {
         lock.release();
         return static_cast<long>(found.first("SrNoFAGM").as_int());
@@ -219,10 +233,11 @@ long find_or_add_asset_group(Database& db, int year, const AssetGroupRow& like) 
 
 void modify_asset_group(Database& db, const AssetGroupRow& g) {
     check_asset_group_texts("NewFAGM row " + num(g.SrNoFAGM), g);
-    db.execute("UPDATE NewFAGM SET Part=" + quoted(g.Part) + ",BlockIdIT=" + quoted(g.BlockIdIT) +
-               ",RateIT=" + num(g.RateIT) + ",AddlRateIT=" + num(g.AddlRateIT) + ",BlockFA=" + num(g.BlockFA) +
-               ",RateFA=" + num(g.RateFA) + ",BlockIdCL=" + quoted(g.BlockIdCL) + ",LifeYrs=" + num(g.LifeYrs) +
-               ",RateSLM=" + num(g.RateSLM) + ",RateWDV=" + num(g.RateWDV) + " WHERE SrNoFAGM=" + num(g.SrNoFAGM));
+    db.execute(
+        "UPDATE NewFAGM SET Part=" + quoted(g.Part) + ",BlockIdIT=" + quoted(g.BlockIdIT) +
+        ",RateIT=" + num(g.RateIT) + ",AddlRateIT=" + num(g.AddlRateIT) + ",BlockFA=" + num(g.BlockFA) +
+        ",RateFA=" + num(g.RateFA) + ",BlockIdCL=" + quoted(g.BlockIdCL) + ",LifeYrs=" + num(g.LifeYrs) +
+        ",RateSLM=" + num(g.RateSLM) + ",RateWDV=" + num(g.RateWDV) + " WHERE SrNoFAGM=" + num(g.SrNoFAGM));
     db.flush_tables();
 }
 
@@ -249,7 +264,8 @@ void delete_asset_group(Database& db, int year, long serial) {
 
 std::vector<Particular> particulars_of_year(Database& db, int year) {
     std::vector<Particular> out;
-    for (const auto r : db.query("select * from FAPart_Master Where yr=" + num(year))) out.push_back(particular_of(r));
+    for (const auto r : db.query("select * from FAPart_Master Where yr=" + num(year)))
+        out.push_back(particular_of(r));
     std::stable_sort(out.begin(), out.end(), [](const auto& a, const auto& b) { return a.id < b.id; });
     return out;
 }
@@ -266,9 +282,9 @@ void insert_particular_row(Database& db, const Particular& p) {
     const std::string where = "FAPart_Master row " + num(p.id);
     check_text(where, "PartDesc", p.name, kNameChars);
     check_text(where, "PartMeth", p.method, kCodeChars);
-    db.execute("Insert into FAPart_Master Values (" + num(p.year) + "," + num(p.id) + "," + quoted(p.name) + "," +
-               quoted(p.method) + "," + num(p.rate_books) + "," + num(p.rate_it) + "," + num(p.books_block) + "," +
-               num(p.it_block) + ")");
+    db.execute("Insert into FAPart_Master Values (" + num(p.year) + "," + num(p.id) + "," + quoted(p.name) +
+               "," + quoted(p.method) + "," + num(p.rate_books) + "," + num(p.rate_it) + "," +
+               num(p.books_block) + "," + num(p.it_block) + ")");
 }
 }  // namespace
 

@@ -21,10 +21,10 @@ inline constexpr int kBooksBlock = 1;
 inline constexpr int kIncomeTaxBlock = 2;
 
 struct Block {
-    long id = 0;        // GrpId; 0 is the reserved row
-    std::string name;   // GrpDesc
-    int kind = 0;       // GrpType
-    int nature = 0;     // BlockNo (income-tax blocks)
+    long id = 0;       // GrpId; 0 is the reserved row
+    std::string name;  // GrpDesc
+    int kind = 0;      // GrpType
+    int nature = 0;    // BlockNo (income-tax blocks)
 };
 
 // The blocks of a kind as the block master lists them (the reserved row left out).
@@ -65,10 +65,10 @@ struct ClBlockRow {
     int Sr = 0;
     std::string ID;  // "4", sub-entries "4.1"
     std::string Part;
-    std::string NESD;               // "Y": no extra-shift depreciation
-    std::optional<double> Yrs;      // useful life; NULL where the Act gives none (a heading)
-    std::optional<double> RateS;    // SLM rate
-    std::optional<double> RateW;    // WDV rate
+    std::string NESD;             // "Y": no extra-shift depreciation
+    std::optional<double> Yrs;    // useful life; NULL where the Act gives none (a heading)
+    std::optional<double> RateS;  // SLM rate
+    std::optional<double> RateW;  // WDV rate
 };
 std::vector<ClBlockRow> companies_act_classes(Database& db, int year);
 
@@ -113,9 +113,9 @@ void delete_asset_group(Database& db, int year, long serial);
 
 struct Particular {
     int year = 0;
-    long id = 0;         // PartId, unique within the year
-    std::string name;    // PartDesc
-    std::string method;  // PartMeth: "1" WDV, "2" SLM, "3" other, "4" none, "0" not chosen
+    long id = 0;            // PartId, unique within the year
+    std::string name;       // PartDesc
+    std::string method;     // PartMeth: "1" WDV, "2" SLM, "3" other, "4" none, "0" not chosen
     double rate_books = 0;  // RtCl
     double rate_it = 0;     // RtIT
     long books_block = 0;   // ClBlock

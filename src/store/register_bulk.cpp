@@ -18,14 +18,19 @@ std::string values_of(const AdditionRow& r) {
     return "(" + quoted(r.Code_No) + "," + std::to_string(r.SrNoFATR) + "," + addition_values(r) + ")";
 }
 
-void check_texts(const std::string& where, const OpeningRow& r) { check_opening_texts(where, r); }
-void check_texts(const std::string& where, const AdditionRow& r) { check_addition_texts(where, r); }
+void check_texts(const std::string& where, const OpeningRow& r) {
+    check_opening_texts(where, r);
+}
+void check_texts(const std::string& where, const AdditionRow& r) {
+    check_addition_texts(where, r);
+}
 
 template <class RowT>
 void insert_all(Database& db, std::string_view code, const std::string& table, std::vector<RowT>& rows) {
     if (rows.empty()) return;
     // Every row is checked before the first is written; rows are named as given.
-    for (std::size_t i = 0; i < rows.size(); ++i) check_texts(table + " row " + std::to_string(i + 1), rows[i]);
+    for (std::size_t i = 0; i < rows.size(); ++i)
+        check_texts(table + " row " + std::to_string(i + 1), rows[i]);
     TableLock lock(db, table);
     Transaction tx(db);
     long serial = largest_serial(db, table, code);

@@ -12,8 +12,12 @@
 namespace brenlow::store {
 namespace {
 
-std::string num(double v) { return plain_number(v); }
-std::string num(long v) { return std::to_string(v); }
+std::string num(double v) {
+    return plain_number(v);
+}
+std::string num(long v) {
+    return std::to_string(v);
+}
 
 // The marker of the old chart is not an entry.
 constexpr const char* kNotMarker = " AND NOT (IdFAGM=-1 AND SrNoFATR=-1)";
@@ -42,9 +46,12 @@ public:
             std::visit(
                 [&](auto member) {
                     using T = std::remove_reference_t<decltype(out.*member)>;
-                    if constexpr (std::is_same_v<T, std::string>) out.*member = v.as_text();
-                    else if constexpr (std::is_same_v<T, double>) out.*member = v.as_double();
-                    else out.*member = static_cast<long>(v.as_int());
+                    if constexpr (std::is_same_v<T, std::string>)
+                        out.*member = v.as_text();
+                    else if constexpr (std::is_same_v<T, double>)
+                        out.*member = v.as_double();
+                    else
+                        out.*member = static_cast<long>(v.as_int());
                 },
                 fields_[i].member);
         }
@@ -67,32 +74,35 @@ private:
 
 RowReader<OpeningRow> opening_reader() {
     using O = OpeningRow;
-    return RowReader<O>({{"Code_No", &O::Code_No},     {"SrNoFATR", &O::SrNoFATR},   {"IdFAGM", &O::IdFAGM},
-                         {"Part", &O::Part},           {"CostWdv", &O::CostWdv},     {"OpDepr", &O::OpDepr},
-                         {"YrCalcCA", &O::YrCalcCA},   {"DepCalcCA", &O::DepCalcCA}, {"ResValue", &O::ResValue},
-                         {"LifeYrs", &O::LifeYrs},     {"RateFACL", &O::RateFACL},   {"WdvIT", &O::WdvIT},
-                         {"DetESA", &O::DetESA},       {"RateIT", &O::RateIT},       {"AddlDepRT", &O::AddlDepRT},
-                         {"SaleDate", &O::SaleDate},   {"SaleAmt", &O::SaleAmt},     {"SaleExp", &O::SaleExp},
-                         {"ShiftDet", &O::ShiftDet},   {"DepFACL", &O::DepFACL},     {"OthOpts", &O::OthOpts},
-                         {"PutDate", &O::PutDate},     {"AddlDepOn", &O::AddlDepOn}});
+    return RowReader<O>(
+        {{"Code_No", &O::Code_No},   {"SrNoFATR", &O::SrNoFATR},   {"IdFAGM", &O::IdFAGM},
+         {"Part", &O::Part},         {"CostWdv", &O::CostWdv},     {"OpDepr", &O::OpDepr},
+         {"YrCalcCA", &O::YrCalcCA}, {"DepCalcCA", &O::DepCalcCA}, {"ResValue", &O::ResValue},
+         {"LifeYrs", &O::LifeYrs},   {"RateFACL", &O::RateFACL},   {"WdvIT", &O::WdvIT},
+         {"DetESA", &O::DetESA},     {"RateIT", &O::RateIT},       {"AddlDepRT", &O::AddlDepRT},
+         {"SaleDate", &O::SaleDate}, {"SaleAmt", &O::SaleAmt},     {"SaleExp", &O::SaleExp},
+         {"ShiftDet", &O::ShiftDet}, {"DepFACL", &O::DepFACL},     {"OthOpts", &O::OthOpts},
+         {"PutDate", &O::PutDate},   {"AddlDepOn", &O::AddlDepOn}});
 }
 
 RowReader<AdditionRow> addition_reader() {
     using A = AdditionRow;
-    return RowReader<A>({{"Code_No", &A::Code_No},   {"SrNoFATR", &A::SrNoFATR},   {"IdFAGM", &A::IdFAGM},
-                         {"Part", &A::Part},         {"PutDate", &A::PutDate},     {"AccDate", &A::AccDate},
-                         {"PurAmt", &A::PurAmt},     {"ExciseCr", &A::ExciseCr},   {"CurrDiff", &A::CurrDiff},
-                         {"Subsidy", &A::Subsidy},   {"ResValue", &A::ResValue},   {"LifeYrs", &A::LifeYrs},
-                         {"RateFACL", &A::RateFACL}, {"RateIT", &A::RateIT},       {"AddlDepRT", &A::AddlDepRT},
-                         {"SaleDate", &A::SaleDate}, {"SaleAmt", &A::SaleAmt},     {"SaleExp", &A::SaleExp},
-                         {"ShiftDet", &A::ShiftDet}, {"DepFACL", &A::DepFACL},     {"OthOpts", &A::OthOpts}});
+    return RowReader<A>({{"Code_No", &A::Code_No},   {"SrNoFATR", &A::SrNoFATR}, {"IdFAGM", &A::IdFAGM},
+                         {"Part", &A::Part},         {"PutDate", &A::PutDate},   {"AccDate", &A::AccDate},
+                         {"PurAmt", &A::PurAmt},     {"ExciseCr", &A::ExciseCr}, {"CurrDiff", &A::CurrDiff},
+                         {"Subsidy", &A::Subsidy},   {"ResValue", &A::ResValue}, {"LifeYrs", &A::LifeYrs},
+                         {"RateFACL", &A::RateFACL}, {"RateIT", &A::RateIT},     {"AddlDepRT", &A::AddlDepRT},
+                         {"SaleDate", &A::SaleDate}, {"SaleAmt", &A::SaleAmt},   {"SaleExp", &A::SaleExp},
+                         {"ShiftDet", &A::ShiftDet}, {"DepFACL", &A::DepFACL},   {"OthOpts", &A::OthOpts}});
 }
 
 // The income-tax run's reads: only the columns it uses.
 constexpr const char* kOpeningForIncomeTax =
-    "SrNoFATR, IdFAGM, Part, WdvIT, DetESA, AddlDepRT, SaleDate, SaleAmt, SaleExp, OthOpts, PutDate, AddlDepOn";
+    "SrNoFATR, IdFAGM, Part, WdvIT, DetESA, AddlDepRT, SaleDate, SaleAmt, SaleExp, OthOpts, PutDate, "
+    "AddlDepOn";
 constexpr const char* kAdditionForIncomeTax =
-    "SrNoFATR, IdFAGM, Part, PutDate, PurAmt, ExciseCr, CurrDiff, Subsidy, AddlDepRT, SaleDate, SaleAmt, SaleExp, "
+    "SrNoFATR, IdFAGM, Part, PutDate, PurAmt, ExciseCr, CurrDiff, Subsidy, AddlDepRT, SaleDate, SaleAmt, "
+    "SaleExp, "
     "OthOpts";
 
 }  // namespace
@@ -103,8 +113,8 @@ std::string opening_values(const OpeningRow& o) {
            num(o.YrCalcCA) + "," + num(o.DepCalcCA) + "," + num(o.ResValue) + "," + num(o.LifeYrs) + "," +
            num(o.RateFACL) + "," + num(o.WdvIT) + "," + quoted(o.DetESA) + "," + num(o.RateIT) + "," +
            num(o.AddlDepRT) + "," + quoted(o.SaleDate) + "," + num(o.SaleAmt) + "," + num(o.SaleExp) + "," +
-           quoted(o.ShiftDet) + "," + num(o.DepFACL) + "," + quoted(o.OthOpts) + "," + quoted(o.PutDate) + "," +
-           num(o.AddlDepOn);
+           quoted(o.ShiftDet) + "," + num(o.DepFACL) + "," + quoted(o.OthOpts) + "," + quoted(o.PutDate) +
+           "," + num(o.AddlDepOn);
 }
 
 void check_opening_texts(std::string_view where, const OpeningRow& o) {
@@ -140,12 +150,19 @@ long largest_serial(Database& db, const std::string& table, std::string_view cod
             .as_int());
 }
 
-std::string quoted(std::string_view text) { return "'" + sql_text(text) + "'"; }
+std::string quoted(std::string_view text) {
+    return "'" + sql_text(text) + "'";
+}
 
-RegisterStore::RegisterStore(Database& db, std::string code, int year) : db_(db), code_(std::move(code)), year_(year) {}
+RegisterStore::RegisterStore(Database& db, std::string code, int year)
+    : db_(db), code_(std::move(code)), year_(year) {}
 
-std::string RegisterStore::opening_table() const { return register_opening_table(year_); }
-std::string RegisterStore::addition_table() const { return register_addition_table(year_); }
+std::string RegisterStore::opening_table() const {
+    return register_opening_table(year_);
+}
+std::string RegisterStore::addition_table() const {
+    return register_addition_table(year_);
+}
 
 std::string RegisterStore::where_client(std::optional<long> group) const {
     std::string w = " WHERE Code_No=" + quoted(code_);
@@ -153,7 +170,9 @@ std::string RegisterStore::where_client(std::optional<long> group) const {
     return w;
 }
 
-bool RegisterStore::tables_exist() { return db_.table_exists(opening_table()) && db_.table_exists(addition_table()); }
+bool RegisterStore::tables_exist() {
+    return db_.table_exists(opening_table()) && db_.table_exists(addition_table());
+}
 
 void RegisterStore::ensure_tables() {
     // Looked for first: opening a year that has its tables writes nothing.
@@ -161,7 +180,8 @@ void RegisterStore::ensure_tables() {
 }
 
 std::optional<std::string> RegisterStore::options_row() {
-    const auto rs = db_.query("SELECT MiscInf FROM NewFAMI WHERE Code_No=" + quoted(code_) + " AND Yr=" + num(long(year_)));
+    const auto rs = db_.query("SELECT MiscInf FROM NewFAMI WHERE Code_No=" + quoted(code_) +
+                              " AND Yr=" + num(long(year_)));
     if (rs.empty()) return std::nullopt;
     return rs.row(0)[0].as_text();
 }
@@ -171,14 +191,19 @@ void RegisterStore::rewrite_options_row(std::string_view misc_inf) {
     Transaction tx(db_);
     db_.execute("DELETE FROM NewFAMI WHERE Code_No=" + quoted(code_) + " AND Yr=" + num(long(year_)));
     db_.flush_tables();
-    db_.execute("INSERT INTO NewFAMI VALUES (" + quoted(code_) + "," + num(long(year_)) + "," + quoted(misc_inf) + ")");
+    db_.execute("INSERT INTO NewFAMI VALUES (" + quoted(code_) + "," + num(long(year_)) + "," +
+                quoted(misc_inf) + ")");
     db_.flush_tables();
     tx.commit();
 }
 
-std::vector<AssetGroupRow> RegisterStore::asset_groups() { return asset_groups_of(year_); }
+std::vector<AssetGroupRow> RegisterStore::asset_groups() {
+    return asset_groups_of(year_);
+}
 
-std::vector<AssetGroupRow> RegisterStore::asset_groups_of(int year) { return asset_groups_of_year(db_, year); }
+std::vector<AssetGroupRow> RegisterStore::asset_groups_of(int year) {
+    return asset_groups_of_year(db_, year);
+}
 
 std::vector<ClBlockRow> RegisterStore::companies_act_blocks() {
     // The classifications themselves; their sub-entries are what groups pick.
@@ -188,12 +213,17 @@ std::vector<ClBlockRow> RegisterStore::companies_act_blocks() {
     return out;
 }
 
-std::vector<ItBlockRow> RegisterStore::income_tax_blocks() { return store::income_tax_blocks(db_, year_); }
+std::vector<ItBlockRow> RegisterStore::income_tax_blocks() {
+    return store::income_tax_blocks(db_, year_);
+}
 
-std::vector<Block> RegisterStore::book_blocks() { return blocks_of_kind_by_name(db_, kBooksBlock); }
+std::vector<Block> RegisterStore::book_blocks() {
+    return blocks_of_kind_by_name(db_, kBooksBlock);
+}
 
 std::string RegisterStore::nesd_of(std::string_view block_id_cl) {
-    return db_.query("SELECT NESD FROM NewCLBM WHERE Yr=" + num(long(year_)) + " AND ID=" + quoted(block_id_cl))
+    return db_
+        .query("SELECT NESD FROM NewCLBM WHERE Yr=" + num(long(year_)) + " AND ID=" + quoted(block_id_cl))
         .first("NESD")
         .as_text();
 }
@@ -212,9 +242,12 @@ bool RegisterStore::has_old_chart_marker() {
 }
 
 bool RegisterStore::has_entries() {
-    const auto o = db_.query("SELECT COUNT(*) AS n FROM " + opening_table() + where_client(std::nullopt) + kNotMarker);
+    const auto o =
+        db_.query("SELECT COUNT(*) AS n FROM " + opening_table() + where_client(std::nullopt) + kNotMarker);
     if (o.first("n").as_int() > 0) return true;
-    return db_.query("SELECT COUNT(*) AS n FROM " + addition_table() + where_client(std::nullopt)).first("n").as_int() > 0;
+    return db_.query("SELECT COUNT(*) AS n FROM " + addition_table() + where_client(std::nullopt))
+               .first("n")
+               .as_int() > 0;
 }
 
 void RegisterStore::write_old_chart_marker() {
@@ -231,11 +264,13 @@ void RegisterStore::write_old_chart_marker() {
 }
 
 void RegisterStore::for_each_opening(std::optional<long> group, const std::function<void(OpeningRow&&)>& fn) {
-    db_.for_each_row("SELECT * FROM " + opening_table() + where_client(group) + kNotMarker + " ORDER BY SrNoFATR",
-                     [&, reader = opening_reader()](const Row& r) mutable { fn(reader.read(r)); });
+    db_.for_each_row(
+        "SELECT * FROM " + opening_table() + where_client(group) + kNotMarker + " ORDER BY SrNoFATR",
+        [&, reader = opening_reader()](const Row& r) mutable { fn(reader.read(r)); });
 }
 
-void RegisterStore::for_each_addition(std::optional<long> group, const std::function<void(AdditionRow&&)>& fn) {
+void RegisterStore::for_each_addition(std::optional<long> group,
+                                      const std::function<void(AdditionRow&&)>& fn) {
     db_.for_each_row("SELECT * FROM " + addition_table() + where_client(group) + " ORDER BY SrNoFATR",
                      [&, reader = addition_reader()](const Row& r) mutable { fn(reader.read(r)); });
 }
@@ -273,21 +308,24 @@ std::vector<AdditionRow> RegisterStore::addition_entries(std::optional<long> gro
 }
 
 std::optional<OpeningRow> RegisterStore::opening_entry(long group, long serial) {
-    const auto rs = db_.query("SELECT * FROM " + opening_table() + where_client(group) + " AND SrNoFATR=" + num(serial));
+    const auto rs =
+        db_.query("SELECT * FROM " + opening_table() + where_client(group) + " AND SrNoFATR=" + num(serial));
     if (rs.empty()) return std::nullopt;
     return opening_reader().read(rs.row(0));
 }
 
 std::optional<AdditionRow> RegisterStore::addition_entry(long group, long serial) {
-    const auto rs = db_.query("SELECT * FROM " + addition_table() + where_client(group) + " AND SrNoFATR=" + num(serial));
+    const auto rs =
+        db_.query("SELECT * FROM " + addition_table() + where_client(group) + " AND SrNoFATR=" + num(serial));
     if (rs.empty()) return std::nullopt;
     return addition_reader().read(rs.row(0));
 }
 
 std::vector<long> RegisterStore::groups_with_entries() {
     std::vector<long> ids;
-    db_.for_each_row("SELECT DISTINCT IdFAGM FROM " + opening_table() + where_client(std::nullopt) + kNotMarker,
-                     [&](const Row& r) { ids.push_back(static_cast<long>(r[0].as_int())); });
+    db_.for_each_row(
+        "SELECT DISTINCT IdFAGM FROM " + opening_table() + where_client(std::nullopt) + kNotMarker,
+        [&](const Row& r) { ids.push_back(static_cast<long>(r[0].as_int())); });
     std::string sql = "SELECT DISTINCT IdFAGM FROM " + addition_table() + where_client(std::nullopt);
     if (!ids.empty()) {
         sql += " AND IdFAGM NOT IN (";
@@ -308,7 +346,8 @@ long insert_with_next_serial(Database& db, const std::string& table, const std::
     const long serial = largest_serial(db, table, code) + 1;
     row.Code_No = code;
     row.SrNoFATR = serial;
-    db.execute("INSERT INTO " + table + " Values (" + quoted(code) + "," + num(serial) + "," + values(row) + ")");
+    db.execute("INSERT INTO " + table + " Values (" + quoted(code) + "," + num(serial) + "," + values(row) +
+               ")");
     db.flush_tables();
     lock.release();
     return serial;
@@ -324,38 +363,42 @@ long RegisterStore::insert_addition(AdditionRow row) {
 
 void RegisterStore::update_opening(const OpeningRow& o) {
     check_opening_texts(opening_table() + " row " + num(o.SrNoFATR), o);
-    db_.execute("UPDATE " + opening_table() + " SET IdFAGM=" + num(o.IdFAGM) + ",Part=" + quoted(o.Part) +
-                ",CostWdv=" + num(o.CostWdv) + ",OpDepr=" + num(o.OpDepr) + ",YrCalcCA=" + num(o.YrCalcCA) +
-                ",DepCalcCA=" + num(o.DepCalcCA) + ",ResValue=" + num(o.ResValue) + ",LifeYrs=" + num(o.LifeYrs) +
-                ",RateFACL=" + num(o.RateFACL) + ",WdvIT=" + num(o.WdvIT) + ",DetESA=" + quoted(o.DetESA) +
-                ",RateIT=" + num(o.RateIT) + ",AddlDepRT=" + num(o.AddlDepRT) + ",SaleDate=" + quoted(o.SaleDate) +
-                ",SaleAmt=" + num(o.SaleAmt) + ",SaleExp=" + num(o.SaleExp) + ",ShiftDet=" + quoted(o.ShiftDet) +
-                ",DepFACL=" + num(o.DepFACL) + ",OthOpts=" + quoted(o.OthOpts) + ",PutDate=" + quoted(o.PutDate) +
-                ",AddlDepOn=" + num(o.AddlDepOn) + " WHERE Code_No=" + quoted(code_) + " AND SrNoFATR=" +
-                num(o.SrNoFATR));
+    db_.execute(
+        "UPDATE " + opening_table() + " SET IdFAGM=" + num(o.IdFAGM) + ",Part=" + quoted(o.Part) +
+        ",CostWdv=" + num(o.CostWdv) + ",OpDepr=" + num(o.OpDepr) + ",YrCalcCA=" + num(o.YrCalcCA) +
+        ",DepCalcCA=" + num(o.DepCalcCA) + ",ResValue=" + num(o.ResValue) + ",LifeYrs=" + num(o.LifeYrs) +
+        ",RateFACL=" + num(o.RateFACL) + ",WdvIT=" + num(o.WdvIT) + ",DetESA=" + quoted(o.DetESA) +
+        ",RateIT=" + num(o.RateIT) + ",AddlDepRT=" + num(o.AddlDepRT) + ",SaleDate=" + quoted(o.SaleDate) +
+        ",SaleAmt=" + num(o.SaleAmt) + ",SaleExp=" + num(o.SaleExp) + ",ShiftDet=" + quoted(o.ShiftDet) +
+        ",DepFACL=" + num(o.DepFACL) + ",OthOpts=" + quoted(o.OthOpts) + ",PutDate=" + quoted(o.PutDate) +
+        ",AddlDepOn=" + num(o.AddlDepOn) + " WHERE Code_No=" + quoted(code_) +
+        " AND SrNoFATR=" + num(o.SrNoFATR));
     db_.flush_tables();
 }
 
 void RegisterStore::update_addition(const AdditionRow& a) {
     check_addition_texts(addition_table() + " row " + num(a.SrNoFATR), a);
-    db_.execute("UPDATE " + addition_table() + " SET IdFAGM=" + num(a.IdFAGM) + ",Part=" + quoted(a.Part) +
-                ",PutDate=" + quoted(a.PutDate) + ",AccDate=" + quoted(a.AccDate) + ",PurAmt=" + num(a.PurAmt) +
-                ",ExciseCr=" + num(a.ExciseCr) + ",CurrDiff=" + num(a.CurrDiff) + ",Subsidy=" + num(a.Subsidy) +
-                ",ResValue=" + num(a.ResValue) + ",LifeYrs=" + num(a.LifeYrs) + ",RateFACL=" + num(a.RateFACL) +
-                ",RateIT=" + num(a.RateIT) + ",AddlDepRT=" + num(a.AddlDepRT) + ",SaleDate=" + quoted(a.SaleDate) +
-                ",SaleAmt=" + num(a.SaleAmt) + ",SaleExp=" + num(a.SaleExp) + ",ShiftDet=" + quoted(a.ShiftDet) +
-                ",DepFACL=" + num(a.DepFACL) + ",OthOpts=" + quoted(a.OthOpts) + " WHERE Code_No=" + quoted(code_) +
-                " AND SrNoFATR=" + num(a.SrNoFATR));
+    db_.execute(
+        "UPDATE " + addition_table() + " SET IdFAGM=" + num(a.IdFAGM) + ",Part=" + quoted(a.Part) +
+        ",PutDate=" + quoted(a.PutDate) + ",AccDate=" + quoted(a.AccDate) + ",PurAmt=" + num(a.PurAmt) +
+        ",ExciseCr=" + num(a.ExciseCr) + ",CurrDiff=" + num(a.CurrDiff) + ",Subsidy=" + num(a.Subsidy) +
+        ",ResValue=" + num(a.ResValue) + ",LifeYrs=" + num(a.LifeYrs) + ",RateFACL=" + num(a.RateFACL) +
+        ",RateIT=" + num(a.RateIT) + ",AddlDepRT=" + num(a.AddlDepRT) + ",SaleDate=" + quoted(a.SaleDate) +
+        ",SaleAmt=" + num(a.SaleAmt) + ",SaleExp=" + num(a.SaleExp) + ",ShiftDet=" + quoted(a.ShiftDet) +
+        ",DepFACL=" + num(a.DepFACL) + ",OthOpts=" + quoted(a.OthOpts) + " WHERE Code_No=" + quoted(code_) +
+        " AND SrNoFATR=" + num(a.SrNoFATR));
     db_.flush_tables();
 }
 
 void RegisterStore::delete_opening(long serial) {
-    db_.execute("DELETE FROM " + opening_table() + " WHERE Code_No=" + quoted(code_) + " AND SrNoFATR=" + num(serial));
+    db_.execute("DELETE FROM " + opening_table() + " WHERE Code_No=" + quoted(code_) +
+                " AND SrNoFATR=" + num(serial));
     db_.flush_tables();
 }
 
 void RegisterStore::delete_addition(long serial) {
-    db_.execute("DELETE FROM " + addition_table() + " WHERE Code_No=" + quoted(code_) + " AND SrNoFATR=" + num(serial));
+    db_.execute("DELETE FROM " + addition_table() + " WHERE Code_No=" + quoted(code_) +
+                " AND SrNoFATR=" + num(serial));
     db_.flush_tables();
 }
 
@@ -371,8 +414,9 @@ void RegisterStore::delete_all_additions(std::optional<long> group) {
 
 std::vector<std::pair<long, double>> RegisterStore::manual_depreciation() {
     std::vector<std::pair<long, double>> out;
-    db_.for_each_row("SELECT IdFAGM, DepAmt FROM NewFAMD WHERE Code_No=" + quoted(code_) + " AND Yr=" + num(long(year_)),
-                     [&](const Row& r) { out.emplace_back(static_cast<long>(r[0].as_int()), r[1].as_double()); });
+    db_.for_each_row(
+        "SELECT IdFAGM, DepAmt FROM NewFAMD WHERE Code_No=" + quoted(code_) + " AND Yr=" + num(long(year_)),
+        [&](const Row& r) { out.emplace_back(static_cast<long>(r[0].as_int()), r[1].as_double()); });
     return out;
 }
 
@@ -381,8 +425,8 @@ void RegisterStore::rewrite_manual_depreciation(const std::vector<std::pair<long
     db_.execute("DELETE FROM NewFAMD WHERE Code_No=" + quoted(code_) + " AND Yr=" + num(long(year_)));
     db_.flush_tables();
     for (const auto& [group, amount] : rows)
-        db_.execute("INSERT INTO NewFAMD Values (" + quoted(code_) + "," + num(long(year_)) + "," + num(group) + "," +
-                    num(amount) + ")");
+        db_.execute("INSERT INTO NewFAMD Values (" + quoted(code_) + "," + num(long(year_)) + "," +
+                    num(group) + "," + num(amount) + ")");
     db_.flush_tables();
     tx.commit();
 }

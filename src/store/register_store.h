@@ -95,7 +95,7 @@ public:
     std::vector<AssetGroupRow> asset_groups();
     std::vector<ClBlockRow> companies_act_blocks();  // ID NOT LIKE '%.%'
     std::vector<ItBlockRow> income_tax_blocks();
-    std::vector<Block> book_blocks();          // GrpType=1, GrpId<>0
+    std::vector<Block> book_blocks();  // GrpType=1, GrpId<>0
     // NESD of a classification of the year; "" when there is no such row.
     std::string nesd_of(std::string_view block_id_cl);
     // Rate of an income-tax block of the year; nullopt when there is no such row.

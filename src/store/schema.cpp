@@ -56,7 +56,8 @@ void register_key(Database& db, const std::string& table) {
                 db.execute("ALTER TABLE " + table + " ADD PRIMARY KEY (Code_No, SrNoFATR)");
             db.execute("DROP INDEX IF EXISTS ix_" + table + " ON " + table);
         } else {
-            db.execute("Create Unique Index If Not Exists ux_" + table + " ON " + table + " (Code_No, SrNoFATR)");
+            db.execute("Create Unique Index If Not Exists ux_" + table + " ON " + table +
+                       " (Code_No, SrNoFATR)");
             db.execute("DROP INDEX IF EXISTS ix_" + table);
         }
     } catch (const DbError&) {
@@ -66,9 +67,9 @@ void register_key(Database& db, const std::string& table) {
 
 std::string chart_columns(const std::string& client) {
     std::string cols = "Code_No " + client + ", FYr Int(11), Grp Int(11), Rate Double";
-    for (const char* c : {"Wdv", "WdvOpHR", "Add1", "Cons1", "FullAmt", "Add2", "Cons2", "HalfAmt", "DeprF",
-                          "DeprH", "ADeprF", "ADeprH", "ADeprOpH", "TotDep", "Dep38", "PropDep", "Exp", "CG",
-                          "WdvCl"}) {
+    for (const char* c :
+         {"Wdv", "WdvOpHR", "Add1", "Cons1", "FullAmt", "Add2", "Cons2", "HalfAmt", "DeprF", "DeprH",
+          "ADeprF", "ADeprH", "ADeprOpH", "TotDep", "Dep38", "PropDep", "Exp", "CG", "WdvCl"}) {
         cols += ", ";
         cols += c;
         cols += " Double";
@@ -79,19 +80,19 @@ std::string chart_columns(const std::string& client) {
 }  // namespace
 
 const std::vector<std::string>& year_table_stems() {
-    static const std::vector<std::string> stems = {"SHARE_", "RESV_", "SECUR_",  "INVEST_", "LOAN_ADV_",
-                                                   "MiscExpAsst_", "SUNDEB_", "BANK_", "FIXED_", "FDA_",
-                                                   "TAB_", "SCHED_", "CAPITAL_"};
+    static const std::vector<std::string> stems = {
+        "SHARE_", "RESV_",  "SECUR_", "INVEST_", "LOAN_ADV_", "MiscExpAsst_", "SUNDEB_",
+        "BANK_",  "FIXED_", "FDA_",   "TAB_",    "SCHED_",    "CAPITAL_"};
     return stems;
 }
 
 const std::vector<std::string>& shared_table_names() {
     static const std::vector<std::string> names = {
-        "master",      "Mast_MiscOthInf", "Mast_Setting", "MAST_GUNDER", "Mast_AllGrp",   "MAST_RESV",
-        "MAST_MISCEXP", "Mast_Invest",    "Mast_Oth_Loan", "Mast_Head",  "mast_company",  "mast_fix_part",
-        "mast_depmethod", "Mast_Capital", "Mast_Part",    "owner1",      "prfa",          "PRFA_Oth",
-        "NewFAGM",     "NewFAMI",         "NewFAMD",      "NewITBM",     "NewCLBM",       "BlockGroup",
-        "FAPart_Master", "DeprChart",     "TmpDepChart", "capital_depr", "Capital"};
+        "master",         "Mast_MiscOthInf", "Mast_Setting",  "MAST_GUNDER",  "Mast_AllGrp",  "MAST_RESV",
+        "MAST_MISCEXP",   "Mast_Invest",     "Mast_Oth_Loan", "Mast_Head",    "mast_company", "mast_fix_part",
+        "mast_depmethod", "Mast_Capital",    "Mast_Part",     "owner1",       "prfa",         "PRFA_Oth",
+        "NewFAGM",        "NewFAMI",         "NewFAMD",       "NewITBM",      "NewCLBM",      "BlockGroup",
+        "FAPart_Master",  "DeprChart",       "TmpDepChart",   "capital_depr", "Capital"};
     return names;
 }
 
@@ -105,8 +106,12 @@ bool shared_tables_exist(Database& db) {
     return true;
 }
 
-std::string register_opening_table(int year) { return "NewFATRo" + std::to_string(year); }
-std::string register_addition_table(int year) { return "NewFATRa" + std::to_string(year); }
+std::string register_opening_table(int year) {
+    return "NewFATRo" + std::to_string(year);
+}
+std::string register_addition_table(int year) {
+    return "NewFATRa" + std::to_string(year);
+}
 
 void create_shared_tables(Database& db) {
     const std::string code = kCode, name = kName, client = client_column(db);
@@ -131,22 +136,23 @@ void create_shared_tables(Database& db) {
     db.execute(create("Mast_Capital", "Particular_Id Int(11), Particular " + name));
     db.execute(create("Mast_Part", "PartId Int(11), PartNm " + name));
     // The capital-gains records of depreciable assets, as the suite keeps them.
-    db.execute(create("capital_depr", "code_no " + client +
-                                          ", ass_year Int(11), capital_no Int(11), assets_name " + name +
-                                          ", dtsale Char(10), sales_cons Double, wdv Double, addition Double, "
-                                          "trans_expen Double, assets_trans Double, trblock Char(1)"));
-    db.execute(create("Capital", "code_no " + client + ", ass_year Int(11), Capital_no Int(11), cap_desc " + name +
-                                     ", cap_type Char(1)"));
+    db.execute(create("capital_depr",
+                      "code_no " + client + ", ass_year Int(11), capital_no Int(11), assets_name " + name +
+                          ", dtsale Char(10), sales_cons Double, wdv Double, addition Double, "
+                          "trans_expen Double, assets_trans Double, trblock Char(1)"));
+    db.execute(create("Capital", "code_no " + client + ", ass_year Int(11), Capital_no Int(11), cap_desc " +
+                                     name + ", cap_type Char(1)"));
     db.execute(create("owner1", "code_no " + client + ", code Int(11), f_nm " + name + ", m_nm " + name +
                                     ", l_nm " + name));
     db.execute(create("prfa", "code_no " + client + ", code Int(11), rcount Int(11), rat Double"));
-    db.execute(create("PRFA_Oth", "code_no " + client + ", rcount Int(11), SrNo Int(11), nme " + name +
-                                      ", rat Double"));
+    db.execute(create("PRFA_Oth",
+                      "code_no " + client + ", rcount Int(11), SrNo Int(11), nme " + name + ", rat Double"));
 
     // Register masters.
     db.execute(create("NewFAGM", "SrNoFAGM Int(11), Yr Int(11), Part " + name + ", BlockIdIT " + code +
                                      ", RateIT Double, AddlRateIT Double, BlockFA Int(11), RateFA Double, "
-                                     "BlockIdCL " + code + ", LifeYrs Double, RateSLM Double, RateWDV Double"));
+                                     "BlockIdCL " +
+                                     code + ", LifeYrs Double, RateSLM Double, RateWDV Double"));
     index(db, "NewFAGM", "Yr, SrNoFAGM");
     db.execute(create("NewFAMI", "Code_No " + client + ", Yr Int(11), MiscInf Text"));
     db.execute(create("NewFAMD", "Code_No " + client + ", Yr Int(11), IdFAGM Int(11), DepAmt Double"));
@@ -156,8 +162,8 @@ void create_shared_tables(Database& db) {
                                      ", NESD Char(1), Yrs Double, RateS Double, RateW Double"));
     index(db, "NewCLBM", "YR, ID");
     db.execute(create("BlockGroup", "GrpId Int(11), GrpDesc " + name + ", GrpType Int(11), BlockNo Int(11)"));
-    db.execute(create("FAPart_Master", "Yr Int(11), PartId Int(11), PartDesc " + name +
-                                           ", PartMeth " + code + ", RtCl Double, RtIT Double, ClBlock Int(11), "
+    db.execute(create("FAPart_Master", "Yr Int(11), PartId Int(11), PartDesc " + name + ", PartMeth " + code +
+                                           ", RtCl Double, RtIT Double, ClBlock Int(11), "
                                            "ITBlock Int(11)"));
     db.execute(create("DeprChart", chart_columns(client)));
     index(db, "DeprChart", "Code_No, FYr");
@@ -168,9 +174,10 @@ void create_shared_tables(Database& db) {
 void create_year_tables(Database& db, std::string_view suffix) {
     const std::string s(suffix), code = kCode, name = kName, client = client_column(db);
     auto t = [&](const char* stem) { return std::string(stem) + s; };
-    db.execute(create(t("SHARE_"), "srno Int(11), code_no " + code +
-                                       ", no_share Double, RS_SHARE1 Double, RS_SHARE Double, ref_ep Char(1), "
-                                       "sam Double, four_id Int(11)"));
+    db.execute(
+        create(t("SHARE_"), "srno Int(11), code_no " + code +
+                                ", no_share Double, RS_SHARE1 Double, RS_SHARE Double, ref_ep Char(1), "
+                                "sam Double, four_id Int(11)"));
     db.execute(create(t("RESV_"), "srno Int(11), code_no " + code +
                                       ", resv_id Int(11), OP_BL Double, ADD_AMT Double, Ded_amt Double"));
     db.execute(create(t("SECUR_"), "srno Int(11), code_no " + code +
@@ -179,28 +186,33 @@ void create_year_tables(Database& db, std::string_view suffix) {
     db.execute(create(t("INVEST_"), "srno Int(11), code_no " + code +
                                         ", INVEST_ID Int(11), SHARE_ID Int(11), no_shares Double, "
                                         "per_share_amt Double, paidup Double, mktval Double, Amount Double, "
-                                        "comp_id Int(11), qu_ID Int(11), TNT_ID Int(11), particular " + name));
-    db.execute(create(t("LOAN_ADV_"), "srno Int(11), code_no " + code +
-                                          ", comp_id Int(11), Amount Double, LDAD_ID Int(11), OTH_LOAN_ID Int(11)"));
-    db.execute(create(t("MiscExpAsst_"), "srno Int(11), code_no " + code + ", ExpID Int(11), Descript " + name +
-                                             ", OpBal Double, Amount Double"));
-    db.execute(create(t("SUNDEB_"), "srno Int(11), code_no " + code +
-                                        ", more_amt Double, OTH_AMT Double, PROV_AMT Double, dis_prov_amt Double, "
-                                        "good_amt Double, doubt_amt Double, bad_amt Double"));
-    db.execute(create(t("BANK_"), "srno Int(11), code_no " + code +
-                                      ", CASH Double, DD Double, REMITTANCE Double, FD Double, SCH_CURR Double, "
-                                      "SCH_DEP Double, FOR_CURR Double, FOR_DEP Double, OTH_CURR Double, "
-                                      "OTH_DEP Double"));
+                                        "comp_id Int(11), qu_ID Int(11), TNT_ID Int(11), particular " +
+                                        name));
+    db.execute(
+        create(t("LOAN_ADV_"), "srno Int(11), code_no " + code +
+                                   ", comp_id Int(11), Amount Double, LDAD_ID Int(11), OTH_LOAN_ID Int(11)"));
+    db.execute(create(t("MiscExpAsst_"), "srno Int(11), code_no " + code + ", ExpID Int(11), Descript " +
+                                             name + ", OpBal Double, Amount Double"));
+    db.execute(
+        create(t("SUNDEB_"), "srno Int(11), code_no " + code +
+                                 ", more_amt Double, OTH_AMT Double, PROV_AMT Double, dis_prov_amt Double, "
+                                 "good_amt Double, doubt_amt Double, bad_amt Double"));
+    db.execute(
+        create(t("BANK_"), "srno Int(11), code_no " + code +
+                               ", CASH Double, DD Double, REMITTANCE Double, FD Double, SCH_CURR Double, "
+                               "SCH_DEP Double, FOR_CURR Double, FOR_DEP Double, OTH_CURR Double, "
+                               "OTH_DEP Double"));
     db.execute(create(t("FIXED_"), "compit_id Int(11), srno Int(11), code_no " + code +
                                        ", ref_id Int(11), OP_BAL Double, op_bal_dep Double, RATE_DEP Double, "
                                        "method_id Int(11), OTH_DEP Double, deptick Int(11), depamt Double, "
                                        "CGrpId Int(11), wdv Double, compit_rate Double, IGrpId Int(11), "
                                        "trblock Int(11), AddDepRt Double"));
-    db.execute(create(t("FDA_"), "srno Int(11), code_no " + code +
-                                     ", ad_ded_id Int(11), ref_id Int(11), particular " + name +
-                                     ", cost Double, excr Double, curdiff Double, grsub Double, AMT Double, "
-                                     "ad_date Char(10), dtpur Char(10), dep Double, fulldep Int(11), src Int(11), "
-                                     "adddepapp Char(1)"));
+    db.execute(
+        create(t("FDA_"), "srno Int(11), code_no " + code +
+                              ", ad_ded_id Int(11), ref_id Int(11), particular " + name +
+                              ", cost Double, excr Double, curdiff Double, grsub Double, AMT Double, "
+                              "ad_date Char(10), dtpur Char(10), dep Double, fulldep Int(11), src Int(11), "
+                              "adddepapp Char(1)"));
     db.execute(create(t("TAB_"), "srno Int(11), code_no " + code +
                                      ", allid Int(11), PartId Int(11), nid Int(11), Amt Double"));
     db.execute(create(t("SCHED_"), "code_no " + client + ", GID Int(11)"));

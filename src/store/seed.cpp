@@ -63,8 +63,8 @@ std::vector<CsvRow> read_csv(const fs::path& path) {
         if (line.empty() || line == "\r") continue;
         auto cells = split_csv_line(line);
         if (cells.size() != header.size())
-            throw std::runtime_error(path.filename().string() + " line " + std::to_string(line_no) + ": expected " +
-                                     std::to_string(header.size()) + " fields, found " +
+            throw std::runtime_error(path.filename().string() + " line " + std::to_string(line_no) +
+                                     ": expected " + std::to_string(header.size()) + " fields, found " +
                                      std::to_string(cells.size()));
         CsvRow row;
         for (std::size_t i = 0; i < header.size(); ++i) row[header[i]] = cells[i];
@@ -89,7 +89,9 @@ bool is_empty(Database& db, const std::string& table) {
 
 // The register year Y is the financial year ending in Y; its assessment year is
 // "Y-(Y+1)", which the Appendix rows name as "Y-yy".
-int first_year_of(const std::string& ay) { return std::stoi(ay.substr(0, 4)); }
+int first_year_of(const std::string& ay) {
+    return std::stoi(ay.substr(0, 4));
+}
 
 constexpr int kFirstItYear = 2004;
 constexpr int kLastItYear = 2027;
@@ -114,19 +116,21 @@ void seed_itbm(Database& db, const fs::path& dir) {
             const std::string id = it_block_id(key.first, key.second);
             const std::string rate = plain_number(key.second);
             db.execute("INSERT INTO NewITBM (YR, Sr, ID, Part, rate) Values (" + std::to_string(year) + "," +
-                       std::to_string(++sr) + "," + quoted(id) + "," + quoted(entries.front()->at("Nature")) + "," +
-                       rate + ")");
+                       std::to_string(++sr) + "," + quoted(id) + "," + quoted(entries.front()->at("Nature")) +
+                       "," + rate + ")");
             int sub = 0;
             for (const CsvRow* e : entries) {
-                db.execute("INSERT INTO NewITBM (YR, Sr, ID, Part, rate) Values (" + std::to_string(year) + "," +
-                           std::to_string(++sr) + "," + quoted(id + "." + std::to_string(++sub)) + "," +
+                db.execute("INSERT INTO NewITBM (YR, Sr, ID, Part, rate) Values (" + std::to_string(year) +
+                           "," + std::to_string(++sr) + "," + quoted(id + "." + std::to_string(++sub)) + "," +
                            quoted(e->at("Description")) + "," + rate + ")");
             }
         }
     }
 }
 
-std::string number_or_null(const std::string& text) { return text.empty() ? "NULL" : text; }
+std::string number_or_null(const std::string& text) {
+    return text.empty() ? "NULL" : text;
+}
 
 void seed_clbm(Database& db, const fs::path& dir) {
     const auto rows = read_csv(dir / "companies-act-schedule-ii.csv");
@@ -141,7 +145,8 @@ void seed_clbm(Database& db, const fs::path& dir) {
     }
 }
 
-void seed_pairs(Database& db, const std::string& table, const std::vector<std::pair<int, std::string>>& rows) {
+void seed_pairs(Database& db, const std::string& table,
+                const std::vector<std::pair<int, std::string>>& rows) {
     if (!is_empty(db, table)) return;
     for (const auto& [id, text] : rows)
         db.execute("INSERT INTO " + table + " Values (" + std::to_string(id) + "," + quoted(text) + ")");
@@ -179,27 +184,32 @@ void seed_allgrp(Database& db) {
         {118, 5, "INTANGIBLE ASSETS"},
     };
     for (const auto& [all_id, gid, name] : rows)
-        db.execute("INSERT INTO Mast_AllGrp Values (" + std::to_string(all_id) + "," + std::to_string(gid) + "," +
-                   quoted(name) + ")");
+        db.execute("INSERT INTO Mast_AllGrp Values (" + std::to_string(all_id) + "," + std::to_string(gid) +
+                   "," + quoted(name) + ")");
 }
 
 }  // namespace
 
 int it_nature_of(const std::string& group_name) {
-    static const std::map<std::string, int> natures = {
-        {"BUILDING", 1}, {"FURNITURE AND FITTINGS", 2}, {"MACHINERY AND PLANT", 3},
-        {"INTANGIBLE ASSETS", 4}, {"SHIPS", 5}, {"LAND", 100}};
+    static const std::map<std::string, int> natures = {{"BUILDING", 1},
+                                                       {"FURNITURE AND FITTINGS", 2},
+                                                       {"MACHINERY AND PLANT", 3},
+                                                       {"INTANGIBLE ASSETS", 4},
+                                                       {"SHIPS", 5},
+                                                       {"LAND", 100}};
     const auto it = natures.find(group_name);
     return it == natures.end() ? 0 : it->second;
 }
 
-std::string it_block_id(int nature, double rate) { return std::to_string(nature) + "-" + plain_number(rate); }
+std::string it_block_id(int nature, double rate) {
+    return std::to_string(nature) + "-" + plain_number(rate);
+}
 
 std::string reference_data_dir(const std::string& exe_dir) {
     if (const char* env = std::getenv("BRENLOW_DATA_DIR"); env && *env) return env;
     if (!exe_dir.empty()) {
         for (const fs::path& p : {fs::path(exe_dir) / "data", fs::path(exe_dir) / ".." / "data",
-                                 fs::path(exe_dir) / ".." / "share" / "brenlow" / "data"}) {
+                                  fs::path(exe_dir) / ".." / "share" / "brenlow" / "data"}) {
             if (fs::exists(p / "income-tax-depreciation-rates.csv")) return p.string();
         }
     }
@@ -212,20 +222,41 @@ void seed_masters(Database& db, const std::string& data_dir) {
     if (is_empty(db, "NewITBM")) seed_itbm(db, dir);
     if (is_empty(db, "NewCLBM")) seed_clbm(db, dir);
     seed_pairs(db, "MAST_GUNDER",
-               {{1, "CAPITAL"}, {2, "RESERVES AND SURPLUSES"}, {3, "SECURED LOANS"}, {4, "UNSECURED LOANS"},
-                {5, "FIXED ASSETS"}, {6, "INVESTMENTS"}, {8, "SUNDRY DEBTORS"}, {9, "CASH AND BANK"},
-                {11, "LOANS AND ADVANCES (ASSETS)"}, {14, "MISC EXPENSES (ASSETS)"}});
+               {{1, "CAPITAL"},
+                {2, "RESERVES AND SURPLUSES"},
+                {3, "SECURED LOANS"},
+                {4, "UNSECURED LOANS"},
+                {5, "FIXED ASSETS"},
+                {6, "INVESTMENTS"},
+                {8, "SUNDRY DEBTORS"},
+                {9, "CASH AND BANK"},
+                {11, "LOANS AND ADVANCES (ASSETS)"},
+                {14, "MISC EXPENSES (ASSETS)"}});
     seed_allgrp(db);
     seed_pairs(db, "mast_depmethod",
-               {{1, "WRITTEN DOWN VALUE"}, {2, "STRAIGHT LINE METHOD"}, {3, "OTHER METHOD"}, {4, "NO DEPRECIATION"}});
+               {{1, "WRITTEN DOWN VALUE"},
+                {2, "STRAIGHT LINE METHOD"},
+                {3, "OTHER METHOD"},
+                {4, "NO DEPRECIATION"}});
     seed_pairs(db, "MAST_RESV",
-               {{1, "Capital Redemption Reserve"}, {2, "Debenture Redemption Reserve"}, {3, "Foreign Project Reserve"},
-                {4, "General Reserve"}, {5, "Profit and Loss Account"}, {6, "Share Premium"}, {7, "Others"}});
+               {{1, "Capital Redemption Reserve"},
+                {2, "Debenture Redemption Reserve"},
+                {3, "Foreign Project Reserve"},
+                {4, "General Reserve"},
+                {5, "Profit and Loss Account"},
+                {6, "Share Premium"},
+                {7, "Others"}});
     seed_pairs(db, "Mast_Invest",
-               {{1, "GOVERNMENT OR TRUST SECURITIES"}, {2, "DEBENTURES OR BONDS"}, {3, "SHARES IN COMPANIES"},
-                {4, "SHARES IN SUBSIDIARY COMPANIES"}, {5, "UNITS OF MUTUAL FUNDS"}, {6, "IMMOVABLE PROPERTIES"},
-                {7, "CAPITAL OF PARTNERSHIP FIRMS"}, {8, "NATIONAL SAVINGS CERTIFICATES"},
-                {9, "SHARES IN CO-OPERATIVE SOCIETIES"}, {10, "OTHER INVESTMENTS"}});
+               {{1, "GOVERNMENT OR TRUST SECURITIES"},
+                {2, "DEBENTURES OR BONDS"},
+                {3, "SHARES IN COMPANIES"},
+                {4, "SHARES IN SUBSIDIARY COMPANIES"},
+                {5, "UNITS OF MUTUAL FUNDS"},
+                {6, "IMMOVABLE PROPERTIES"},
+                {7, "CAPITAL OF PARTNERSHIP FIRMS"},
+                {8, "NATIONAL SAVINGS CERTIFICATES"},
+                {9, "SHARES IN CO-OPERATIVE SOCIETIES"},
+                {10, "OTHER INVESTMENTS"}});
     if (db.query("Select Count(*) as n from BlockGroup Where GrpId=0").first("n").as_int() == 0)
         db.execute("INSERT INTO BlockGroup Values (0,' ',0,0)");
     tx.commit();
@@ -233,8 +264,8 @@ void seed_masters(Database& db, const std::string& data_dir) {
 }
 
 bool masters_seeded(Database& db) {
-    for (const char* t : {"NewITBM", "NewCLBM", "MAST_GUNDER", "Mast_AllGrp", "mast_depmethod", "MAST_RESV",
-                          "Mast_Invest"}) {
+    for (const char* t :
+         {"NewITBM", "NewCLBM", "MAST_GUNDER", "Mast_AllGrp", "mast_depmethod", "MAST_RESV", "Mast_Invest"}) {
         if (is_empty(db, t)) return false;
     }
     return db.query("Select Count(*) as n from BlockGroup Where GrpId=0").first("n").as_int() > 0;
@@ -243,14 +274,17 @@ bool masters_seeded(Database& db) {
 void ensure_year_masters(Database& db, int year) {
     for (const char* table : {"NewITBM", "NewCLBM"}) {
         const std::string t = table;
-        if (db.query("Select Count(*) as n from " + t + " Where YR=" + std::to_string(year)).first("n").as_int() > 0)
+        if (db.query("Select Count(*) as n from " + t + " Where YR=" + std::to_string(year))
+                .first("n")
+                .as_int() > 0)
             continue;
         const auto range = db.query("Select Min(YR) as lo, Max(YR) as hi from " + t);
         if (range.first("lo").is_null()) continue;
         const int lo = static_cast<int>(range.first("lo").as_int());
         const int hi = static_cast<int>(range.first("hi").as_int());
         const int from = std::clamp(year, lo, hi);
-        const std::string cols = t == "NewITBM" ? "Sr, ID, Part, rate" : "Sr, ID, Part, NESD, Yrs, RateS, RateW";
+        const std::string cols =
+            t == "NewITBM" ? "Sr, ID, Part, rate" : "Sr, ID, Part, NESD, Yrs, RateS, RateW";
         Transaction tx(db);
         db.execute("INSERT INTO " + t + " (YR, " + cols + ") SELECT " + std::to_string(year) + ", " + cols +
                    " FROM " + t + " WHERE YR=" + std::to_string(from));

@@ -152,8 +152,10 @@ void SqliteDatabase::run(std::string_view sql) {
 
 void SqliteDatabase::execute(std::string_view sql) {
     // Text compares case-blind, as on MySQL: the columns say so when they are made.
-    if (is_create_table(sql)) run(with_case_blind_text_columns(sql));
-    else run(sql);
+    if (is_create_table(sql))
+        run(with_case_blind_text_columns(sql));
+    else
+        run(sql);
 }
 
 Recordset SqliteDatabase::query(std::string_view sql) {

@@ -20,7 +20,10 @@ public:
     }
     ~TableLock() {
         if (held_) {
-            try { db_.unlock_tables(); } catch (...) {}
+            try {
+                db_.unlock_tables();
+            } catch (...) {
+            }
         }
     }
     TableLock(const TableLock&) = delete;

@@ -11,7 +11,8 @@ std::optional<std::string> text_fault(std::string_view value, std::size_t max_ch
     return std::nullopt;
 }
 
-void check_text(std::string_view where, std::string_view field, std::string_view value, std::size_t max_chars) {
+void check_text(std::string_view where, std::string_view field, std::string_view value,
+                std::size_t max_chars) {
     if (const auto fault = text_fault(value, max_chars)) {
         throw TextRefused(std::string(where) + ", field " + std::string(field) + ": " + *fault);
     }

@@ -14,10 +14,10 @@
 namespace brenlow::store {
 
 // Column limits in characters.
-constexpr std::size_t kCodeChars = 50;        // VarChar(50): client codes, block ids, suffixes
-constexpr std::size_t kNameChars = 255;       // VarChar(255): names and particulars
-constexpr std::size_t kDateChars = 10;        // Char(10): dd/mm/yyyy
-constexpr std::size_t kLongTextChars = 16000; // Text: 64 KB holds this many characters of any UTF-8
+constexpr std::size_t kCodeChars = 50;         // VarChar(50): client codes, block ids, suffixes
+constexpr std::size_t kNameChars = 255;        // VarChar(255): names and particulars
+constexpr std::size_t kDateChars = 10;         // Char(10): dd/mm/yyyy
+constexpr std::size_t kLongTextChars = 16000;  // Text: 64 KB holds this many characters of any UTF-8
 
 // A text refused before it reached the database.
 class TextRefused : public DbError {
@@ -30,6 +30,7 @@ public:
 std::optional<std::string> text_fault(std::string_view value, std::size_t max_chars);
 
 // Throws TextRefused "<where>, field <field>: <fault>" (where: "NewFATRo2025 row 3").
-void check_text(std::string_view where, std::string_view field, std::string_view value, std::size_t max_chars);
+void check_text(std::string_view where, std::string_view field, std::string_view value,
+                std::size_t max_chars);
 
 }  // namespace brenlow::store

@@ -47,7 +47,8 @@ struct TrialBalanceRow {
 std::string trial_balance_table(std::string_view suffix);
 std::vector<TrialBalanceRow> trial_balance_rows(Database& db, std::string_view suffix, std::string_view code);
 // Sum of Amt over the client's rows under the groups (debits less credits).
-double trial_balance_sum(Database& db, std::string_view suffix, std::string_view code, const std::vector<long>& groups);
+double trial_balance_sum(Database& db, std::string_view suffix, std::string_view code,
+                         const std::vector<long>& groups);
 // Deletes the client's rows under `groups` and writes `rows` numbered on from the
 // client's largest srno; all or nothing.
 void replace_trial_balance_rows(Database& db, std::string_view suffix, std::string_view code,
@@ -74,6 +75,7 @@ struct CapitalGainRow {
 std::vector<CapitalGainRow> capital_gain_rows(Database& db, std::string_view code, int year);
 // Replaces the rows an earlier transfer made (trblock 'Y') and their heads in Capital,
 // numbering on from the largest Capital_no of the year; the user's own rows stay.
-void replace_block_transfers(Database& db, std::string_view code, int year, const std::vector<BlockTransfer>& rows);
+void replace_block_transfers(Database& db, std::string_view code, int year,
+                             const std::vector<BlockTransfer>& rows);
 
 }  // namespace brenlow::store

@@ -20,8 +20,8 @@ bool BaseServices::select_client_year(const std::string& code, int year) {
     return true;
 }
 
-store::CreatedYear BaseServices::create_client_year(const std::string& code, int year, const std::string& name,
-                                                    std::optional<int> status) {
+store::CreatedYear BaseServices::create_client_year(const std::string& code, int year,
+                                                    const std::string& name, std::optional<int> status) {
     auto created = store::create_client_year(*db_, code, year, name, status);
     current_ = created.client_year;
     return created;
@@ -33,8 +33,12 @@ bool BaseServices::CheckDllsVersion(bool caller_ok) {
     return caller_ok;
 }
 
-std::string BaseServices::FirstDate() const { return current_ ? fy_first(current_->year).text() : std::string(); }
-std::string BaseServices::SecondDate() const { return current_ ? fy_last(current_->year).text() : std::string(); }
+std::string BaseServices::FirstDate() const {
+    return current_ ? fy_first(current_->year).text() : std::string();
+}
+std::string BaseServices::SecondDate() const {
+    return current_ ? fy_last(current_->year).text() : std::string();
+}
 
 int BaseServices::PYrInd() const {
     if (!current_) return 0;
@@ -62,10 +66,14 @@ std::string BaseServices::Excel_ImportXlDate(double serial) const {
 
 std::string BaseServices::FormatTarrow(double value, int kind) const {
     switch (kind) {
-        case 0: return format_mask(value, "###0");
-        case 2: return format_mask(value, "#,##0.00");
-        case 3: return format_mask(value, "#,##0");
-        default: return format_mask(value, "###0.00");
+        case 0:
+            return format_mask(value, "###0");
+        case 2:
+            return format_mask(value, "#,##0.00");
+        case 3:
+            return format_mask(value, "#,##0");
+        default:
+            return format_mask(value, "###0.00");
     }
 }
 
@@ -94,7 +102,8 @@ bool BaseServices::CheckOptedOldDeprChart() {
 }
 
 bool BaseServices::flag(std::string_view regime) {
-    return current_ && GetMiscOthInf(std::string("REGIME") + std::string(regime), SecondDate(), Temp_Code()) == "1";
+    return current_ &&
+           GetMiscOthInf(std::string("REGIME") + std::string(regime), SecondDate(), Temp_Code()) == "1";
 }
 
 }  // namespace brenlow::suite

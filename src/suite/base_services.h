@@ -50,10 +50,12 @@ public:
     std::string Excel_ImportXlDate(double serial) const override;
     std::string FormatTarrow(double value, int kind) const override;
 
-    std::string GetMiscOthInf(std::string_view key, std::string_view second_date, std::string_view code) override;
+    std::string GetMiscOthInf(std::string_view key, std::string_view second_date,
+                              std::string_view code) override;
     void SetMiscOthInf(std::string_view key, std::string_view value, std::string_view second_date,
                        std::string_view code, std::string_view description) override;
-    std::string GetFASetupVars(std::string_view key, std::string_view code, std::string_view second_date) override;
+    std::string GetFASetupVars(std::string_view key, std::string_view code,
+                               std::string_view second_date) override;
     std::string GetSettingINI(std::string_view section, std::string_view key,
                               std::string_view default_value) override;
     bool CheckOptedOldDeprChart() override;

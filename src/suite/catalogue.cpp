@@ -4,9 +4,13 @@
 
 namespace brenlow::suite {
 
-void Catalogue::add(std::string class_id, Factory factory) { factories_[std::move(class_id)] = std::move(factory); }
+void Catalogue::add(std::string class_id, Factory factory) {
+    factories_[std::move(class_id)] = std::move(factory);
+}
 
-bool Catalogue::has(std::string_view class_id) const { return factories_.find(class_id) != factories_.end(); }
+bool Catalogue::has(std::string_view class_id) const {
+    return factories_.find(class_id) != factories_.end();
+}
 
 std::shared_ptr<void> Catalogue::create_raw(std::string_view class_id) const {
     const auto it = factories_.find(class_id);

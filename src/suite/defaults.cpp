@@ -85,9 +85,12 @@ void register_defaults(Catalogue& catalogue, const SuiteSetup& setup) {
     catalogue.add_type<TarrowBase::ClsMain>("TarrowBase.ClsMain", [shared] { return shared->get(); });
     catalogue.add_type<Kestbase::Forms>("Kestbase.Forms",
                                         [shared] { return std::make_shared<BaseForms>(shared->get()); });
-    catalogue.add_type<Ostikreport::ClsMain>("Ostikreport.ClsMain", [] { return std::make_shared<ReportObject>(); });
-    catalogue.add_type<Halvbase1::Forms>("Halvbase1.Forms", [] { return std::make_shared<IncomeTaxForms1>(); });
-    catalogue.add_type<Halvbase2::Forms>("Halvbase2.Forms", [] { return std::make_shared<IncomeTaxForms2>(); });
+    catalogue.add_type<Ostikreport::ClsMain>("Ostikreport.ClsMain",
+                                             [] { return std::make_shared<ReportObject>(); });
+    catalogue.add_type<Halvbase1::Forms>("Halvbase1.Forms",
+                                         [] { return std::make_shared<IncomeTaxForms1>(); });
+    catalogue.add_type<Halvbase2::Forms>("Halvbase2.Forms",
+                                         [] { return std::make_shared<IncomeTaxForms2>(); });
 }
 
 }  // namespace brenlow::suite

@@ -8,9 +8,8 @@ namespace {
 
 // Width of a UTF-8 text in characters (continuation bytes do not count).
 std::size_t text_width(std::string_view s) {
-    return static_cast<std::size_t>(std::count_if(s.begin(), s.end(), [](char c) {
-        return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
-    }));
+    return static_cast<std::size_t>(std::count_if(
+        s.begin(), s.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
 }
 
 std::string pad(std::string_view s, std::size_t width, bool right) {
@@ -60,7 +59,8 @@ ReportLayout lay_out(const ReportDocument& doc) {
     lay.header.push_back(rule);
 
     // Band line: runs of columns with the same non-empty band share one centred caption.
-    bool any_band = std::any_of(doc.columns.begin(), doc.columns.end(), [](auto& c) { return !c.band.empty(); });
+    bool any_band =
+        std::any_of(doc.columns.begin(), doc.columns.end(), [](auto& c) { return !c.band.empty(); });
     if (any_band) {
         std::string line;
         for (std::size_t c = 0; c < n;) {

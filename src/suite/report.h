@@ -10,19 +10,19 @@
 namespace brenlow::Ostikreport {
 
 struct ReportColumn {
-    std::string band;     // top heading spanning the columns that share it ("" for none)
-    std::string heading;  // the column's own heading; "\n" separates its lines
-    bool numeric = false; // right-aligned
+    std::string band;      // top heading spanning the columns that share it ("" for none)
+    std::string heading;   // the column's own heading; "\n" separates its lines
+    bool numeric = false;  // right-aligned
     bool bold = false;
-    int width = 10;       // in characters
+    int width = 10;  // in characters
 };
 
 struct ReportDocument {
-    std::vector<std::string> titles;        // centred lines above the table
+    std::vector<std::string> titles;  // centred lines above the table
     std::vector<ReportColumn> columns;
     std::vector<std::vector<std::string>> rows;  // cells already formatted
-    std::vector<bool> bold_rows;            // parallel to rows (may be shorter)
-    std::vector<std::string> notes;         // lines below the table
+    std::vector<bool> bold_rows;                 // parallel to rows (may be shorter)
+    std::vector<std::string> notes;              // lines below the table
     std::string font_name = "Verdana";
     int font_size = 9;
     bool landscape = true;

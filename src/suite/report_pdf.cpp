@@ -124,8 +124,8 @@ void write_pdf(const ReportDocument& doc, const std::string& path) {
         }
         const std::string page_no = "Page " + std::to_string(p + 1) + " of " + std::to_string(pages.size());
         content += "/F1 " + num(fs) + " Tf 1 0 0 1 " +
-                   num(page_w - margin - static_cast<double>(page_no.size()) * fs * 0.6) + " " + num(margin / 2) +
-                   " Tm " + pdf_string(page_no) + " Tj\nET\n";
+                   num(page_w - margin - static_cast<double>(page_no.size()) * fs * 0.6) + " " +
+                   num(margin / 2) + " Tm " + pdf_string(page_no) + " Tj\nET\n";
         const std::size_t content_obj = objects.size() + 2;
         objects.push_back("<< /Type /Page /Parent 2 0 R /MediaBox [0 0 " + num(page_w) + " " + num(page_h) +
                           "] /Resources << /Font << /F1 3 0 R /F2 4 0 R >> >> /Contents " +

@@ -36,7 +36,8 @@ public:
 
     // Dates.
     virtual long dat_diff(std::string_view from, std::string_view to) const = 0;
-    virtual std::string ConvertDate(std::string_view text) const = 0;    // typed form -> dd/mm/yyyy, "" if not a date
+    virtual std::string ConvertDate(
+        std::string_view text) const = 0;  // typed form -> dd/mm/yyyy, "" if not a date
     virtual std::string ConvertToSave(std::string_view text) const = 0;  // to the stored dd/mm/yyyy
     virtual std::string Excel_ImportXlDate(double serial) const = 0;
     virtual std::string FormatTarrow(double value, int kind) const = 0;
@@ -45,9 +46,8 @@ public:
     // the closing date of the financial year).
     virtual std::string GetMiscOthInf(std::string_view key, std::string_view second_date,
                                       std::string_view code) = 0;
-    virtual void SetMiscOthInf(std::string_view key, std::string_view value,
-                               std::string_view second_date, std::string_view code,
-                               std::string_view description) = 0;
+    virtual void SetMiscOthInf(std::string_view key, std::string_view value, std::string_view second_date,
+                               std::string_view code, std::string_view description) = 0;
     virtual std::string GetFASetupVars(std::string_view key, std::string_view code,
                                        std::string_view second_date) = 0;
     virtual std::string GetSettingINI(std::string_view section, std::string_view key,

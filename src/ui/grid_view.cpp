@@ -141,7 +141,8 @@ void GridView::apply_columns() {
     const int padding = 2 * style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, horizontalHeader()) + 10;
     const auto text_width = [&](const QString& text) {
         int widest = 0;
-        for (const QString& line : text.split('\n')) widest = std::max(widest, header_metrics.horizontalAdvance(line));
+        for (const QString& line : text.split('\n'))
+            widest = std::max(widest, header_metrics.horizontalAdvance(line));
         return widest + padding;
     };
     for (int c = 0; c < grid.cols(); ++c) {

@@ -114,16 +114,16 @@ void GroupMasterWindow::refresh() {
     refreshing_ = true;
     auto& s = *screen_;
     show_field(txtfields_, s.txtfields, !s.locked(s.txtfields));
-    const std::pair<VTxtEdit*, vTXT*> fields[] = {{rate_it_, &s.txtRateIT},   {addl_rate_it_, &s.txtAddlRateIT},
-                                                  {rate_fa_, &s.txtRateFA},   {life_yrs_, &s.txtLifeYrs},
-                                                  {rate_slm_, &s.txtRateSLM}, {rate_wdv_, &s.txtRateWDV}};
+    const std::pair<VTxtEdit*, vTXT*> fields[] = {
+        {rate_it_, &s.txtRateIT},   {addl_rate_it_, &s.txtAddlRateIT}, {rate_fa_, &s.txtRateFA},
+        {life_yrs_, &s.txtLifeYrs}, {rate_slm_, &s.txtRateSLM},        {rate_wdv_, &s.txtRateWDV}};
     for (const auto& [edit, field] : fields) show_field(edit, *field, !s.locked(*field));
     lbl_it_->setText(QString::fromStdString(s.lblBlockIT.Caption));
     lbl_fa_->setText(QString::fromStdString(s.lblBlockFA.Caption));
     lbl_cl_->setText(QString::fromStdString(s.lblBlockCL.Caption));
     const std::pair<QPushButton*, const brenlow::CommandButton*> buttons[] = {
-        {add_, &s.cmdAdd},       {modify_, &s.cmdModify},   {update_, &s.cmdUpdate},
-        {delete_, &s.cmdDelete}, {cancel_, &s.cmdCancel},   {back_, &s.cmdback},
+        {add_, &s.cmdAdd},          {modify_, &s.cmdModify},    {update_, &s.cmdUpdate},
+        {delete_, &s.cmdDelete},    {cancel_, &s.cmdCancel},    {back_, &s.cmdback},
         {block_it_, &s.cmdBlockIT}, {block_fa_, &s.cmdBlockFA}, {block_cl_, &s.cmdBlockCL}};
     for (const auto& [b, state] : buttons) b->setEnabled(state->Enabled);
     const std::pair<GridView*, bool> choosers[] = {
@@ -137,7 +137,8 @@ void GroupMasterWindow::refresh() {
 }
 
 void GroupMasterWindow::changeEvent(QEvent* event) {
-    if (event->type() == QEvent::ActivationChange && isActiveWindow()) run([this] { screen_->Form_Activate(); });
+    if (event->type() == QEvent::ActivationChange && isActiveWindow())
+        run([this] { screen_->Form_Activate(); });
     MasterWindow::changeEvent(event);
 }
 

@@ -78,7 +78,8 @@ void ParticularsMasterWindow::refresh() {
 }
 
 void ParticularsMasterWindow::changeEvent(QEvent* event) {
-    if (event->type() == QEvent::ActivationChange && isActiveWindow()) run([this] { screen_->Form_Activate(); });
+    if (event->type() == QEvent::ActivationChange && isActiveWindow())
+        run([this] { screen_->Form_Activate(); });
     MasterWindow::changeEvent(event);
 }
 

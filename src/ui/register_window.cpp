@@ -1,24 +1,22 @@
 #include "ui/register_window.h"
 
-#include <QFontDatabase>
-#include <QPlainTextEdit>
-
-#include "register/chart_report.h"
-
 #include <QButtonGroup>
 #include <QDialog>
-#include <algorithm>
+#include <QFontDatabase>
 #include <QFormLayout>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QItemSelectionModel>
-#include <QScrollBar>
+#include <QPlainTextEdit>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QSplitter>
 #include <QTimer>
 #include <QVBoxLayout>
+#include <algorithm>
 
+#include "register/chart_report.h"
 #include "ui/grid_table_model.h"
 #include "ui/masters_windows.h"
 
@@ -27,7 +25,9 @@ namespace {
 
 using S = reg::frmNewFATR;
 
-QString q(const std::string& s) { return QString::fromStdString(s); }
+QString q(const std::string& s) {
+    return QString::fromStdString(s);
+}
 
 // The Ui is made before the screen that holds on to it.
 struct OwnUi {
@@ -40,7 +40,9 @@ public:
     DesktopRegisterScreen(frame::Component& component, QWidget* host) : OwnUi(host), S(component, own_ui) {}
     QtUi& window_ui() { return own_ui; }
 };
-std::string s(const QString& t) { return t.toStdString(); }
+std::string s(const QString& t) {
+    return t.toStdString();
+}
 
 QLabel* heading(const QString& text, QWidget* parent) {
     auto* l = new QLabel("<b>" + text + "</b>", parent);
@@ -62,7 +64,9 @@ RegisterWindow::RegisterWindow(std::shared_ptr<S> screen, frame::Component& comp
     build();
 }
 
-RegisterWindow::~RegisterWindow() { drop_grid_views(); }
+RegisterWindow::~RegisterWindow() {
+    drop_grid_views();
+}
 
 // The screen's leave-field check when the focus goes; a refusal brings it back.
 void RegisterWindow::bind_leave(VTxtEdit* edit, const std::function<bool()>& check) {
@@ -72,7 +76,11 @@ void RegisterWindow::bind_leave(VTxtEdit* edit, const std::function<bool()>& che
         bool ok = true;
         run([&] { ok = check(); });
         leaving_ = false;
-        if (!ok) QTimer::singleShot(0, edit, [edit] { edit->setFocus(); edit->selectAll(); });
+        if (!ok)
+            QTimer::singleShot(0, edit, [edit] {
+                edit->setFocus();
+                edit->selectAll();
+            });
     });
 }
 
@@ -136,7 +144,8 @@ void RegisterWindow::build() {
     auto* top = new QHBoxLayout;
     group_ = new QComboBox(entry_);
     group_->setObjectName("txtAssetGroup");
-    for (const auto& g : screen_->AssetGroups()) group_->addItem(q(g.Part), static_cast<qlonglong>(g.SrNoFAGM));
+    for (const auto& g : screen_->AssetGroups())
+        group_->addItem(q(g.Part), static_cast<qlonglong>(g.SrNoFAGM));
     group_->setPlaceholderText("(Select)");
     connect(group_, &QComboBox::activated, this, [this](int i) {
         const long id = group_->itemData(i).toLongLong();
@@ -174,10 +183,12 @@ void RegisterWindow::build() {
     box_layout->addWidget(scroll_, 1);
     auto* buttons = new QHBoxLayout;
     buttons->addStretch(1);
-    buttons->addWidget(button("&Update", [this] { screen_->cmdUpdate_Click(); }, entry_box_));
-    buttons->addWidget(button("&Cancel", [this] { screen_->cmdCancel_Click(); }, entry_box_));
-    buttons->addWidget(
-        button("Manage Asset Group &Master", [this] { screen_->cmdAssetGroup_Click(); }, entry_box_));
+    buttons->addWidget(button(
+        "&Update", [this] { screen_->cmdUpdate_Click(); }, entry_box_));
+    buttons->addWidget(button(
+        "&Cancel", [this] { screen_->cmdCancel_Click(); }, entry_box_));
+    buttons->addWidget(button(
+        "Manage Asset Group &Master", [this] { screen_->cmdAssetGroup_Click(); }, entry_box_));
     box_layout->addLayout(buttons);
     splitter->addWidget(entry_box_);
     // The latest calculation as text: the sheet, the block-wise summary and the chart.
@@ -202,7 +213,8 @@ QWidget* RegisterWindow::build_browse() {
     layout->setContentsMargins(0, 0, 0, 0);
     auto* options = new QHBoxLayout;
     cboFAGM_ = new QComboBox(browse_);
-    connect(cboFAGM_, &QComboBox::activated, this, [this](int i) { run([&] { screen_->cboFAGM_Click(i); }); });
+    connect(cboFAGM_, &QComboBox::activated, this,
+            [this](int i) { run([&] { screen_->cboFAGM_Click(i); }); });
     auto* filter_label = new QLabel("Asset &Group", browse_);
     filter_label->setBuddy(cboFAGM_);
     options->addWidget(filter_label);
@@ -221,13 +233,15 @@ QWidget* RegisterWindow::build_browse() {
     optCA_ = new QRadioButton("Carrying Amount", res);
     res_layout->addWidget(optCost_);
     res_layout->addWidget(optCA_);
-    connect(optCost_, &QRadioButton::clicked, this, [this] { run([&] { screen_->optResValOf_Click("COST"); }); });
+    connect(optCost_, &QRadioButton::clicked, this,
+            [this] { run([&] { screen_->optResValOf_Click("COST"); }); });
     connect(optCA_, &QRadioButton::clicked, this, [this] { run([&] { screen_->optResValOf_Click("CA"); }); });
     cboRndRemLife_ = new QComboBox(browse_);
     connect(cboRndRemLife_, &QComboBox::activated, this,
             [this](int i) { run([&] { screen_->cboRndRemLife_Click(i); }); });
     cboBADep_ = new QComboBox(browse_);
-    connect(cboBADep_, &QComboBox::activated, this, [this](int i) { run([&] { screen_->cboBADep_Click(i); }); });
+    connect(cboBADep_, &QComboBox::activated, this,
+            [this](int i) { run([&] { screen_->cboBADep_Click(i); }); });
     options->addWidget(mod);
     options->addWidget(res);
     auto* rounding = new QFormLayout;
@@ -250,9 +264,9 @@ QWidget* RegisterWindow::build_browse() {
     others->addStretch(1);
     layout->addLayout(others);
 
-    const auto side = [&](const QString& title, Grid& g, int* row, GridView*& view, const std::function<void()>& add,
-                          const std::function<void()>& edit, const std::function<void()>& del,
-                          const std::function<void()>& del_all) {
+    const auto side = [&](const QString& title, Grid& g, int* row, GridView*& view,
+                          const std::function<void()>& add, const std::function<void()>& edit,
+                          const std::function<void()>& del, const std::function<void()>& del_all) {
         auto* line = new QHBoxLayout;
         line->addWidget(heading(title, browse_));
         line->addStretch(1);
@@ -277,12 +291,14 @@ QWidget* RegisterWindow::build_browse() {
         connect(view, &QAbstractItemView::doubleClicked, this, [this, edit] { run(edit); });
         layout->addWidget(view, 1);
     };
-    side("Opening Assets (As on 01/04/" + QString::number(screen_->Year() - 1) + ")", screen_->vsO, &screen_->vsO_Row,
-         vsO_, [this] { screen_->cmdAddO_Click(); }, [this] { screen_->cmdEditO_Click(); },
-         [this] { screen_->cmdDelO_Click(); }, [this] { screen_->cmdDelAllO_Click(); });
-    side("Additions during the Year", screen_->vsA, &screen_->vsA_Row, vsA_, [this] { screen_->cmdAddA_Click(); },
-         [this] { screen_->cmdEditA_Click(); }, [this] { screen_->cmdDelA_Click(); },
-         [this] { screen_->cmdDelAllA_Click(); });
+    side(
+        "Opening Assets (As on 01/04/" + QString::number(screen_->Year() - 1) + ")", screen_->vsO,
+        &screen_->vsO_Row, vsO_, [this] { screen_->cmdAddO_Click(); }, [this] { screen_->cmdEditO_Click(); },
+        [this] { screen_->cmdDelO_Click(); }, [this] { screen_->cmdDelAllO_Click(); });
+    side(
+        "Additions during the Year", screen_->vsA, &screen_->vsA_Row, vsA_,
+        [this] { screen_->cmdAddA_Click(); }, [this] { screen_->cmdEditA_Click(); },
+        [this] { screen_->cmdDelA_Click(); }, [this] { screen_->cmdDelAllA_Click(); });
 
     auto* buttons = new QHBoxLayout;
     // Depreciation as per books or as per the Income-tax Act: the calculate button
@@ -295,14 +311,17 @@ QWidget* RegisterWindow::build_browse() {
         run([&] { screen_->cboDepMode_Click(i == 1 ? reg::Mode::DEP_IT : reg::Mode::DEP_FA); });
     });
     buttons->addWidget(dep_mode);
-    auto* calc = button("&Calculate Depreciation", [this] { screen_->cmdDeprCalc_Click(); }, browse_);
+    auto* calc = button(
+        "&Calculate Depreciation", [this] { screen_->cmdDeprCalc_Click(); }, browse_);
     connect(calc, &QPushButton::clicked, this, &RegisterWindow::show_calculation);
     browse_buttons_.push_back({calc, &screen_->cmdDeprCalc});
     buttons->addWidget(calc);
-    auto* transfer = button("&Transfer to Trial Balance", [this] { screen_->cmdTransToTB_Click(); }, browse_);
+    auto* transfer = button(
+        "&Transfer to Trial Balance", [this] { screen_->cmdTransToTB_Click(); }, browse_);
     browse_buttons_.push_back({transfer, &screen_->cmdTransToTB});
     buttons->addWidget(transfer);
-    auto* gains = button("Transfer to Capital &Gains", [this] { screen_->TransferToCapitalGains(); }, browse_);
+    auto* gains = button(
+        "Transfer to Capital &Gains", [this] { screen_->TransferToCapitalGains(); }, browse_);
     browse_buttons_.push_back({gains, &screen_->cmdTransToTB});
     buttons->addWidget(gains);
     // The spreadsheets and the manual depreciation come with their own work.
@@ -311,14 +330,17 @@ QWidget* RegisterWindow::build_browse() {
         b->setEnabled(false);
         buttons->addWidget(b);
     }
-    auto* masters = button("Asset Group &Master", [this] { screen_->cmdAssetGroupMas_Click(); }, browse_);
+    auto* masters = button(
+        "Asset Group &Master", [this] { screen_->cmdAssetGroupMas_Click(); }, browse_);
     browse_buttons_.push_back({masters, &screen_->cmdAssetGroupMas});
     buttons->addWidget(masters);
-    auto* old = button("&Old Depreciation Chart", [this] { screen_->cmdOldDepChart_Click(); }, browse_);
+    auto* old = button(
+        "&Old Depreciation Chart", [this] { screen_->cmdOldDepChart_Click(); }, browse_);
     browse_buttons_.push_back({old, &screen_->cmdOldDepChart});
     buttons->addWidget(old);
     buttons->addStretch(1);
-    auto* back = button("&Back", [this] { screen_->cmdBack_Click(); }, browse_);
+    auto* back = button(
+        "&Back", [this] { screen_->cmdBack_Click(); }, browse_);
     buttons->addWidget(back);
     layout->addLayout(buttons);
     return browse_;
@@ -338,7 +360,8 @@ QWidget* RegisterWindow::build_opening_frame() {
         bind_change(txtfieldsO_[i], [this, i] { screen_->txtfieldsO_Change(i); });
         if (screen_->chkfieldsO[i].Enabled) {
             chkfieldsO_[i] = new QCheckBox(frame);
-            connect(chkfieldsO_[i], &QCheckBox::clicked, this, [this, i] { run([&] { screen_->chkfieldsO_Click(i); }); });
+            connect(chkfieldsO_[i], &QCheckBox::clicked, this,
+                    [this, i] { run([&] { screen_->chkfieldsO_Click(i); }); });
         }
     }
     int r = 0;
@@ -353,7 +376,8 @@ QWidget* RegisterWindow::build_opening_frame() {
     row(S::O_CostWdv);
     row(S::O_OpDepr);
     cboCalcCA_ = new QComboBox(frame);
-    connect(cboCalcCA_, &QComboBox::activated, this, [this](int i) { run([&] { screen_->cboCalcCA_Click(i); }); });
+    connect(cboCalcCA_, &QComboBox::activated, this,
+            [this](int i) { run([&] { screen_->cboCalcCA_Click(i); }); });
     txtCalcCA_ = entry_field(screen_->txtCalcCA, frame);
     bind_change(txtCalcCA_, [this] { screen_->txtfieldsO_Change(S::O_CostWdv); });
     auto* calc_ca_label = new QLabel(q(screen_->lblCalcCA), frame);
@@ -363,7 +387,8 @@ QWidget* RegisterWindow::build_opening_frame() {
     layout->addWidget(txtCalcCA_, r++, 2);
     row(S::O_ResValue);
     cboResValOfO_ = new QComboBox(frame);
-    connect(cboResValOfO_, &QComboBox::activated, this, [this](int i) { run([&] { screen_->cboResValOfO_Click(i); }); });
+    connect(cboResValOfO_, &QComboBox::activated, this,
+            [this](int i) { run([&] { screen_->cboResValOfO_Click(i); }); });
     layout->addWidget(new QLabel(q(screen_->lblResValOfO), frame), r, 0);
     layout->addWidget(cboResValOfO_, r++, 1);
     row(S::O_LifeYrs);
@@ -371,7 +396,8 @@ QWidget* RegisterWindow::build_opening_frame() {
     layout->addWidget(lblRemLifeO_, r++, 0, 1, 3);
     row(S::O_RateFACL);
     cboMODo_ = new QComboBox(frame);
-    connect(cboMODo_, &QComboBox::activated, this, [this](int i) { run([&] { screen_->cboMODo_Click(i); }); });
+    connect(cboMODo_, &QComboBox::activated, this,
+            [this](int i) { run([&] { screen_->cboMODo_Click(i); }); });
     layout->addWidget(new QLabel("Method of Depreciation", frame), r, 0);
     layout->addWidget(cboMODo_, r++, 1);
     layout->addWidget(heading("For Calculation as per Income-Tax Act 1961", frame), r++, 0, 1, 3);
@@ -387,15 +413,19 @@ QWidget* RegisterWindow::build_opening_frame() {
         optsWdvIT_[c] = new QRadioButton(texts[c], frame);
         group->addButton(optsWdvIT_[c]);
         choices->addWidget(optsWdvIT_[c]);
-        connect(optsWdvIT_[c], &QRadioButton::clicked, this, [this, c] { run([&] { screen_->optsWdvIT_Click(c); }); });
+        connect(optsWdvIT_[c], &QRadioButton::clicked, this,
+                [this, c] { run([&] { screen_->optsWdvIT_Click(c); }); });
     }
     layout->addLayout(choices, r++, 0, 1, 3);
     chkfieldsO_[S::O_AddlDepOn]->setText(q(screen_->chkfieldsO[S::O_AddlDepOn].Caption));
     layout->addWidget(chkfieldsO_[S::O_AddlDepOn], r++, 0, 1, 3);
     layout->addWidget(txtfieldsO_[S::O_AddlDepOn], r++, 1);
     lblfieldsO_[S::O_AddlDepOn]->hide();
-    layout->addWidget(heading("Adjustment on Account of Excess Sale/Deduction of Other Assets in Block (if any) in "
-                              "Earlier Years", frame), r++, 0, 1, 3);
+    layout->addWidget(
+        heading("Adjustment on Account of Excess Sale/Deduction of Other Assets in Block (if any) in "
+                "Earlier Years",
+                frame),
+        r++, 0, 1, 3);
     vsESA_ = grid_view(screen_->vsESA, &vsESA_row_, frame);
     vsESA_->setMinimumHeight(90);
     layout->addWidget(vsESA_, r++, 0, 1, 3);
@@ -406,24 +436,31 @@ QWidget* RegisterWindow::build_opening_frame() {
         esaInput_[c]->setPlaceholderText(hints[c]);
         esa->addWidget(esaInput_[c], c == 0 ? 2 : 1);
     }
-    esa->addWidget(button("Add &Row", [this] {
-        if (screen_->AddESARow(s(esaInput_[0]->text()), s(esaInput_[1]->text()), s(esaInput_[2]->text()),
-                               s(esaInput_[3]->text()), s(esaInput_[4]->text()), s(esaInput_[5]->text())))
-            for (auto* e : esaInput_) e->clear();
-    }, frame));
-    esa->addWidget(button("Remo&ve Row", [this] { screen_->RemoveESARow(vsESA_row_); }, frame));
+    esa->addWidget(button(
+        "Add &Row",
+        [this] {
+            if (screen_->AddESARow(s(esaInput_[0]->text()), s(esaInput_[1]->text()), s(esaInput_[2]->text()),
+                                   s(esaInput_[3]->text()), s(esaInput_[4]->text()), s(esaInput_[5]->text())))
+                for (auto* e : esaInput_) e->clear();
+        },
+        frame));
+    esa->addWidget(button(
+        "Remo&ve Row", [this] { screen_->RemoveESARow(vsESA_row_); }, frame));
     layout->addLayout(esa, r++, 0, 1, 3);
     // The amount to be adjusted is changed in place, within the row's excess.
     connect(vsESA_, &QAbstractItemView::doubleClicked, this, [this](const QModelIndex& index) {
         const int grid_row = vsESA_->grid_model()->grid_row(index.row());
-        const auto typed = ui().input_box("Amount To be Adjusted", "Adjustment",
-                                         screen_->vsESA.display_text(grid_row, 5));
+        const auto typed =
+            ui().input_box("Amount To be Adjusted", "Adjustment", screen_->vsESA.display_text(grid_row, 5));
         if (typed) run([&] { screen_->vsESA_ValidateEdit(grid_row, *typed); });
     });
     chkTotESA_ = new QCheckBox("Gross", frame);
     connect(chkTotESA_, &QCheckBox::clicked, this, [this] { run([&] { screen_->chkTotESA_Click(); }); });
     txtTotESA_ = entry_field(screen_->txtTotESA, frame);
-    bind_leave(txtTotESA_, [this] { screen_->txtTotESA_Validate(); return true; });
+    bind_leave(txtTotESA_, [this] {
+        screen_->txtTotESA_Validate();
+        return true;
+    });
     layout->addWidget(chkTotESA_, r, 0);
     layout->addWidget(txtTotESA_, r++, 1);
     layout->setColumnStretch(1, 1);
@@ -444,7 +481,8 @@ QWidget* RegisterWindow::build_addition_frame() {
         bind_change(txtfieldsA_[i], [this, i] { screen_->txtfieldsA_Change(i); });
         if (screen_->chkfieldsA[i].Enabled) {
             chkfieldsA_[i] = new QCheckBox(frame);
-            connect(chkfieldsA_[i], &QCheckBox::clicked, this, [this, i] { run([&] { screen_->chkfieldsA_Click(i); }); });
+            connect(chkfieldsA_[i], &QCheckBox::clicked, this,
+                    [this, i] { run([&] { screen_->chkfieldsA_Click(i); }); });
         }
     }
     int r = 0;
@@ -454,7 +492,8 @@ QWidget* RegisterWindow::build_addition_frame() {
         if (chkfieldsA_[i]) layout->addWidget(chkfieldsA_[i], r, 2);
         ++r;
     };
-    for (int i : {S::A_PutDate, S::A_AccDate, S::A_PurAmt, S::A_ExciseCr, S::A_CurrDiff, S::A_Subsidy}) row(i);
+    for (int i : {S::A_PutDate, S::A_AccDate, S::A_PurAmt, S::A_ExciseCr, S::A_CurrDiff, S::A_Subsidy})
+        row(i);
     lblMiscAdjA_ = new QLabel(frame);
     lblNetAmtA_ = new QLabel(frame);
     layout->addWidget(new QLabel("Misc. Adjustments", frame), r, 0);
@@ -468,7 +507,8 @@ QWidget* RegisterWindow::build_addition_frame() {
     layout->addWidget(lblRemLifeA_, r++, 0, 1, 3);
     row(S::A_RateFACL);
     cboMODa_ = new QComboBox(frame);
-    connect(cboMODa_, &QComboBox::activated, this, [this](int i) { run([&] { screen_->cboMODa_Click(i); }); });
+    connect(cboMODa_, &QComboBox::activated, this,
+            [this](int i) { run([&] { screen_->cboMODa_Click(i); }); });
     layout->addWidget(new QLabel("Method of Depreciation", frame), r, 0);
     layout->addWidget(cboMODa_, r++, 1);
     cboRndAddRtAuto_ = new QComboBox(frame);
@@ -510,12 +550,17 @@ QWidget* RegisterWindow::build_sale_frame() {
     vsS_->setMinimumHeight(90);
     shift_layout->addWidget(vsS_);
     auto* shift_buttons = new QHBoxLayout;
-    shift_buttons->addWidget(button("Add S&hift", [this] { screen_->AddShiftRow("", "", 1); }, shifts));
-    shift_buttons->addWidget(button("Remove Shif&t", [this] {
-        if (auto* m = vsS_->selectionModel(); m && m->currentIndex().isValid())
-            screen_->RemoveShiftRow(vsS_->grid_model()->grid_row(m->currentIndex().row()));
-    }, shifts));
-    shift_buttons->addWidget(button("Check Shi&fts", [this] { screen_->cmdShiftOK_Click(); }, shifts));
+    shift_buttons->addWidget(button(
+        "Add S&hift", [this] { screen_->AddShiftRow("", "", 1); }, shifts));
+    shift_buttons->addWidget(button(
+        "Remove Shif&t",
+        [this] {
+            if (auto* m = vsS_->selectionModel(); m && m->currentIndex().isValid())
+                screen_->RemoveShiftRow(vsS_->grid_model()->grid_row(m->currentIndex().row()));
+        },
+        shifts));
+    shift_buttons->addWidget(button(
+        "Check Shi&fts", [this] { screen_->cmdShiftOK_Click(); }, shifts));
     shift_layout->addLayout(shift_buttons);
     lblShiftDays_ = new QLabel(shifts);
     lblShiftDays_->setWordWrap(true);
@@ -524,7 +569,8 @@ QWidget* RegisterWindow::build_sale_frame() {
     auto* depr = new QGroupBox("Depreciation for the Year", box);
     auto* depr_layout = new QFormLayout(depr);
     chkAutoCalcDeprCL_ = new QCheckBox(q(screen_->chkAutoCalcDeprCL.Caption), depr);
-    connect(chkAutoCalcDeprCL_, &QCheckBox::clicked, this, [this] { run([&] { screen_->chkAutoCalcDeprCL_Click(); }); });
+    connect(chkAutoCalcDeprCL_, &QCheckBox::clicked, this,
+            [this] { run([&] { screen_->chkAutoCalcDeprCL_Click(); }); });
     txtAutoCalcDeprCL_ = entry_field(screen_->txtAutoCalcDeprCL, depr);
     lblDaysDeprCL_ = new QLabel(depr);
     depr_layout->addRow(chkAutoCalcDeprCL_, txtAutoCalcDeprCL_);
@@ -581,7 +627,8 @@ void RegisterWindow::refresh() {
 
     if (group_->count() != static_cast<int>(sc.AssetGroups().size())) {
         group_->clear();
-        for (const auto& grp : sc.AssetGroups()) group_->addItem(q(grp.Part), static_cast<qlonglong>(grp.SrNoFAGM));
+        for (const auto& grp : sc.AssetGroups())
+            group_->addItem(q(grp.Part), static_cast<qlonglong>(grp.SrNoFAGM));
     }
     const int g = group_->findData(static_cast<qlonglong>(sc.txtAssetGroup.Id));
     group_->setCurrentIndex(g);
@@ -615,7 +662,8 @@ void RegisterWindow::refresh() {
     show_combo(cboMODa_, sc.cboMODa);
     show_combo(cboRndAddRtAuto_, sc.cboRndAddRtAuto);
     for (int c = 0; c < 3; ++c) optsWdvIT_[c]->setChecked(sc.optsWdvIT == c);
-    lblRemLifeO_->setText(q(sc.lblRemLifeO) + (sc.txtRemLifeO.empty() ? "" : "  [" + q(sc.txtRemLifeO) + "]"));
+    lblRemLifeO_->setText(q(sc.lblRemLifeO) +
+                          (sc.txtRemLifeO.empty() ? "" : "  [" + q(sc.txtRemLifeO) + "]"));
     lblRemLifeA_->setText(q(sc.lblRemLifeA));
     lblBlockO_->setText(q(sc.lblBlockO));
     lblBlockA_->setText(q(sc.lblBlockA));
@@ -635,13 +683,26 @@ void RegisterWindow::refresh() {
     if (entering && sc.FocusIndex >= 0) {
         QWidget* target = nullptr;
         switch (sc.FocusSide) {
-            case 'G': target = group_; break;
-            case 'P': target = txtPart_; break;
-            case 'O': target = txtfieldsO_[sc.FocusIndex]; break;
-            case 'A': target = txtfieldsA_[sc.FocusIndex]; break;
-            case 'D': target = txtfieldsD_[sc.FocusIndex]; break;
-            case 'C': target = cboCalcCA_; break;
-            default: break;
+            case 'G':
+                target = group_;
+                break;
+            case 'P':
+                target = txtPart_;
+                break;
+            case 'O':
+                target = txtfieldsO_[sc.FocusIndex];
+                break;
+            case 'A':
+                target = txtfieldsA_[sc.FocusIndex];
+                break;
+            case 'D':
+                target = txtfieldsD_[sc.FocusIndex];
+                break;
+            case 'C':
+                target = cboCalcCA_;
+                break;
+            default:
+                break;
         }
         if (target && target->isVisible()) target->setFocus();
         sc.FocusIndex = -1;
@@ -657,7 +718,8 @@ QWidget* make_register_window(frame::Component& component, QWidget* parent) {
     return new RegisterWindow(component, parent);
 }
 
-QWidget* make_register_window(std::shared_ptr<frame::Screen> screen, frame::Component& component, QWidget* parent) {
+QWidget* make_register_window(std::shared_ptr<frame::Screen> screen, frame::Component& component,
+                              QWidget* parent) {
     auto reg = std::dynamic_pointer_cast<reg::frmNewFATR>(screen);
     if (!reg) return nullptr;
     return new RegisterWindow(std::move(reg), component, parent);

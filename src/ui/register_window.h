@@ -35,7 +35,8 @@ public:
     // Makes and loads a screen for the component's open client and year.
     RegisterWindow(frame::Component& component, QWidget* parent = nullptr);
     // Shows a screen handed out by Forms (loaded here when it has not been).
-    RegisterWindow(std::shared_ptr<reg::frmNewFATR> screen, frame::Component& component, QWidget* parent = nullptr);
+    RegisterWindow(std::shared_ptr<reg::frmNewFATR> screen, frame::Component& component,
+                   QWidget* parent = nullptr);
     ~RegisterWindow() override;
 
     reg::frmNewFATR& screen() { return *screen_; }
@@ -126,6 +127,7 @@ std::shared_ptr<reg::frmNewFATR> make_register_screen(frame::Component& componen
 QWidget* make_register_window(frame::Component& component, QWidget* parent);
 // The window of a register screen handed out by Forms (ObjNewFATR); nullptr when
 // the screen is not a register.
-QWidget* make_register_window(std::shared_ptr<frame::Screen> screen, frame::Component& component, QWidget* parent);
+QWidget* make_register_window(std::shared_ptr<frame::Screen> screen, frame::Component& component,
+                              QWidget* parent);
 
 }  // namespace brenlow::ui

@@ -5,7 +5,8 @@
 
 namespace brenlow::ui {
 
-QWidget* make_screen_window(std::shared_ptr<frame::Screen> screen, frame::Component& component, QWidget* parent) {
+QWidget* make_screen_window(std::shared_ptr<frame::Screen> screen, frame::Component& component,
+                            QWidget* parent) {
     // The register is the one screen Forms hands out that has a window yet.
     return make_register_window(std::move(screen), component, parent);
 }

@@ -1,7 +1,6 @@
 #include "ui/vtxt_edit.h"
 
 #include <QKeyEvent>
-
 #include <algorithm>
 
 namespace brenlow {

@@ -19,7 +19,9 @@ namespace brenlow::ui {
 
 ScreenWindow::ScreenWindow(QWidget* parent) : QWidget(parent), ui_(this) {}
 
-ScreenWindow::~ScreenWindow() { drop_grid_views(); }
+ScreenWindow::~ScreenWindow() {
+    drop_grid_views();
+}
 
 void ScreenWindow::drop_grid_views() {
     for (GridView* view : findChildren<GridView*>()) delete view;
@@ -32,7 +34,8 @@ void ScreenWindow::run(const std::function<void()>& event) {
     refresh();
 }
 
-QPushButton* ScreenWindow::button(const QString& caption, const std::function<void()>& event, QWidget* parent) {
+QPushButton* ScreenWindow::button(const QString& caption, const std::function<void()>& event,
+                                  QWidget* parent) {
     auto* b = new QPushButton(caption, parent ? parent : this);
     b->setAutoDefault(false);
     connect(b, &QPushButton::clicked, this, [this, event] { run(event); });
@@ -156,8 +159,10 @@ void collect(QLayout* layout, std::vector<QWidget*>& out) {
     std::stable_sort(order.begin(), order.end());
     for (const auto& [row, column, i] : order) {
         QLayoutItem* item = layout->itemAt(i);
-        if (QWidget* w = item->widget()) collect(w, out);
-        else if (QLayout* inner = item->layout()) collect(inner, out);
+        if (QWidget* w = item->widget())
+            collect(w, out);
+        else if (QLayout* inner = item->layout())
+            collect(inner, out);
     }
 }
 

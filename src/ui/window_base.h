@@ -38,7 +38,8 @@ protected:
     virtual void refresh() = 0;
 
     // A button that runs an event.
-    QPushButton* button(const QString& caption, const std::function<void()>& event, QWidget* parent = nullptr);
+    QPushButton* button(const QString& caption, const std::function<void()>& event,
+                        QWidget* parent = nullptr);
     // A grid view over a screen's grid; `on_row` runs as an event with the grid row
     // the person moves to.
     GridView* grid_view(Grid& grid, const std::function<void(int)>& on_row, QWidget* parent = nullptr);

@@ -182,7 +182,8 @@ TEST_P(ChartCli, AnImportWithErrorsNamesThemAndWritesNothing) {
     std::ofstream(file)
         << R"({"format":"brenlow-register","version":1,"NewFAGM":[],"NewFATRo":[{"IdFAGM":"x"}]})";
     const auto before = chart({"--books", "--json"});
-    const auto r = register_io("import", {file, "--client", "DEMO01", "--year", "2025", "--replace", "--yes"});
+    const auto r =
+        register_io("import", {file, "--client", "DEMO01", "--year", "2025", "--replace", "--yes"});
     EXPECT_EQ(r.code, 1);
     EXPECT_NE(r.err.find("NewFATRo"), std::string::npos) << r.err;
     EXPECT_EQ(chart({"--books", "--json"}).out, before.out);

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-
 #include "cli_fixture.h"
 
 namespace brenlow::cli {
@@ -45,8 +44,8 @@ class CliInit : public CliTest {};
 
 TEST_P(CliInit, CreatesTheClientYearOnceAndTellsWhatItMade) {
     const std::string url = temp().url();
-    auto r = run_cli({"--db", url, "init", "--client", "C001", "--year", "2025", "--name", "ACME", "--status",
-                      "3"});
+    auto r = run_cli(
+        {"--db", url, "init", "--client", "C001", "--year", "2025", "--name", "ACME", "--status", "3"});
     ASSERT_EQ(r.code, 0) << r.err;
     EXPECT_NE(r.out.find("financial year 2024-25"), std::string::npos) << r.out;
     EXPECT_NE(r.out.find("NewFATRo2025"), std::string::npos) << r.out;

@@ -7,7 +7,6 @@
 #include <unistd.h>
 
 #include <csignal>
-
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -23,12 +22,13 @@ protected:
         CliTest::SetUp();
         if (IsSkipped()) return;
         folder_ = std::filesystem::temp_directory_path() /
-                  ("brenlow-integrity-" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) + "-" +
-                   std::to_string(reinterpret_cast<std::uintptr_t>(this)));
+                  ("brenlow-integrity-" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) +
+                   "-" + std::to_string(reinterpret_cast<std::uintptr_t>(this)));
         std::filesystem::create_directories(folder_);
         ASSERT_EQ(cli({"init", "--client", "ACME", "--year", "2025"}).code, 0);
-        const auto r = cli({"masters", "group", "add", "--client", "ACME", "--year", "2025", "--name", "LATHES",
-                            "--it-block", "3-15", "--books-block", "-1", "--classification", "4.1"});
+        const auto r =
+            cli({"masters", "group", "add", "--client", "ACME", "--year", "2025", "--name", "LATHES",
+                 "--it-block", "3-15", "--books-block", "-1", "--classification", "4.1"});
         ASSERT_EQ(r.code, 0) << r.err;
         group_ = std::to_string(
             db().query("select SrNoFAGM from NewFAGM where Part='LATHES'").first("SrNoFAGM").as_int());
@@ -42,11 +42,15 @@ protected:
         CliTest::TearDown();
     }
     CliRun add_addition(const std::string& code, const std::string& part) {
-        return cli({"register", "add-addition", "--client", code, "--year", "2025", "--group", group_, "--part", part,
-                    "--put-date", "05/10/2024", "--acc-date", "05/10/2024", "--cost", "1000"});
+        return cli({"register", "add-addition", "--client", code, "--year", "2025", "--group", group_,
+                    "--part", part, "--put-date", "05/10/2024", "--acc-date", "05/10/2024", "--cost",
+                    "1000"});
     }
     long long count(const std::string& table, const std::string& code = "ACME") {
-        return db().query("select count(*) as n from " + table + " where Code_No='" + code + "'").first("n").as_int();
+        return db()
+            .query("select count(*) as n from " + table + " where Code_No='" + code + "'")
+            .first("n")
+            .as_int();
     }
     std::string path(const std::string& name) const { return (folder_ / name).string(); }
     void write(const std::string& name, const std::string& text) {
@@ -67,8 +71,12 @@ protected:
 TEST_P(IntegrityCli, ALookAlikeClientCodeIsRefusedAndNeverEmptiesTheClientsRegister) {
     ASSERT_EQ(add_addition("ACME", "CNC LATHE").code, 0);
     ASSERT_EQ(cli({"register", "export", path("acme.json"), "--client", "ACME", "--year", "2025"}).code, 0);
-    for (const std::string code : {"ACM\xc3\x89", "\xc3\x80" "CME", "AC ME"}) {
-        const auto r = cli({"register", "import", path("acme.json"), "--replace", "--client", code, "--year", "2025"});
+    for (const std::string code : {"ACM\xc3\x89",
+                                   "\xc3\x80"
+                                   "CME",
+                                   "AC ME"}) {
+        const auto r =
+            cli({"register", "import", path("acme.json"), "--replace", "--client", code, "--year", "2025"});
         EXPECT_EQ(r.code, 1) << code;
         EXPECT_NE(r.err.find("Option --client: The client code holds"), std::string::npos) << r.err;
     }
@@ -96,8 +104,9 @@ const std::string kDevanagari = "\xe0\xa4\xae";  // one letter, three bytes
 const std::string kEmoji = "\xf0\x9f\x9a\x9c";   // one character, four bytes
 
 TEST_P(IntegrityCli, TextsUpToTheirFieldsLengthComeBackWholeAndTheYearStillExports) {
-    auto r = cli({"masters", "group", "add", "--client", "ACME", "--year", "2025", "--name", times(kDevanagari, 50),
-                  "--it-block", "3-15", "--books-block", "-1", "--classification", "4.1"});
+    auto r =
+        cli({"masters", "group", "add", "--client", "ACME", "--year", "2025", "--name",
+             times(kDevanagari, 50), "--it-block", "3-15", "--books-block", "-1", "--classification", "4.1"});
     ASSERT_EQ(r.code, 0) << r.err;
     ASSERT_EQ(add_addition("ACME", times(kEmoji, 100)).code, 0);
     r = cli({"register", "list", "--client", "ACME", "--year", "2025", "--json"});
@@ -110,8 +119,9 @@ TEST_P(IntegrityCli, TextsUpToTheirFieldsLengthComeBackWholeAndTheYearStillExpor
 }
 
 TEST_P(IntegrityCli, ALongerTextIsRefusedNamingTheOptionAndNothingIsCut) {
-    auto r = cli({"masters", "group", "add", "--client", "ACME", "--year", "2025", "--name", times(kDevanagari, 60),
-                  "--it-block", "3-15", "--books-block", "-1", "--classification", "4.1"});
+    auto r =
+        cli({"masters", "group", "add", "--client", "ACME", "--year", "2025", "--name",
+             times(kDevanagari, 60), "--it-block", "3-15", "--books-block", "-1", "--classification", "4.1"});
     EXPECT_EQ(r.code, 1);
     EXPECT_NE(r.err.find("Option --name is longer than 50 characters."), std::string::npos) << r.err;
     r = add_addition("ACME", times(kEmoji, 200));
@@ -130,8 +140,9 @@ TEST_P(IntegrityCli, RawBytesThatAreNotUtf8AreRefusedAtTheDoor) {
 }
 
 TEST_P(IntegrityCli, AGroupThatIsNotANumberIsRefusedInTheProgramsWords) {
-    const auto r = cli({"register", "add-addition", "--client", "ACME", "--year", "2025", "--group", "abc", "--part",
-                        "LATHE", "--put-date", "05/10/2024", "--acc-date", "05/10/2024", "--cost", "1000"});
+    const auto r =
+        cli({"register", "add-addition", "--client", "ACME", "--year", "2025", "--group", "abc", "--part",
+             "LATHE", "--put-date", "05/10/2024", "--acc-date", "05/10/2024", "--cost", "1000"});
     EXPECT_EQ(r.code, 1);
     EXPECT_NE(r.err.find("Option --group must be a whole number"), std::string::npos) << r.err;
     EXPECT_EQ(r.err.find("stol"), std::string::npos) << r.err;
@@ -140,13 +151,16 @@ TEST_P(IntegrityCli, AGroupThatIsNotANumberIsRefusedInTheProgramsWords) {
 TEST_P(IntegrityCli, ImportingAFolderOrNoFileNamesItAndImportsNothing) {
     auto r = cli({"register", "import", folder_.string(), "--client", "ACME", "--year", "2025"});
     EXPECT_EQ(r.code, 1);
-    EXPECT_EQ(r.err, folder_.string() + ": this is a folder, not a register document\nNothing was imported.\n");
+    EXPECT_EQ(r.err,
+              folder_.string() + ": this is a folder, not a register document\nNothing was imported.\n");
     r = cli({"register", "import", path("none.json"), "--client", "ACME", "--year", "2025"});
     EXPECT_EQ(r.err, path("none.json") + ": there is no such file\nNothing was imported.\n");
     write("bad.json", R"({"format": 1})");
     r = cli({"register", "import", path("bad.json"), "--client", "ACME", "--year", "2025"});
-    EXPECT_EQ(r.err, path("bad.json") +
-                         ": Not a register document: \"format\" must be \"brenlow-register\"\nNothing was imported.\n");
+    EXPECT_EQ(
+        r.err,
+        path("bad.json") +
+            ": Not a register document: \"format\" must be \"brenlow-register\"\nNothing was imported.\n");
 }
 
 // The disk fills during an export: the earlier document stays as it was.
@@ -160,7 +174,8 @@ TEST_P(IntegrityCli, AFailedExportLeavesTheEarlierFileWhole) {
         const rlimit limit{2048, 2048};
         ::setrlimit(RLIMIT_FSIZE, &limit);
         const auto r = cli({"register", "export", path("backup.json"), "--client", "ACME", "--year", "2025"});
-        ::_exit(r.code == 1 && r.err.find("Cannot write " + path("backup.json")) != std::string::npos ? 0 : 1);
+        ::_exit(r.code == 1 && r.err.find("Cannot write " + path("backup.json")) != std::string::npos ? 0
+                                                                                                      : 1);
     }
     int status = 0;
     ::waitpid(child, &status, 0);
@@ -184,7 +199,8 @@ TEST_P(IntegrityCli, ADatabaseFailureDuringAnImportEndsAsEveryRefusalDoes) {
     write("acme.json", doc);
     db().execute("DROP TABLE NewFAMI");
     db().execute("CREATE TABLE NewFAMI (Code_No VarChar(50), Yr Int(11))");
-    const auto r = cli({"register", "import", path("acme.json"), "--replace", "--client", "ACME", "--year", "2025"});
+    const auto r =
+        cli({"register", "import", path("acme.json"), "--replace", "--client", "ACME", "--year", "2025"});
     EXPECT_EQ(r.code, 1);
     EXPECT_EQ(r.err.rfind(path("acme.json") + ": the database refused it: ", 0), 0u) << r.err;
     EXPECT_NE(r.err.find("\nNothing was imported.\n"), std::string::npos) << r.err;
@@ -198,7 +214,8 @@ TEST_P(IntegrityCli, AReadOnlyUserListsAndExports) {
     ASSERT_EQ(add_addition("ACME", "CNC LATHE").code, 0);
     const std::string url = temp().url();
     const auto at = url.find('@'), slash = url.find('/', at), q = url.find('?', slash);
-    const std::string database = url.substr(slash + 1, q == std::string::npos ? std::string::npos : q - slash - 1);
+    const std::string database =
+        url.substr(slash + 1, q == std::string::npos ? std::string::npos : q - slash - 1);
     const std::string user = "ro_" + database.substr(database.size() - 8);
     db().execute("CREATE USER '" + user + "'@'localhost' IDENTIFIED BY 'pw'");
     db().execute("GRANT SELECT ON " + database + ".* TO '" + user + "'@'localhost'");

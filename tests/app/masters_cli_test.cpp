@@ -17,40 +17,40 @@ protected:
 
 TEST_P(MastersCli, AddsABlockAndRefusesTheSameNameInTheSameKind) {
     auto r = cli({"masters", "block", "add", "--client", "C001", "--year", "2025", "--kind", "2", "--name",
-                      "PLANT GENERAL", "--under", "3"});
+                  "PLANT GENERAL", "--under", "3"});
     ASSERT_EQ(r.code, 0) << r.err;
     r = cli({"masters", "block", "add", "--client", "C001", "--year", "2025", "--kind", "2", "--name",
-                 "PLANT GENERAL", "--under", "3"});
+             "PLANT GENERAL", "--under", "3"});
     EXPECT_EQ(r.code, 1);
     EXPECT_NE(r.err.find("Duplicate Block Name."), std::string::npos) << r.err;
     // The other kind takes the same name.
     r = cli({"masters", "block", "add", "--client", "C001", "--year", "2025", "--kind", "1", "--name",
-                 "PLANT GENERAL"});
+             "PLANT GENERAL"});
     EXPECT_EQ(r.code, 0) << r.err;
     EXPECT_EQ(count("select count(*) as n from BlockGroup where GrpDesc='PLANT GENERAL'"), 2);
 }
 
 TEST_P(MastersCli, ADeleteStopsAtItsQuestionUnlessYesIsGiven) {
     ASSERT_EQ(cli({"masters", "block", "add", "--client", "C001", "--year", "2025", "--kind", "1", "--name",
-                       "OFFICE"})
+                   "OFFICE"})
                   .code,
               0);
     const long id = static_cast<long>(
         db().query("select GrpId from BlockGroup where GrpDesc='OFFICE'").first("GrpId").as_int());
     auto r = cli({"masters", "block", "delete", "--client", "C001", "--year", "2025", "--kind", "1", "--id",
-                      std::to_string(id)});
+                  std::to_string(id)});
     EXPECT_EQ(r.code, 2);
     EXPECT_NE(r.err.find("Do you want to Delete this Block?"), std::string::npos) << r.err;
     EXPECT_EQ(count("select count(*) as n from BlockGroup where GrpDesc='OFFICE'"), 1);
     r = cli({"masters", "block", "delete", "--client", "C001", "--year", "2025", "--kind", "1", "--id",
-                 std::to_string(id), "--yes"});
+             std::to_string(id), "--yes"});
     EXPECT_EQ(r.code, 0) << r.err;
     EXPECT_EQ(count("select count(*) as n from BlockGroup where GrpDesc='OFFICE'"), 0);
 }
 
 TEST_P(MastersCli, ListsTheYearsGroupsAsJson) {
     auto r = cli({"masters", "group", "add", "--client", "C001", "--year", "2025", "--name", "LATHES",
-                      "--it-block", "3-15", "--books-block", "-1", "--classification", "4.1"});
+                  "--it-block", "3-15", "--books-block", "-1", "--classification", "4.1"});
     ASSERT_EQ(r.code, 0) << r.err;
     r = cli({"masters", "groups", "--client", "C001", "--year", "2025", "--json"});
     ASSERT_EQ(r.code, 0) << r.err;

@@ -1,10 +1,9 @@
 #include <gtest/gtest.h>
-
-#include "cli_fixture.h"
+#include <unistd.h>
 
 #include <filesystem>
 
-#include <unistd.h>
+#include "cli_fixture.h"
 
 namespace brenlow::cli {
 namespace {
@@ -17,10 +16,12 @@ protected:
         CliTest::SetUp();
         if (IsSkipped()) return;
         ASSERT_EQ(cli({"init", "--client", "C001", "--year", "2025"}).code, 0);
-        const auto r = cli({"masters", "group", "add", "--client", "C001", "--year", "2025", "--name",
-                                "LATHES", "--it-block", "3-15", "--books-block", "-1", "--classification", "4.1"});
+        const auto r =
+            cli({"masters", "group", "add", "--client", "C001", "--year", "2025", "--name", "LATHES",
+                 "--it-block", "3-15", "--books-block", "-1", "--classification", "4.1"});
         ASSERT_EQ(r.code, 0) << r.err;
-        group_ = std::to_string(db().query("select SrNoFAGM from NewFAGM where Part='LATHES'").first("SrNoFAGM").as_int());
+        group_ = std::to_string(
+            db().query("select SrNoFAGM from NewFAGM where Part='LATHES'").first("SrNoFAGM").as_int());
     }
     long long count(const std::string& table) {
         return db().query("select count(*) as n from " + table + " where Code_No='C001'").first("n").as_int();
@@ -29,8 +30,9 @@ protected:
 };
 
 TEST_P(RegisterCli, AddsAnAdditionAndListsIt) {
-    auto r = cli({"register", "add-addition", "--client", "C001", "--year", "2025", "--group", group_, "--part",
-                      "CNC LATHE", "--put-date", "05/10/2024", "--acc-date", "05/10/2024", "--cost", "250000"});
+    auto r =
+        cli({"register", "add-addition", "--client", "C001", "--year", "2025", "--group", group_, "--part",
+             "CNC LATHE", "--put-date", "05/10/2024", "--acc-date", "05/10/2024", "--cost", "250000"});
     ASSERT_EQ(r.code, 0) << r.err;
     EXPECT_EQ(count("NewFATRa2025"), 1);
     r = cli({"register", "list", "--client", "C001", "--year", "2025", "--json"});
@@ -40,18 +42,20 @@ TEST_P(RegisterCli, AddsAnAdditionAndListsIt) {
 
 TEST_P(RegisterCli, ARefusedEntryNamesTheCheckAndWritesNothing) {
     // An opening entry put to use after the year began is refused by the screen's checks.
-    const auto r = cli({"register", "add-opening", "--client", "C001", "--year", "2025", "--group", group_,
-                            "--part", "LATE LATHE", "--put-date", "02/04/2024", "--cost", "1000", "--wdv-it", "900"});
+    const auto r =
+        cli({"register", "add-opening", "--client", "C001", "--year", "2025", "--group", group_, "--part",
+             "LATE LATHE", "--put-date", "02/04/2024", "--cost", "1000", "--wdv-it", "900"});
     EXPECT_NE(r.code, 0);
     EXPECT_FALSE(r.err.empty());
     EXPECT_EQ(count("NewFATRo2025"), 0);
 }
 
 TEST_P(RegisterCli, DeletingAllStopsAtTheQuestionWithoutYes) {
-    ASSERT_EQ(cli({"register", "add-addition", "--client", "C001", "--year", "2025", "--group", group_,
-                       "--part", "DRILL", "--put-date", "01/06/2024", "--acc-date", "01/06/2024", "--cost", "5000"})
-                  .code,
-              0);
+    ASSERT_EQ(
+        cli({"register", "add-addition", "--client", "C001", "--year", "2025", "--group", group_, "--part",
+             "DRILL", "--put-date", "01/06/2024", "--acc-date", "01/06/2024", "--cost", "5000"})
+            .code,
+        0);
     auto r = cli({"register", "delete", "--addition", "--all", "--client", "C001", "--year", "2025"});
     EXPECT_EQ(r.code, 2) << r.err;
     EXPECT_EQ(count("NewFATRa2025"), 1);
@@ -61,10 +65,11 @@ TEST_P(RegisterCli, DeletingAllStopsAtTheQuestionWithoutYes) {
 }
 
 TEST_P(RegisterCli, TheListingAsJsonHoldsNumbersAndFourDigitYears) {
-    ASSERT_EQ(cli({"register", "add-addition", "--client", "C001", "--year", "2025", "--group", group_, "--part",
-                   "DRILL", "--put-date", "01/06/2024", "--acc-date", "01/06/2024", "--cost", "914.92"})
-                  .code,
-              0);
+    ASSERT_EQ(
+        cli({"register", "add-addition", "--client", "C001", "--year", "2025", "--group", group_, "--part",
+             "DRILL", "--put-date", "01/06/2024", "--acc-date", "01/06/2024", "--cost", "914.92"})
+            .code,
+        0);
     const auto r = cli({"register", "list", "--client", "C001", "--year", "2025", "--json"});
     ASSERT_EQ(r.code, 0) << r.err;
     EXPECT_NE(r.out.find("\"Cost\": 914.92,"), std::string::npos) << r.out;
@@ -74,10 +79,12 @@ TEST_P(RegisterCli, TheListingAsJsonHoldsNumbersAndFourDigitYears) {
 }
 
 TEST(CliReads, AReadingCommandNeverCreatesADatabase) {
-    const auto folder = std::filesystem::temp_directory_path() / ("brenlow-no-db-" + std::to_string(::getpid()));
+    const auto folder =
+        std::filesystem::temp_directory_path() / ("brenlow-no-db-" + std::to_string(::getpid()));
     const auto file = folder / "none.db";
-    for (const std::vector<std::string>& words :
-         {std::vector<std::string>{"register", "list"}, {"chart", "--it"}, {"register", "export", "x.json"}}) {
+    for (const std::vector<std::string>& words : {std::vector<std::string>{"register", "list"},
+                                                  {"chart", "--it"},
+                                                  {"register", "export", "x.json"}}) {
         std::vector<std::string> args = {"--db", "sqlite:" + file.string()};
         args.insert(args.end(), words.begin(), words.end());
         args.insert(args.end(), {"--client", "C001", "--year", "2025"});
@@ -92,10 +99,15 @@ TEST(CliReads, AReadingCommandNeverCreatesADatabase) {
 }
 
 TEST(CliHelp, EveryCommandAndSubCommandPrintsItsHelp) {
-    for (const std::vector<std::string>& words :
-         {std::vector<std::string>{"init", "--help"}, {"chart", "--help"}, {"demo", "--help"}, {"register", "--help"},
-          {"register", "add-opening", "--help"}, {"register", "carry-forward", "-h"}, {"masters", "--help"},
-          {"masters", "group", "add", "--help"}, {"register", "import", "--help"}}) {
+    for (const std::vector<std::string>& words : {std::vector<std::string>{"init", "--help"},
+                                                  {"chart", "--help"},
+                                                  {"demo", "--help"},
+                                                  {"register", "--help"},
+                                                  {"register", "add-opening", "--help"},
+                                                  {"register", "carry-forward", "-h"},
+                                                  {"masters", "--help"},
+                                                  {"masters", "group", "add", "--help"},
+                                                  {"register", "import", "--help"}}) {
         const auto r = run_cli(words);
         SCOPED_TRACE(words[0] + " " + words[1]);
         EXPECT_EQ(r.code, 0) << r.err;

@@ -146,7 +146,8 @@ TEST_P(RegisterRulesCli, AnotherYearsDocumentIsRefusedBeforeItsRows) {
     EXPECT_EQ(r.code, 1);
     // The year's refusal comes first, before any row's.
     const auto year_line = r.err.find(
-        "The document is the register of F.Y. 2023-24, not of F.Y. 2024-25; its dates are not rewritten (--yes "
+        "The document is the register of F.Y. 2023-24, not of F.Y. 2024-25; its dates are not rewritten "
+        "(--yes "
         "imports it all the same)\n");
     EXPECT_NE(year_line, std::string::npos) << r.err;
     EXPECT_LT(year_line, r.err.find("NewFATRa row 1")) << r.err;

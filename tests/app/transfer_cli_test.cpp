@@ -2,12 +2,10 @@
 // what each transfer replaces, what it leaves alone, and that a No changes nothing.
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
-
-#include <unistd.h>
-
 #include <nlohmann/json.hpp>
 
 #include "cli_fixture.h"
@@ -46,7 +44,10 @@ protected:
     }
     long long count(const std::string& sql) { return db().query(sql).first("n").as_int(); }
     double sum(const std::string& sql) { return db().query(sql).first("n").as_double(); }
-    std::string tab() { return "TAB_" + db().query("select tbl_nm from master where code_no='DEMO01'").first("tbl_nm").as_text(); }
+    std::string tab() {
+        return "TAB_" +
+               db().query("select tbl_nm from master where code_no='DEMO01'").first("tbl_nm").as_text();
+    }
     long group(const std::string& name) {
         return static_cast<long>(
             db().query("select AllId from Mast_AllGrp where allgrp='" + name + "'").first("AllId").as_int());
@@ -60,11 +61,14 @@ TEST_P(TransferCli, CapitalGainsReplaceOnlyTheirOwnRows) {
     ASSERT_EQ(r.code, 0) << r.err;
     EXPECT_EQ(count("select count(*) as n from capital_depr where code_no='DEMO01' and trblock='Y'"), 1);
     EXPECT_DOUBLE_EQ(sum("select assets_trans as n from capital_depr where code_no='DEMO01'"), 33000);
-    EXPECT_EQ(db().query("select assets_name from capital_depr where code_no='DEMO01'").first("assets_name").as_text(),
+    EXPECT_EQ(db().query("select assets_name from capital_depr where code_no='DEMO01'")
+                  .first("assets_name")
+                  .as_text(),
               "MACHINERY AND PLANT @ 40%");
     // The person's own row stays through a second transfer, which numbers on after it.
     db().execute("insert into Capital values ('DEMO01',2025,7,'LAND AT PUNE','N')");
-    db().execute("insert into capital_depr values ('DEMO01',2025,7,'LAND AT PUNE','01/01/2025',1,2,3,4,5,'N')");
+    db().execute(
+        "insert into capital_depr values ('DEMO01',2025,7,'LAND AT PUNE','01/01/2025',1,2,3,4,5,'N')");
     r = transfer("capital-gains");
     ASSERT_EQ(r.code, 0) << r.err;
     EXPECT_EQ(count("select count(*) as n from capital_depr where code_no='DEMO01'"), 2);
@@ -76,8 +80,10 @@ TEST_P(TransferCli, CapitalGainsReplaceOnlyTheirOwnRows) {
 TEST_P(TransferCli, TheTrialBalanceTakesTheBooksFiguresAndLosesTheHandTypedOnes) {
     const std::string t = tab();
     const long depreciation = group("DEPRECIATION");
-    db().execute("insert into " + t + " values (1,'DEMO01'," + std::to_string(depreciation) + ",9999,1,1234.5)");
-    db().execute("insert into " + t + " values (2,'DEMO01'," + std::to_string(group("CASH AND BANK")) + ",9998,1,50)");
+    db().execute("insert into " + t + " values (1,'DEMO01'," + std::to_string(depreciation) +
+                 ",9999,1,1234.5)");
+    db().execute("insert into " + t + " values (2,'DEMO01'," + std::to_string(group("CASH AND BANK")) +
+                 ",9998,1,50)");
     // Without --yes the first question stops it and nothing changes.
     auto r = transfer("trial-balance", false);
     EXPECT_EQ(r.code, 2);
@@ -87,8 +93,10 @@ TEST_P(TransferCli, TheTrialBalanceTakesTheBooksFiguresAndLosesTheHandTypedOnes)
     ASSERT_EQ(r.code, 0) << r.err;
     EXPECT_NE(r.err.find("Transferred !"), std::string::npos) << r.err;
     // The trial balance did not agree with the schedule, and said so first.
-    EXPECT_NE(r.err.find("There is difference between Figures as per Trial Balance and as per Fixed Asset Schedule."),
-              std::string::npos)
+    EXPECT_NE(
+        r.err.find(
+            "There is difference between Figures as per Trial Balance and as per Fixed Asset Schedule."),
+        std::string::npos)
         << r.err;
     // The hand-typed depreciation is gone, the cash row stays.
     EXPECT_EQ(count("select count(*) as n from " + t + " where PartId=9999"), 0);
@@ -99,7 +107,8 @@ TEST_P(TransferCli, TheTrialBalanceTakesTheBooksFiguresAndLosesTheHandTypedOnes)
     const auto totals = nlohmann_totals(books.out);
     EXPECT_NEAR(sum("select sum(Amt) as n from " + t + " where allid=" + std::to_string(depreciation)),
                 totals.depreciation, 0.005);
-    EXPECT_NEAR(sum("select sum(Amt) as n from " + t + " t join Mast_AllGrp g on g.AllId=t.allid where g.GID=5 and "
+    EXPECT_NEAR(sum("select sum(Amt) as n from " + t +
+                    " t join Mast_AllGrp g on g.AllId=t.allid where g.GID=5 and "
                     "g.AllId<>5"),
                 totals.closing, 0.005);
     // Transferred again, the two agree and nothing is asked about them.
@@ -107,8 +116,8 @@ TEST_P(TransferCli, TheTrialBalanceTakesTheBooksFiguresAndLosesTheHandTypedOnes)
     ASSERT_EQ(r.code, 0) << r.err;
     EXPECT_EQ(r.err.find("There is difference"), std::string::npos) << r.err;
     // A company: its residual-value adjustments have their group.
-    EXPECT_GT(count("select count(*) as n from " + t + " where allid=" +
-                    std::to_string(group("FIXED ASSETS RESIDUAL VALUE ADJUSTMENTS"))),
+    EXPECT_GT(count("select count(*) as n from " + t +
+                    " where allid=" + std::to_string(group("FIXED ASSETS RESIDUAL VALUE ADJUSTMENTS"))),
               0);
     r = cli({"trial-balance", "--client", "DEMO01", "--year", "2025", "--json"});
     ASSERT_EQ(r.code, 0) << r.err;
@@ -121,12 +130,13 @@ TEST_P(TransferCli, AClientThatIsNotACompanyIsAskedOfThreeGroupsAndGetsNoResidua
     ASSERT_EQ(cli({"init", "--client", "DEMO01", "--year", "2025", "--status", "2"}).code, 0);
     const auto r = transfer("trial-balance");
     ASSERT_EQ(r.code, 0) << r.err;
-    EXPECT_NE(r.err.find("Particulars under Group 'Fixed Assets', 'Depreciation' and 'Profit on Sale of Fixed "
-                         "Assets'' will be Updated with Particulars 'As Per Books'. Do you want to Continue?"),
-              std::string::npos)
+    EXPECT_NE(
+        r.err.find("Particulars under Group 'Fixed Assets', 'Depreciation' and 'Profit on Sale of Fixed "
+                   "Assets'' will be Updated with Particulars 'As Per Books'. Do you want to Continue?"),
+        std::string::npos)
         << r.err;
-    EXPECT_EQ(count("select count(*) as n from " + tab() + " where allid=" +
-                    std::to_string(group("FIXED ASSETS RESIDUAL VALUE ADJUSTMENTS"))),
+    EXPECT_EQ(count("select count(*) as n from " + tab() +
+                    " where allid=" + std::to_string(group("FIXED ASSETS RESIDUAL VALUE ADJUSTMENTS"))),
               0);
 }
 
@@ -153,13 +163,15 @@ TEST_P(TransferCli, AChartEditedByHandIsTheYearsChartUntilCleared) {
     EXPECT_DOUBLE_EQ(after["DeprChart"][0]["DeprF"].get<double>(), depr - 1000);
     EXPECT_DOUBLE_EQ(after["DeprChart"][0]["TotDep"].get<double>(), total - 1000);
     EXPECT_DOUBLE_EQ(after["DeprChart"][0]["WdvCl"].get<double>(), closing + 1000);
-    EXPECT_EQ(sum("select count(*) as n from DeprChart where Code_No='DEMO01'"), static_cast<double>(rows.size()));
+    EXPECT_EQ(sum("select count(*) as n from DeprChart where Code_No='DEMO01'"),
+              static_cast<double>(rows.size()));
 
     // A row that is not a chart row is refused, naming it, and nothing changes.
     std::ofstream(file) << R"({"DeprChart":[{"Grp":3,"Rate":15,"DeprF":"many"}]})";
     r = cli({"chart", "edit", file, "--client", "DEMO01", "--year", "2025"});
     EXPECT_EQ(r.code, 1);
-    EXPECT_NE(r.err.find("DeprChart row 1, field DeprF: expected a number, found \"many\""), std::string::npos)
+    EXPECT_NE(r.err.find("DeprChart row 1, field DeprF: expected a number, found \"many\""),
+              std::string::npos)
         << r.err;
 
     r = cli({"chart", "edit", "--clear", "--client", "DEMO01", "--year", "2025"});

@@ -1,5 +1,3 @@
-#include "controls/number_format.h"
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -13,12 +11,13 @@
 #include <string_view>
 #include <vector>
 
+#include "controls/number_format.h"
+
 // The roundings once printed each amount with "%.14e" and read it back with strtod.
 // That text-based version is kept here, word for word, as the reference the
 // allocation-free one must agree with on every value, to the last bit and byte.
 namespace brenlow::text_rounding {
 namespace {
-
 
 // A number as the decimal text it prints as with 15 significant digits:
 // value = 0.digits × 10^point, digits without leading zeros ("" for zero).
@@ -220,8 +219,9 @@ std::string plain_number(double value) {
 namespace brenlow {
 namespace {
 
-constexpr std::string_view masks[] = {"###0", "###0.00", "###0.0000", "#,##0", "#,##0.00",
-                                      "#,##0;(#,##0)", "###0.", "###0.000", "#,##0.00;(#,##0.00)"};
+constexpr std::string_view masks[] = {"###0",  "###0.00",  "###0.0000",
+                                      "#,##0", "#,##0.00", "#,##0;(#,##0)",
+                                      "###0.", "###0.000", "#,##0.00;(#,##0.00)"};
 constexpr int mask_count = static_cast<int>(std::size(masks));
 
 // Every rounding of one value, new beside old. Doubles are compared bit for bit so
@@ -230,16 +230,17 @@ class RoundingComparison {
 public:
     void check(double value, std::size_t index) {
         const int decimals = static_cast<int>(index % 6);
-        expect_same_double(vb_round(value, decimals), text_rounding::vb_round(value, decimals), "vb_round", value,
-                           std::to_string(decimals));
+        expect_same_double(vb_round(value, decimals), text_rounding::vb_round(value, decimals), "vb_round",
+                           value, std::to_string(decimals));
         expect_same_double(vb_round(value, 2), text_rounding::vb_round(value, 2), "vb_round", value, "2");
         const std::string_view mask = masks[index % mask_count];
-        expect_same_double(mask_value(value, mask), text_rounding::mask_value(value, mask), "mask_value", value,
-                           std::string(mask));
-        expect_same_text(format_mask(value, mask), text_rounding::format_mask(value, mask), "format_mask", value,
-                         std::string(mask));
+        expect_same_double(mask_value(value, mask), text_rounding::mask_value(value, mask), "mask_value",
+                           value, std::string(mask));
+        expect_same_text(format_mask(value, mask), text_rounding::format_mask(value, mask), "format_mask",
+                         value, std::string(mask));
         if (index % 4 == 0) {
-            expect_same_text(plain_number(value), text_rounding::plain_number(value), "plain_number", value, "");
+            expect_same_text(plain_number(value), text_rounding::plain_number(value), "plain_number", value,
+                             "");
         }
         ++checked_;
     }
@@ -256,17 +257,18 @@ private:
         std::snprintf(buf, sizeof buf, "%.17g", value);
         return buf;
     }
-    void expect_same_double(double now, double before, const char* function, double value, const std::string& arg) {
+    void expect_same_double(double now, double before, const char* function, double value,
+                            const std::string& arg) {
         if (std::bit_cast<std::uint64_t>(now) != std::bit_cast<std::uint64_t>(before)) {
-            report(std::string(function) + "(" + show(value) + ", " + arg + ") = " + show(now) + ", text gave " +
-                   show(before));
+            report(std::string(function) + "(" + show(value) + ", " + arg + ") = " + show(now) +
+                   ", text gave " + show(before));
         }
     }
-    void expect_same_text(const std::string& now, const std::string& before, const char* function, double value,
-                          const std::string& arg) {
+    void expect_same_text(const std::string& now, const std::string& before, const char* function,
+                          double value, const std::string& arg) {
         if (now != before) {
-            report(std::string(function) + "(" + show(value) + ", " + arg + ") = \"" + now + "\", text gave \"" +
-                   before + "\"");
+            report(std::string(function) + "(" + show(value) + ", " + arg + ") = \"" + now +
+                   "\", text gave \"" + before + "\"");
         }
     }
 
@@ -288,11 +290,13 @@ TEST(RoundingWithoutText, AgreesWithTheTextOnHalvesAtEveryPlaceBothSigns) {
     std::size_t index = 0;
     for (int places = 1; places <= 7; ++places) {
         for (int i = 0; i < 110000; ++i) {
-            const long long scale = 1LL << (random() % static_cast<unsigned>(52 - 4 * places));  // stays exact
+            const long long scale = 1LL
+                                    << (random() % static_cast<unsigned>(52 - 4 * places));  // stays exact
             const long long whole = static_cast<long long>(random() % static_cast<unsigned long long>(scale));
             long long power = 1;
             for (int p = 1; p < places; ++p) power *= 10;
-            const long long lower_digits = static_cast<long long>(random() % static_cast<unsigned long long>(power));
+            const long long lower_digits =
+                static_cast<long long>(random() % static_cast<unsigned long long>(power));
             const long long integer = (whole * power + lower_digits) * 10 + 5;  // the last place is a 5
             const double value = typed(integer, places);
             compare.check(value, index++);
@@ -350,9 +354,26 @@ TEST(RoundingWithoutText, AgreesWithTheTextOnRandomDoubles) {
         compare.check(cost * rate / 100.0 * static_cast<double>(random() % 366) / 365.0, index++);
     }
     // Exact ties of the binary value itself at the sixteenth digit, and the edges.
-    for (const double value : {1000000000000000.5, 1000000000000001.5, 4503599627370495.5, 0.5, 1.5, 2.5, 0.0,
-                               -0.0, 1e-300, 5e-324, 1.7976931348623157e308, 1e22, 1e23, 9.999999999999995e22,
-                               0.00049999999999999999, 0.0005, 0.005, 0.05, 999999999999999.0, 99999999999999.95}) {
+    for (const double value : {1000000000000000.5,
+                               1000000000000001.5,
+                               4503599627370495.5,
+                               0.5,
+                               1.5,
+                               2.5,
+                               0.0,
+                               -0.0,
+                               1e-300,
+                               5e-324,
+                               1.7976931348623157e308,
+                               1e22,
+                               1e23,
+                               9.999999999999995e22,
+                               0.00049999999999999999,
+                               0.0005,
+                               0.005,
+                               0.05,
+                               999999999999999.0,
+                               99999999999999.95}) {
         compare.check(value, index++);
         compare.check(-value, index++);
     }

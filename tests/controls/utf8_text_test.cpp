@@ -15,17 +15,19 @@ struct Bytes {
 };
 
 TEST(Utf8Text, TellsWellFormedTextAndCountsItsCharacters) {
-    for (const auto& c : std::vector<Bytes>{
-             {"", true, 0},
-             {"LATHE", true, 5},
-             {"\xe0\xa4\xae\xe0\xa4\xb6\xe0\xa5\x80\xe0\xa4\xa8", true, 4},  // मशीन
-             {"\xf0\x9f\x9a\x9c \xe2\x82\xb9", true, 3},                     // tractor emoji, space, rupee
-             {"\xe0\xa4", false, 2},                                          // cut inside a letter
-             {"A\xff" "B", false, 3},
-             {"\xc0\xaf", false, 2},              // overlong "/"
-             {"\xed\xa0\x80", false, 3},          // a surrogate
-             {"\xf4\x90\x80\x80", false, 4},      // above U+10FFFF
-             {"\x80", false, 1}}) {
+    for (const auto& c :
+         std::vector<Bytes>{{"", true, 0},
+                            {"LATHE", true, 5},
+                            {"\xe0\xa4\xae\xe0\xa4\xb6\xe0\xa5\x80\xe0\xa4\xa8", true, 4},  // मशीन
+                            {"\xf0\x9f\x9a\x9c \xe2\x82\xb9", true, 3},  // tractor emoji, space, rupee
+                            {"\xe0\xa4", false, 2},                      // cut inside a letter
+                            {"A\xff"
+                             "B",
+                             false, 3},
+                            {"\xc0\xaf", false, 2},          // overlong "/"
+                            {"\xed\xa0\x80", false, 3},      // a surrogate
+                            {"\xf4\x90\x80\x80", false, 4},  // above U+10FFFF
+                            {"\x80", false, 1}}) {
         EXPECT_EQ(is_valid_utf8(c.text), c.valid) << c.text;
         EXPECT_EQ(utf8_length(c.text), c.chars) << c.text;
     }

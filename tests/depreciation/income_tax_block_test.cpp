@@ -297,7 +297,8 @@ TEST(IncomeTaxBlock, GroupsRowsByBlockAlsoWhenTheBlocksComeInOrder) {
 }
 
 TEST(IncomeTaxBlock, KeepsRowsInRegisterOrderInsideOneBlock) {
-    const auto r = calculate_income_tax(run_of(2017, {opening("3", 1), addition("3", 2, "01/05/2016"), opening("3", 3)}));
+    const auto r = calculate_income_tax(
+        run_of(2017, {opening("3", 1), addition("3", 2, "01/05/2016"), opening("3", 3)}));
     ASSERT_EQ(r.rows.size(), 3u);
     for (std::size_t i = 0; i < r.rows.size(); ++i) {
         EXPECT_EQ(r.rows[i].entry, i);
@@ -306,8 +307,7 @@ TEST(IncomeTaxBlock, KeepsRowsInRegisterOrderInsideOneBlock) {
 }
 
 TEST(IncomeTaxBlock, ARunForTheBlocksAloneGivesTheSameBlocksAndNoRows) {
-    const std::vector<ItEntry> entries = {opening("10", 5000),
-                                          opening("3", 200000),
+    const std::vector<ItEntry> entries = {opening("10", 5000), opening("3", 200000),
                                           addition("3", 40000, "05/10/2016", 20),
                                           sold(opening("2", 3000), 5000, "01/06/2016", 100)};
     const auto kept = calculate_income_tax(run_of(2017, entries));

@@ -37,23 +37,30 @@ TEST_P(RegisterDocumentRefusals, EachMalformedDocumentIsOneLineInTheProgramsWord
         {"format of the wrong type", R"({"format": 1})",
          "Not a register document: \"format\" must be \"brenlow-register\""},
         {"no object", "[1, 2]", "Not a register document: \"format\" must be \"brenlow-register\""},
-        {"a number beyond a double", "1e309", "Not a JSON document: it holds a number too large for any amount"},
+        {"a number beyond a double", "1e309",
+         "Not a JSON document: it holds a number too large for any amount"},
         {"empty", "  \n", "Not a JSON document: it is empty"},
         {"cut short", R"({"format": "brenlow-reg)", "Not a JSON document: it stops being JSON near byte "},
         {"not UTF-8", "{\"format\": \"brenlow-register\xff\"}", "Not a JSON document: it is not UTF-8 text"},
-        {"a serial beyond Int(11)", kHead + kGroup + R"("NewFATRa": [{"SrNoFATR": 1e300, "IdFAGM": 1, "Part": "X"}]})",
-         "NewFATRa row 1, field SrNoFATR: expected a whole number from -2147483648 to 2147483647, found 1e+300"},
+        {"a serial beyond Int(11)",
+         kHead + kGroup + R"("NewFATRa": [{"SrNoFATR": 1e300, "IdFAGM": 1, "Part": "X"}]})",
+         "NewFATRa row 1, field SrNoFATR: expected a whole number from -2147483648 to 2147483647, found "
+         "1e+300"},
         {"a group id beyond Int(11)", kHead + kGroup + R"("NewFATRo": [{"IdFAGM": -9e18, "Part": "X"}]})",
          "NewFATRo row 1, field IdFAGM: expected a whole number from -2147483648 to 2147483647"},
-        {"a particular too long", kHead + kGroup + R"("NewFATRa": [{"IdFAGM": 1, "Part": ")" + std::string(10000, 'P') + R"("}]})",
+        {"a particular too long",
+         kHead + kGroup + R"("NewFATRa": [{"IdFAGM": 1, "Part": ")" + std::string(10000, 'P') + R"("}]})",
          "NewFATRa row 1, field Part: the text is longer than 255 characters"},
         {"a NUL in a text", kHead + kGroup + R"("NewFATRa": [{"IdFAGM": 1, "Part": "A\u0000B"}]})",
          "NewFATRa row 1, field Part: the text holds a NUL character"},
-        {"a date too long", kHead + kGroup + R"("NewFATRa": [{"IdFAGM": 1, "Part": "X", "SaleDate": "01/01/2024 or so"}]})",
+        {"a date too long",
+         kHead + kGroup + R"("NewFATRa": [{"IdFAGM": 1, "Part": "X", "SaleDate": "01/01/2024 or so"}]})",
          "NewFATRa row 1, field SaleDate: the text is longer than 10 characters"},
-        {"a date not a date", kHead + kGroup + R"("NewFATRa": [{"IdFAGM": 1, "Part": "X", "SaleDate": "31/02/2024"}]})",
+        {"a date not a date",
+         kHead + kGroup + R"("NewFATRa": [{"IdFAGM": 1, "Part": "X", "SaleDate": "31/02/2024"}]})",
          "NewFATRa row 1, field SaleDate: expected a date dd/mm/yyyy, found \"31/02/2024\""},
-        {"a look-alike client code", kHead + kGroup + R"("NewFATRa": [{"Code_No": "ACMÉ", "IdFAGM": 1, "Part": "X"}]})",
+        {"a look-alike client code",
+         kHead + kGroup + R"("NewFATRa": [{"Code_No": "ACMÉ", "IdFAGM": 1, "Part": "X"}]})",
          "NewFATRa row 1, field Code_No: The client code holds \"É\""},
     };
     for (const auto& c : cases) {
@@ -76,7 +83,8 @@ TEST_P(RegisterDocumentRefusals, ATargetCodeNoClientCanHaveIsRefused) {
 // them) does not stop the year's export; the broken bytes become U+FFFD.
 TEST_P(RegisterDocumentRefusals, AnOlderBrokenTextDoesNotStopTheExport) {
     if (GetParam() == store::Backend::mysql) GTEST_SKIP() << "MariaDB's strict mode never stored such text";
-    db().execute("INSERT INTO NewFATRa2025 (Code_No, SrNoFATR, IdFAGM, Part) VALUES ('C001', 1, 1, 'LATHE \xe0\xa4')");
+    db().execute(
+        "INSERT INTO NewFATRa2025 (Code_No, SrNoFATR, IdFAGM, Part) VALUES ('C001', 1, 1, 'LATHE \xe0\xa4')");
     const std::string json = export_register(db(), "C001", 2025);
     EXPECT_NE(json.find("LATHE \xef\xbf\xbd"), std::string::npos) << json;
 }

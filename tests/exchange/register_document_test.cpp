@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-
 #include <nlohmann/json.hpp>
 
 #include "store/client_store.h"
@@ -29,7 +28,8 @@ protected:
     // hostile text, and an options row.
     void fill() {
         store::RegisterStore reg(db(), "C001", 2025);
-        store::AssetGroupRow plant{0, 2025, "PLANT AND MACHINERY", "3-15", 15, 20, 0, 0, "4.1", 15, 6.33, 18.1};
+        store::AssetGroupRow plant{0,    2025, "PLANT AND MACHINERY", "3-15", 15, 20, 0, 0, "4.1", 15,
+                                   6.33, 18.1};
         store::AssetGroupRow furniture{0, 2025, "FURNITURE", "2-10", 10, 0, 0, 0, "5.1", 10, 9.5, 25.89};
         const long p = reg.find_or_create_group(plant);
         const long f = reg.find_or_create_group(furniture);
@@ -78,10 +78,11 @@ TEST_P(RegisterDocumentTest, ARegisterRoundTripsThroughExportAndImportUnchanged)
     // question the person answered Yes when it was entered, and answers again here.
     const auto asked = import_register(db(), "C001", 2025, first, {.replace = true});
     ASSERT_EQ(asked.errors.size(), 1u);
-    EXPECT_EQ(asked.errors[0],
-              "NewFATRo row 1, field YrCalcCA: 'For Calculation of Carrying Amount, Consider Depreciation Upto "
-              "31/03/' Year should be selected as Date of Put to Use '15/06/2010' is prior to '01/04/2014' ! "
-              "Continue ? (answered No; --yes answers Yes)");
+    EXPECT_EQ(
+        asked.errors[0],
+        "NewFATRo row 1, field YrCalcCA: 'For Calculation of Carrying Amount, Consider Depreciation Upto "
+        "31/03/' Year should be selected as Date of Put to Use '15/06/2010' is prior to '01/04/2014' ! "
+        "Continue ? (answered No; --yes answers Yes)");
     EXPECT_EQ(export_register(db(), "C001", 2025), first);
     const auto result = import_register(db(), "C001", 2025, first, {.replace = true, .yes = true});
     ASSERT_TRUE(result.errors.empty()) << result.errors.front();
@@ -110,7 +111,8 @@ TEST_P(RegisterDocumentTest, ImportIntoAnotherClientMatchesOrCreatesGroupsAndTak
     const auto groups = reg.asset_groups();
     ASSERT_EQ(groups.size(), 3u);
     // Entries point at the year's groups by name, not at the document's numbers.
-    const auto furniture = std::find_if(groups.begin(), groups.end(), [](auto& g) { return g.Part == "OFFICE FURNITURE"; });
+    const auto furniture =
+        std::find_if(groups.begin(), groups.end(), [](auto& g) { return g.Part == "OFFICE FURNITURE"; });
     ASSERT_NE(furniture, groups.end());
     EXPECT_EQ(rows[1].IdFAGM, furniture->SrNoFAGM);
     EXPECT_EQ(rows[3].IdFAGM, furniture->SrNoFAGM);
@@ -122,13 +124,15 @@ TEST_P(RegisterDocumentTest, AnotherYearsRegisterIsRefusedAndItsRowsFailTheEntry
     store::create_client_year(db(), "C001", 2026, "ACME", 3);
     auto result = import_register(db(), "C001", 2026, doc, {});
     ASSERT_FALSE(result.errors.empty());
-    EXPECT_EQ(result.errors[0], "The document is the register of F.Y. 2024-25, not of F.Y. 2025-26; its dates are "
-                                "not rewritten (--yes imports it all the same)");
+    EXPECT_EQ(result.errors[0],
+              "The document is the register of F.Y. 2024-25, not of F.Y. 2025-26; its dates are "
+              "not rewritten (--yes imports it all the same)");
     // Told to go on, last year's addition and sale are still not this year's.
     result = import_register(db(), "C001", 2026, doc, {.yes = true});
     ASSERT_EQ(result.errors.size(), 2u);
-    EXPECT_EQ(result.errors[0], "NewFATRo row 2, field SaleDate: Please specify valid 'Date of Sale/Deduction' "
-                                "between 01/04/2025 and 31/03/2026 !");
+    EXPECT_EQ(result.errors[0],
+              "NewFATRo row 2, field SaleDate: Please specify valid 'Date of Sale/Deduction' "
+              "between 01/04/2025 and 31/03/2026 !");
     // The addition's shift rows are checked as they are entered, before its dates on update.
     EXPECT_EQ(result.errors[1],
               "NewFATRa row 1, field ShiftDet: 'From Date' should be between 01/04/2025 and 31/03/2026 !");
@@ -148,15 +152,17 @@ TEST_P(RegisterDocumentTest, EveryBadRowIsNamedAndNothingIsWritten) {
     EXPECT_EQ(result.errors[0], "NewFATRo row 1, field IdFAGM: no asset group 999");
     EXPECT_EQ(result.errors[1], "NewFATRo row 2, field CostWdv: expected a number, found \"five thousand\"");
     EXPECT_EQ(result.errors[2], "NewFATRa row 1, field Colour: is not a column of this table");
-    EXPECT_EQ(result.errors[3], "NewFATRa row 1, field PutDate: expected a date dd/mm/yyyy, found \"31/02/2025\"");
+    EXPECT_EQ(result.errors[3],
+              "NewFATRa row 1, field PutDate: expected a date dd/mm/yyyy, found \"31/02/2025\"");
     EXPECT_EQ(export_register(db(), "C001", 2025), before);
 }
 
 TEST_P(RegisterDocumentTest, TextThatIsNotARegisterDocumentIsRefused) {
     EXPECT_FALSE(import_register(db(), "C001", 2025, "{not json", {}).errors.empty());
     EXPECT_FALSE(import_register(db(), "C001", 2025, "{\"format\": \"other\"}", {}).errors.empty());
-    EXPECT_FALSE(import_register(db(), "C001", 2025, "{\"format\": \"brenlow-register\", \"NewFATRo\": 5}", {})
-                     .errors.empty());
+    EXPECT_FALSE(
+        import_register(db(), "C001", 2025, "{\"format\": \"brenlow-register\", \"NewFATRo\": 5}", {})
+            .errors.empty());
 }
 
 BRENLOW_INSTANTIATE_BACKENDS(RegisterDocumentTest);

@@ -6,8 +6,8 @@
 #include <fstream>
 #include <vector>
 
-#include "support/scripted_ui.h"
 #include "suite/defaults.h"
+#include "support/scripted_ui.h"
 
 namespace brenlow::frame {
 namespace {
@@ -34,7 +34,6 @@ public:
 private:
     Trace& trace_;
 };
-
 
 class FormsTest : public ::testing::Test {
 protected:
@@ -71,9 +70,18 @@ protected:
 
     ScreenMakers makers() {
         ScreenMakers m;
-        m.formatsch = [this](Component&) { ++made_; return std::make_shared<Named>("formatsch"); };
-        m.capital = [this](Component&) { ++made_; return std::make_shared<Named>("capital"); };
-        m.frmNewFATR = [this](Component&) { ++made_; return std::make_shared<Named>("frmNewFATR"); };
+        m.formatsch = [this](Component&) {
+            ++made_;
+            return std::make_shared<Named>("formatsch");
+        };
+        m.capital = [this](Component&) {
+            ++made_;
+            return std::make_shared<Named>("capital");
+        };
+        m.frmNewFATR = [this](Component&) {
+            ++made_;
+            return std::make_shared<Named>("frmNewFATR");
+        };
         return m;
     }
 
@@ -93,9 +101,9 @@ protected:
 
 TEST_F(FormsTest, StartupCreatesTheSiblingsInTheFixedOrderAndReportsTheVersion) {
     Forms forms(catalogue_, ui_, makers());
-    EXPECT_EQ(trace_.created, (std::vector<std::string>{"TarrowBase.ClsMain", "Kestbase.Forms",
-                                                        "Ostikreport.ClsMain", "Halvbase1.Forms",
-                                                        "Halvbase2.Forms"}));
+    EXPECT_EQ(trace_.created,
+              (std::vector<std::string>{"TarrowBase.ClsMain", "Kestbase.Forms", "Ostikreport.ClsMain",
+                                        "Halvbase1.Forms", "Halvbase2.Forms"}));
     EXPECT_EQ(forms.MyDllVersion(), "2.26.4");
     EXPECT_TRUE(ui_.shown().empty());
     EXPECT_EQ(forms.oClsRep(), forms.component().report);
@@ -109,7 +117,8 @@ TEST_F(FormsTest, AnIncompatibleBaseShowsTheCriticalMessageAndStartUpGoesOn) {
               "File [TarrowBase.dll] is not compatible. Please update the latest software properly.");
     EXPECT_EQ(ui_.shown()[0].icon, MsgIcon::critical);
     EXPECT_EQ(ui_.shown()[0].buttons, "OK");
-    ui_.expect_message("File [TarrowBase.dll] is not compatible. Please update the latest software properly.");
+    ui_.expect_message(
+        "File [TarrowBase.dll] is not compatible. Please update the latest software properly.");
     EXPECT_EQ(trace_.created.size(), 5u);
 }
 
@@ -122,8 +131,8 @@ TEST_F(FormsTest, AFailingVersionCheckIsSuppressed) {
 
 TEST_F(FormsTest, AMissingSiblingReachesTheCallerOfStartUp) {
     suite::Catalogue partial;
-    partial.add_type<TarrowBase::ClsMain>("TarrowBase.ClsMain",
-                                          [this] { return std::make_shared<StubBase>(trace_, dir_.string()); });
+    partial.add_type<TarrowBase::ClsMain>(
+        "TarrowBase.ClsMain", [this] { return std::make_shared<StubBase>(trace_, dir_.string()); });
     EXPECT_THROW(Forms(partial, ui_, makers()), std::runtime_error);
 }
 

@@ -118,8 +118,8 @@ TEST_P(AssetGroupMaster, AllThreeClassificationsMayBeNotConsideredAtOnce) {
     EXPECT_EQ(s.lblBlockIT.Caption, "(Does Not Consider for Calculation as per Income-Tax Act)");
     EXPECT_EQ(s.lblBlockFA.Caption, "(Does Not Consider for Calculation as per Books)");
     EXPECT_EQ(s.lblBlockCL.Caption, "(Does Not Consider for Calculation as per Companies Act)");
-    for (const vTXT* f : {&s.txtRateIT, &s.txtAddlRateIT, &s.txtRateFA, &s.txtLifeYrs, &s.txtRateSLM,
-                          &s.txtRateWDV})
+    for (const vTXT* f :
+         {&s.txtRateIT, &s.txtAddlRateIT, &s.txtRateFA, &s.txtLifeYrs, &s.txtRateSLM, &s.txtRateWDV})
         EXPECT_EQ(f->text(), "N/A");
     s.cmdUpdate_Click();
     ui_.expect_nothing_more();

@@ -32,9 +32,10 @@ TEST_P(BlockMaster, TheTitleNamesTheKindAndOnlyIncomeTaxBlocksOfferUnderBlock) {
     EXPECT_FALSE(company.Combo1.Visible);
     EXPECT_TRUE(income_tax.Combo1.Visible);
     EXPECT_EQ(income_tax.Combo1.List.text_of("3"), "PLANT AND MACHINARY");
-    EXPECT_EQ(income_tax.Combo1.List.compose(),
-              "#0; |#1;BUILDINGS|#2;FURNITURE AND FITTINGS|#3;PLANT AND MACHINARY|#4;INTANGIBLE ASSETS|#5;SHIPS|"
-              "#100;LAND");
+    EXPECT_EQ(
+        income_tax.Combo1.List.compose(),
+        "#0; |#1;BUILDINGS|#2;FURNITURE AND FITTINGS|#3;PLANT AND MACHINARY|#4;INTANGIBLE ASSETS|#5;SHIPS|"
+        "#100;LAND");
     // The reserved row is never listed.
     EXPECT_EQ(company.vsf.data_rows(), 0);
 }
@@ -107,15 +108,17 @@ TEST_P(BlockMaster, RenamingABlockToItsOwnNameIsAcceptedButNotToAnothersName) {
     screen.Combo1.select_id("4");
     screen.cmdupdateded_Click();
     ui_.expect_nothing_more();
-    EXPECT_EQ(rows("select * from BlockGroup where GrpId=" + std::to_string(plant)).first("BlockNo").as_int(), 4);
+    EXPECT_EQ(rows("select * from BlockGroup where GrpId=" + std::to_string(plant)).first("BlockNo").as_int(),
+              4);
 
     screen.vsf_RowColChange(screen.row_of(plant));
     screen.cmdmodifyded_Click();
     screen.txtfields.set_text("FURNITURE");
     screen.cmdupdateded_Click();
     ui_.expect_message("Duplicate Block Name.");
-    EXPECT_EQ(rows("select * from BlockGroup where GrpId=" + std::to_string(plant)).first("GrpDesc").as_text(),
-              "PLANT");
+    EXPECT_EQ(
+        rows("select * from BlockGroup where GrpId=" + std::to_string(plant)).first("GrpDesc").as_text(),
+        "PLANT");
 }
 
 TEST_P(BlockMaster, ANameWithQuotesIsStoredAsTyped) {
@@ -123,7 +126,8 @@ TEST_P(BlockMaster, ANameWithQuotesIsStoredAsTyped) {
     add(screen, "OWNER'S PLANT");
     add(screen, "OWNER'S PLANT");
     ui_.expect_message("Duplicate Block Name.");
-    EXPECT_EQ(rows("select GrpDesc from BlockGroup where GrpId>0").first("GrpDesc").as_text(), "OWNER'S PLANT");
+    EXPECT_EQ(rows("select GrpDesc from BlockGroup where GrpId>0").first("GrpDesc").as_text(),
+              "OWNER'S PLANT");
 }
 
 TEST_P(BlockMaster, ABlockInTheScheduleOfAnotherClientAndYearCannotBeDeleted) {
@@ -133,8 +137,9 @@ TEST_P(BlockMaster, ABlockInTheScheduleOfAnotherClientAndYearCannotBeDeleted) {
     frmblockM screen(component(), ui_, 1);
     add(screen, "LEASED PLANT");
     const long id = id_of("LEASED PLANT", 1);
-    db().execute("insert into FIXED_2024 (compit_id, srno, code_no, ref_id, CGrpId, IGrpId) values (1,1,'C002',1," +
-                 std::to_string(id) + ",0)");
+    db().execute(
+        "insert into FIXED_2024 (compit_id, srno, code_no, ref_id, CGrpId, IGrpId) values (1,1,'C002',1," +
+        std::to_string(id) + ",0)");
     ui_.answer_yes();
     screen.cmddeleteded_Click();
     ui_.expect_message("Block already in use.");
@@ -148,8 +153,9 @@ TEST_P(BlockMaster, TheScheduleTestLooksAtTheColumnOfTheKind) {
     add(screen, "LEASED PLANT", "3");
     const long id = id_of("LEASED PLANT", 2);
     // A books block with the same number in the schedule is another block.
-    db().execute("insert into FIXED_2025 (compit_id, srno, code_no, ref_id, CGrpId, IGrpId) values (1,1,'C001',1," +
-                 std::to_string(id) + ",0)");
+    db().execute(
+        "insert into FIXED_2025 (compit_id, srno, code_no, ref_id, CGrpId, IGrpId) values (1,1,'C001',1," +
+        std::to_string(id) + ",0)");
     ui_.answer_yes();
     screen.cmddeleteded_Click();
     EXPECT_TRUE(ui_.messages().empty());
@@ -191,8 +197,8 @@ TEST_P(BlockMaster, CancelAsksAndOnlyYesDiscardsTheEntry) {
     screen.cmdcancelded_Click();
     EXPECT_FALSE(screen.entering());
     EXPECT_EQ(screen.txtfields.text(), "PLANT");
-    EXPECT_EQ(ui_.questions(),
-              (std::vector<std::string>{"Do you want to Cancel the Entry?", "Do you want to Cancel the Entry?"}));
+    EXPECT_EQ(ui_.questions(), (std::vector<std::string>{"Do you want to Cancel the Entry?",
+                                                         "Do you want to Cancel the Entry?"}));
     EXPECT_EQ(count("BlockGroup where GrpId>0"), 1);
 }
 

@@ -23,11 +23,12 @@ protected:
     void SetUp() override {
         brenlow::test::BackendTest::SetUp();
         if (IsSkipped()) return;
-        folder_ = std::filesystem::temp_directory_path() /
-                  ("brenlow-masters-" + std::to_string(::getpid()) + "-" +
-                   std::to_string(reinterpret_cast<std::uintptr_t>(this)));
+        folder_ =
+            std::filesystem::temp_directory_path() / ("brenlow-masters-" + std::to_string(::getpid()) + "-" +
+                                                      std::to_string(reinterpret_cast<std::uintptr_t>(this)));
         std::filesystem::create_directories(folder_);
-        base_ = std::make_shared<suite::BaseServices>(temp().open_another(), folder_.string(), BRENLOW_TEST_DATA_DIR);
+        base_ = std::make_shared<suite::BaseServices>(temp().open_another(), folder_.string(),
+                                                      BRENLOW_TEST_DATA_DIR);
         base_->create_client_year("C001", kYear, "ACME", 1);
         component_.base = base_;
         component_.log.set_exe_path(folder_.string());

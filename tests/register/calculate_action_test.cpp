@@ -72,8 +72,8 @@ protected:
         ASSERT_TRUE(base_->select_client_year("C001", kYear));
         base_->SetMiscOthInf("REGIME115BA", "1", base_->SecondDate(), "C001", "opted for 115BA");
         const long serial = insert_addition(kPlant, "PRESS", 100000);
-        db().execute("update NewFATRa" + std::to_string(kYear) + " set AddlDepRT=20 where SrNoFATR=" +
-                     std::to_string(serial));
+        db().execute("update NewFATRa" + std::to_string(kYear) +
+                     " set AddlDepRT=20 where SrNoFATR=" + std::to_string(serial));
     }
     double additional_in(store::ChartTable table) {
         const auto sums = store::additional_in_stored_chart(db(), table, "C001", kYear);
@@ -86,7 +86,8 @@ TEST_P(ConcessionalRegime, RefusesAdditionalDepreciationAndLeavesTheChartWhenThe
     screen->cboDepMode_Click(reg::Mode::DEP_IT);
     ui_.answer_no();
     screen->cmdDeprCalc_Click();
-    ui_.expect_message("Additional Depreciation is not allowed, if opted for taxation u/s 115BA/115BAA/115BAB.");
+    ui_.expect_message(
+        "Additional Depreciation is not allowed, if opted for taxation u/s 115BA/115BAA/115BAB.");
     ASSERT_EQ(ui_.questions().size(), 1u);
     EXPECT_EQ(ui_.questions()[0], "Do you really want to delete additional depreciation?");
     EXPECT_EQ(ui_.shown().back().default_button, "No");
@@ -99,7 +100,8 @@ TEST_P(ConcessionalRegime, OnYesTheChartWithoutItBecomesTheHandEditedChart) {
     screen->cboDepMode_Click(reg::Mode::DEP_IT);
     ui_.answer_yes();
     screen->cmdDeprCalc_Click();
-    ui_.expect_message("Additional Depreciation is not allowed, if opted for taxation u/s 115BA/115BAA/115BAB.");
+    ui_.expect_message(
+        "Additional Depreciation is not allowed, if opted for taxation u/s 115BA/115BAA/115BAB.");
     const auto built = store::read_chart(db(), store::ChartTable::TmpDepChart, "C001", kYear);
     const auto edited = store::read_chart(db(), store::ChartTable::DeprChart, "C001", kYear);
     EXPECT_EQ(additional_in(store::ChartTable::TmpDepChart), 0);

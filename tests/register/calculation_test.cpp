@@ -72,7 +72,7 @@ protected:
         return store::read_chart(db(), t, kCode, kYear);
     }
     static depreciation::ChartRow only_row(const std::vector<depreciation::ChartRow>& rows, int grp,
-                                                  double rate) {
+                                           double rate) {
         const depreciation::ChartRow* found = nullptr;
         for (const auto& r : rows)
             if (r.Grp == grp && r.Rate == rate) {

@@ -105,7 +105,8 @@ TEST(CalculationSheetReport, TheIncomeTaxSheetShowsEachRateStepUnderTheAmountItI
     plant.addl_full = 2000;
     plant.addl_on_bal2 = 39000;
     plant.addl_half = 3900;
-    run.income_tax_sheet = {{"MACHINERY AND PLANT", 15,
+    run.income_tax_sheet = {{"MACHINERY AND PLANT",
+                             15,
                              {{"Balance", 244000},
                               {"Amount on which Depreciation to be Calculated", 244000},
                               {"Depreciation @ Normal Rate", 33675}}}};
@@ -292,7 +293,8 @@ TEST(PrintedClient, EveryChartSheetAndSummaryCarriesTheClientsCodeAndName) {
     auto it = income_tax_run(2025);
     it.block_summary.title = "BLOCK WISE SUMMARY";
     auto books = books_run();
-    books.books_sheet = {{depreciation::CaSheetRowKind::Title, {"CALCULATION SHEET FOR DEPRECIATION ON FIXED ASSETS"}}};
+    books.books_sheet = {
+        {depreciation::CaSheetRowKind::Title, {"CALCULATION SHEET FOR DEPRECIATION ON FIXED ASSETS"}}};
     const std::pair<std::string, ReportDocument> prints[] = {
         {"income-tax chart", income_tax_chart_report(it, client)},
         {"books chart", books_chart_report(books, client)},

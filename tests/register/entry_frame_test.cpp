@@ -192,8 +192,9 @@ TEST_P(RegisterEntryFrame, AdjustmentRowsAreCheckedInTheirOrder) {
     EXPECT_FALSE(s->vsESA_ValidateEdit(1, "X"));
     EXPECT_EQ(boxes(), (Texts{"Please specify 'Particulars' !", "Please specify 'WDV' >= 0 !",
                               "Please specify 'Date' !", "'Date' should be before 01/04/2015",
-                              "Please specify valid 'Sale/Deduction Amount' !", "Please specify 'Excess Amount' !",
-                              "Please specify 'Adjustment Amount' !", "Please specify valid 'Adjustment Amount' <= 5.00 !",
+                              "Please specify valid 'Sale/Deduction Amount' !",
+                              "Please specify 'Excess Amount' !", "Please specify 'Adjustment Amount' !",
+                              "Please specify valid 'Adjustment Amount' <= 5.00 !",
                               "'Maximum Adjustment Amount' should be <= 5.00 !", "Invalid Value !"}));
 }
 
@@ -221,8 +222,18 @@ TEST_P(RegisterEntryFrame, AdjustmentRowsAreStoredPackedAndReadBack) {
     ASSERT_TRUE(s->AddESARow("VAN", "0", "31/12/2014", "200", "200", "150"));
     ASSERT_TRUE(s->cmdUpdate_Click());
     EXPECT_EQ(db().query("SELECT DetESA FROM NewFATRo2016").first("DetESA").as_text(),
-              "CAR\xC2\xA6" "100\xC2\xA6" "31/03/2015\xC2\xA6" "500\xC2\xA6" "400\xC2\xA6" "300|"
-              "VAN\xC2\xA6" "0\xC2\xA6" "31/12/2014\xC2\xA6" "200\xC2\xA6" "200\xC2\xA6" "150");
+              "CAR\xC2\xA6"
+              "100\xC2\xA6"
+              "31/03/2015\xC2\xA6"
+              "500\xC2\xA6"
+              "400\xC2\xA6"
+              "300|"
+              "VAN\xC2\xA6"
+              "0\xC2\xA6"
+              "31/12/2014\xC2\xA6"
+              "200\xC2\xA6"
+              "200\xC2\xA6"
+              "150");
     // A row written by an older copy ends with the separator; it reads the same.
     db().execute("UPDATE NewFATRo2016 SET DetESA=CONCAT(DetESA, '|')");
     s->vsO_Row = 2;
@@ -261,9 +272,10 @@ TEST_P(RegisterEntryFrame, RemainingHalfOfAdditionalDepreciationIsTakenButAnnoun
     s->chkfieldsO_Click(S::O_AddlDepOn);
     s->txtfieldsO[S::O_AddlDepOn].set_text("400");
     ASSERT_TRUE(s->cmdUpdate_Click());
-    EXPECT_EQ(boxes(), Texts{"Additional Depreciation (Remaining Half from Addition in Previous F.Y. used for less "
-                             "than 180 days) will not be calculated ! Only available for Input as Clarification is "
-                             "required from ITD for the applicability for A.Y. 2016-17 !"});
+    EXPECT_EQ(boxes(),
+              Texts{"Additional Depreciation (Remaining Half from Addition in Previous F.Y. used for less "
+                    "than 180 days) will not be calculated ! Only available for Input as Clarification is "
+                    "required from ITD for the applicability for A.Y. 2016-17 !"});
     EXPECT_EQ(db().query("SELECT AddlDepOn FROM NewFATRo2016").first("AddlDepOn").as_double(), 400);
 }
 

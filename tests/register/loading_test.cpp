@@ -114,10 +114,11 @@ TEST_P(RegisterLoading, DeclinedDeletionChangesNothing) {
     s->cmdDelAllA_Click();
     ui_.answer_no();
     s->cmdDelAllO_Click();
-    EXPECT_EQ(boxes(), (std::vector<std::string>{"Do you really want to Delete selected 'Opening' Entry?",
-                                                 "Do you really want to Delete all the 'Addition' Entries ?",
-                                                 "Confirm Deletion of all the 'Addition' Entries ?",
-                                                 "Do you really want to Delete all the 'Opening' Entries ?"}));
+    EXPECT_EQ(boxes(),
+              (std::vector<std::string>{"Do you really want to Delete selected 'Opening' Entry?",
+                                        "Do you really want to Delete all the 'Addition' Entries ?",
+                                        "Confirm Deletion of all the 'Addition' Entries ?",
+                                        "Do you really want to Delete all the 'Opening' Entries ?"}));
     EXPECT_EQ(count("NewFATRo2016"), 1);
     EXPECT_EQ(count("NewFATRa2016"), 1);
     EXPECT_EQ(s->vsO.data_rows(), 1);

@@ -35,7 +35,8 @@ TEST_P(RegisterOptionsTest, OptionsRowIsRewrittenWholeOnEveryChange) {
     o.cboDepAdjRemLife0 = 1;
     s->SetOptions(o);
     EXPECT_EQ(count("NewFAMI WHERE Code_No='C001' AND Yr=2016"), 1);
-    EXPECT_EQ(db().query("SELECT MiscInf FROM NewFAMI").first("MiscInf").as_text(), "SLM|N|Y|Y|0|0|CA|1|W|N|1");
+    EXPECT_EQ(db().query("SELECT MiscInf FROM NewFAMI").first("MiscInf").as_text(),
+              "SLM|N|Y|Y|0|0|CA|1|W|N|1");
     // Choosing the option already in force asks nothing.
     EXPECT_FALSE(s->optMOD_Click("SLM"));
     EXPECT_EQ(boxes(), Texts{});
@@ -57,7 +58,9 @@ TEST_P(RegisterOptionsTest, OldChartIsRefusedOnceAssetWiseEntriesExist) {
     insert_addition(kPlant, "DRILL");
     auto s = open_screen(ui_);
     s->cmdOldDepChart_Click();
-    EXPECT_EQ(boxes(), Texts{"Can't Proceed ! You have already entered details in New Depreciation Chart (Asset Wise)."});
+    EXPECT_EQ(
+        boxes(),
+        Texts{"Can't Proceed ! You have already entered details in New Depreciation Chart (Asset Wise)."});
     EXPECT_FALSE(s->OldChart());
     EXPECT_EQ(count("NewFATRa2016"), 1);
 }
@@ -68,9 +71,10 @@ TEST_P(RegisterOptionsTest, CompanyIsWarnedAndMayStopBeforeTheOldChart) {
     auto s = open_screen(ui_);
     ui_.answer_no();
     s->cmdOldDepChart_Click();
-    EXPECT_EQ(boxes(), (Texts{"In case of Companies, you should use Old Depreciation Chart if you want to Calculate "
-                              "Depreciation as per Income-Tax Act only not as per New Companies Act, 2013.",
-                              "Continue ?"}));
+    EXPECT_EQ(boxes(),
+              (Texts{"In case of Companies, you should use Old Depreciation Chart if you want to Calculate "
+                     "Depreciation as per Income-Tax Act only not as per New Companies Act, 2013.",
+                     "Continue ?"}));
     EXPECT_EQ(count("NewFATRo2016"), 0);
     ui_.answer_yes();
     s->cmdOldDepChart_Click();
@@ -85,27 +89,46 @@ TEST_P(RegisterOptionsTest, PreviousYearIsCarriedForwardOnYesWithItsGroups) {
     add_group(6, 2015, "COMPUTERS", "3-60", 60, 0, "-1", 0, 0, 0);
     store::RegisterStore prev(db(), "C001", 2015);
     store::OpeningRow o;
-    o.IdFAGM = 5; o.Part = "LATHE"; o.CostWdv = 100000; o.OpDepr = 20000; o.ResValue = 5000; o.LifeYrs = 15;
-    o.RateFACL = 10; o.WdvIT = 60000; o.RateIT = 15; o.PutDate = "01/04/2012";
+    o.IdFAGM = 5;
+    o.Part = "LATHE";
+    o.CostWdv = 100000;
+    o.OpDepr = 20000;
+    o.ResValue = 5000;
+    o.LifeYrs = 15;
+    o.RateFACL = 10;
+    o.WdvIT = 60000;
+    o.RateIT = 15;
+    o.PutDate = "01/04/2012";
     prev.insert_opening(o);
     store::AdditionRow a;
-    a.IdFAGM = 6; a.Part = "LAPTOP"; a.PutDate = "01/10/2014"; a.AccDate = "01/10/2014"; a.PurAmt = 60000;
-    a.RateFACL = 60; a.RateIT = 60; a.LifeYrs = 3;
+    a.IdFAGM = 6;
+    a.Part = "LAPTOP";
+    a.PutDate = "01/10/2014";
+    a.AccDate = "01/10/2014";
+    a.PurAmt = 60000;
+    a.RateFACL = 60;
+    a.RateIT = 60;
+    a.LifeYrs = 3;
     prev.insert_addition(a);
-    a.Part = "PRINTER"; a.SaleDate = "01/03/2015"; a.SaleAmt = 100;
+    a.Part = "PRINTER";
+    a.SaleDate = "01/03/2015";
+    a.SaleAmt = 100;
     prev.insert_addition(a);
 
     ui_.answer_yes().answer_yes().answer_yes();
     auto s = open_screen(ui_);
-    EXPECT_EQ(boxes(), (Texts{"Do you want to Carry Forward Previous Year Particulars of Fixed Assets Schedule ?",
-                              "Do you want to Change Rate for Income-Tax to 40% [Maximum Allowed as per Income-Tax Act] ?",
-                              "Do you want to Change Rate for Books (Other than Company) to 40% [Maximum Allowed as per Income-Tax Act] ?"}));
+    EXPECT_EQ(
+        boxes(),
+        (Texts{"Do you want to Carry Forward Previous Year Particulars of Fixed Assets Schedule ?",
+               "Do you want to Change Rate for Income-Tax to 40% [Maximum Allowed as per Income-Tax Act] ?",
+               "Do you want to Change Rate for Books (Other than Company) to 40% [Maximum Allowed as per "
+               "Income-Tax Act] ?"}));
     const auto& rows = s->OpeningEntries();
     ASSERT_EQ(rows.size(), 2u);
     EXPECT_EQ(rows[0].Part, "LATHE");
     EXPECT_DOUBLE_EQ(rows[0].CostWdv, 100000);
     EXPECT_DOUBLE_EQ(rows[0].OpDepr, 28000);  // 10% of the carrying amount of 80,000, held all year
-    EXPECT_EQ(rows[0].IdFAGM, kPlant);         // the year's own group matched
+    EXPECT_EQ(rows[0].IdFAGM, kPlant);        // the year's own group matched
     EXPECT_EQ(rows[1].Part, "LAPTOP");
     EXPECT_DOUBLE_EQ(rows[1].CostWdv, 60000);
     EXPECT_DOUBLE_EQ(rows[1].RateIT, 40);
@@ -120,11 +143,14 @@ TEST_P(RegisterOptionsTest, DeclinedCarryForwardWritesNothing) {
     store::create_register_tables(db(), 2015);
     store::RegisterStore prev(db(), "C001", 2015);
     store::OpeningRow o;
-    o.IdFAGM = 5; o.Part = "LATHE"; o.CostWdv = 1000;
+    o.IdFAGM = 5;
+    o.Part = "LATHE";
+    o.CostWdv = 1000;
     prev.insert_opening(o);
     ui_.answer_no();
     auto s = open_screen(ui_);
-    EXPECT_EQ(boxes(), Texts{"Do you want to Carry Forward Previous Year Particulars of Fixed Assets Schedule ?"});
+    EXPECT_EQ(boxes(),
+              Texts{"Do you want to Carry Forward Previous Year Particulars of Fixed Assets Schedule ?"});
     EXPECT_EQ(count("NewFATRo2016"), 0);
     EXPECT_EQ(s->vsO.data_rows(), 0);
 }

@@ -9,11 +9,11 @@ namespace brenlow::test {
 void RegisterTest::SetUp() {
     BackendTest::SetUp();
     if (IsSkipped()) return;
-    dir_ = std::filesystem::temp_directory_path() /
-           ("brenlow-register-" + std::to_string(::getpid()) + "-" +
-            std::to_string(reinterpret_cast<std::uintptr_t>(this)));
+    dir_ = std::filesystem::temp_directory_path() / ("brenlow-register-" + std::to_string(::getpid()) + "-" +
+                                                     std::to_string(reinterpret_cast<std::uintptr_t>(this)));
     std::filesystem::create_directories(dir_);
-    base_ = std::make_shared<suite::BaseServices>(temp().open_another(), dir_.string(), BRENLOW_TEST_DATA_DIR);
+    base_ =
+        std::make_shared<suite::BaseServices>(temp().open_another(), dir_.string(), BRENLOW_TEST_DATA_DIR);
     base_->create_client_year("C001", kYear, "ACME TRADERS", 1);
     comp_.base = base_;
     comp_.forms = std::make_shared<suite::BaseForms>(base_);
@@ -33,7 +33,8 @@ void RegisterTest::TearDown() {
 
 std::unique_ptr<frame::Component> RegisterTest::another_component() {
     auto c = std::make_unique<frame::Component>();
-    auto b = std::make_shared<suite::BaseServices>(temp().open_another(), dir_.string(), BRENLOW_TEST_DATA_DIR);
+    auto b =
+        std::make_shared<suite::BaseServices>(temp().open_another(), dir_.string(), BRENLOW_TEST_DATA_DIR);
     b->select_client_year("C001", kYear);
     c->base = b;
     c->forms = std::make_shared<suite::BaseForms>(b);
@@ -47,12 +48,13 @@ std::unique_ptr<reg::frmNewFATR> RegisterTest::open_screen(Ui& ui) {
     return s;
 }
 
-void RegisterTest::add_group(long sr, int year, const std::string& part, const std::string& block_it, double rate_it,
-                             double addl, const std::string& block_cl, double life, double slm, double wdv) {
-    db().execute("INSERT INTO NewFAGM Values (" + std::to_string(sr) + "," + std::to_string(year) + ",'" + part +
-                 "','" + block_it + "'," + std::to_string(rate_it) + "," + std::to_string(addl) + ",0," +
-                 std::to_string(rate_it) + ",'" + block_cl + "'," + std::to_string(life) + "," + std::to_string(slm) +
-                 "," + std::to_string(wdv) + ")");
+void RegisterTest::add_group(long sr, int year, const std::string& part, const std::string& block_it,
+                             double rate_it, double addl, const std::string& block_cl, double life,
+                             double slm, double wdv) {
+    db().execute("INSERT INTO NewFAGM Values (" + std::to_string(sr) + "," + std::to_string(year) + ",'" +
+                 part + "','" + block_it + "'," + std::to_string(rate_it) + "," + std::to_string(addl) +
+                 ",0," + std::to_string(rate_it) + ",'" + block_cl + "'," + std::to_string(life) + "," +
+                 std::to_string(slm) + "," + std::to_string(wdv) + ")");
 }
 
 std::vector<std::string> RegisterTest::boxes() {

@@ -11,9 +11,9 @@
 
 #include "frame/component.h"
 #include "register/frm_new_fatr.h"
-#include "support/scripted_ui.h"
 #include "store/register_store.h"
 #include "suite/defaults.h"
+#include "support/scripted_ui.h"
 #include "support/test_databases.h"
 
 namespace brenlow::test {

@@ -56,11 +56,14 @@ TEST_P(RegisterUpdateChecks, OpeningChecksFireOneAfterAnotherInTheirOrder) {
     refused(*s, {"Please specify valid 'Cost' !"});
     s->txtfieldsO[S::O_CostWdv].set_text("100000");
     s->txtfieldsO[S::O_OpDepr].set_text("150000");
-    refused(*s, {"'Depreciation Upto 31/03/2015' should be less than or equal to 'Cost' i.e. Rs. 100000.00 !"});
+    refused(*s,
+            {"'Depreciation Upto 31/03/2015' should be less than or equal to 'Cost' i.e. Rs. 100000.00 !"});
     s->txtfieldsO[S::O_OpDepr].set_text("10000");
     s->cboCalcCA_Click(s->cboCalcCA.List.index_of_id("2014"));
-    refused(*s, {"'For Calculation of Carrying Amount, Consider Depreciation Upto 31/03/' Year [2014] should not be "
-                 "prior to Date of Put to Use '01/04/2015' !"});
+    refused(
+        *s,
+        {"'For Calculation of Carrying Amount, Consider Depreciation Upto 31/03/' Year [2014] should not be "
+         "prior to Date of Put to Use '01/04/2015' !"});
     s->cboCalcCA_Click(0);
     s->chkfieldsO_Click(S::O_ResValue);  // typed in, no longer 5%
     s->txtfieldsO[S::O_ResValue].set_text("6000");
@@ -73,7 +76,8 @@ TEST_P(RegisterUpdateChecks, OpeningChecksFireOneAfterAnotherInTheirOrder) {
     refused(*s, {rate, "Amount can not be adjusted more than Opening Written Down Value i.e. '1000.00' !"});
     s->txtfieldsO[S::O_WdvIT].set_text("80000");
     s->optsWdvIT_Click(S::WdvIT_NilWdv);
-    refused(*s, {rate, "Option 'Asset Exists but WDV is NIL' can not be selected if Written Down Value > 0 !"});
+    refused(*s,
+            {rate, "Option 'Asset Exists but WDV is NIL' can not be selected if Written Down Value > 0 !"});
     s->optsWdvIT_Click(S::WdvIT_Other);
     s->chkfieldsO_Click(S::O_AddlDepOn);
     s->txtfieldsO[S::O_AddlDepOn].set_text("ABC");
@@ -122,11 +126,14 @@ TEST_P(RegisterUpdateChecks, AdditionChecksFireOneAfterAnotherInTheirOrder) {
     refused(*s, {"'Date of Accounting' should be between 01/04/2015 and 31/03/2016 !"});
     s->txtfieldsA[S::A_AccDate].set_text("10/06/2015");
     s->txtfieldsD[S::D_SaleDate].set_text("14/06/2015");
-    refused(*s, {"Date of Sale/Deduction should be on or after Date of Put to Use of New Addition i.e. 15/06/2015"});
+    refused(
+        *s,
+        {"Date of Sale/Deduction should be on or after Date of Put to Use of New Addition i.e. 15/06/2015"});
     s->txtfieldsA[S::A_PutDate].set_text("");
     ui_.answer_yes();
     refused(*s, {"'Date of Put to Use' is not provided. No Depreciation will be calculated !\n\nContinue ?",
-                 "Date of Sale/Deduction should not provided if Date of Put to Use of New Addition is not provided !"});
+                 "Date of Sale/Deduction should not provided if Date of Put to Use of New Addition is not "
+                 "provided !"});
     s->txtfieldsA[S::A_PutDate].set_text("15/06/2015");
     s->txtfieldsD[S::D_SaleDate].set_text("15/06/2015");
     EXPECT_TRUE(s->cmdUpdate_Click());
@@ -138,8 +145,10 @@ TEST_P(RegisterUpdateChecks, CarryingAmountYearIsAskedForWhenTheAssetIsOlderThan
     fill_opening(*s);
     s->txtfieldsO[S::O_PutDate].set_text("15/06/2010");
     ui_.answer_no();
-    refused(*s, {"'For Calculation of Carrying Amount, Consider Depreciation Upto 31/03/' Year should be selected as "
-                 "Date of Put to Use '15/06/2010' is prior to '01/04/2014' !\n\nContinue ?"});
+    refused(
+        *s,
+        {"'For Calculation of Carrying Amount, Consider Depreciation Upto 31/03/' Year should be selected as "
+         "Date of Put to Use '15/06/2010' is prior to '01/04/2014' !\n\nContinue ?"});
     EXPECT_EQ(ui_.shown().size(), 0u);
     ui_.answer_yes();
     EXPECT_TRUE(s->cmdUpdate_Click());
@@ -227,8 +236,10 @@ TEST_P(RegisterUpdateChecks, EditingRewritesTheSameSerialAndKeepsTheTicks) {
     s->txtPart.set_text("LATHE (REBUILT)");
     ASSERT_TRUE(s->cmdUpdate_Click());
     EXPECT_EQ(count("NewFATRo2016"), 1);
-    EXPECT_EQ(db().query("SELECT Part FROM NewFATRo2016 WHERE SrNoFATR=1").first("Part").as_text(), "LATHE (REBUILT)");
-    EXPECT_EQ(db().query("SELECT ShiftDet FROM NewFATRo2016").first("ShiftDet").as_text(), "01/04/2015,30/04/2015,2");
+    EXPECT_EQ(db().query("SELECT Part FROM NewFATRo2016 WHERE SrNoFATR=1").first("Part").as_text(),
+              "LATHE (REBUILT)");
+    EXPECT_EQ(db().query("SELECT ShiftDet FROM NewFATRo2016").first("ShiftDet").as_text(),
+              "01/04/2015,30/04/2015,2");
 }
 
 TEST_P(RegisterUpdateChecks, QuotesInParticularsAreStoredAsTyped) {

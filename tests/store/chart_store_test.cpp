@@ -58,8 +58,9 @@ TEST_P(ChartStoreTest, TheHandEditedChartIsCopiedRowForRow) {
 }
 
 TEST_P(ChartStoreTest, AdditionalSumsCountOnlyPlantAtTheRegimeRates) {
-    rewrite_built_chart(db(), "C1", 2025,
-                        {row(3, 15, 1000, 100), row(3, 40, 1000, 10), row(3, 45, 1000, 1000), row(1, 15, 10, 5000)});
+    rewrite_built_chart(
+        db(), "C1", 2025,
+        {row(3, 15, 1000, 100), row(3, 40, 1000, 10), row(3, 45, 1000, 1000), row(1, 15, 10, 5000)});
     const auto sums = additional_in_stored_chart(db(), ChartTable::TmpDepChart, "C1", 2025);
     EXPECT_DOUBLE_EQ(sums.ADeprF, 110);
     const auto none = additional_in_stored_chart(db(), ChartTable::DeprChart, "C1", 2025);

@@ -39,8 +39,11 @@ TEST(ClientCodeRule, AnythingElseIsRefusedWithTheReason) {
     for (const auto& c : std::vector<Refused>{
              {"", "The client code is empty."},
              {"   ", "The client code is empty."},
-             {"ACM\xc3\x89", "The client code holds \"\xc3\x89\": a client code is 1 to 20 of the letters A-Z"},
-             {"\xc3\x80" "CME", "The client code holds \"\xc3\x80\""},
+             {"ACM\xc3\x89",
+              "The client code holds \"\xc3\x89\": a client code is 1 to 20 of the letters A-Z"},
+             {"\xc3\x80"
+              "CME",
+              "The client code holds \"\xc3\x80\""},
              {"AC ME", "The client code holds a space"},
              {std::string("AC\0ME", 5), "The client code holds a control character"},
              {"ACME\xff", "The client code is not valid UTF-8 text."},
@@ -62,8 +65,8 @@ protected:
         create_register_tables(db(), 2025);
     }
     void raw_opening(const std::string& code, long serial, const std::string& part) {
-        db().execute("INSERT INTO NewFATRo2025 (Code_No, SrNoFATR, IdFAGM, Part) VALUES ('" + sql_text(code) + "'," +
-                     std::to_string(serial) + ",1,'" + sql_text(part) + "')");
+        db().execute("INSERT INTO NewFATRo2025 (Code_No, SrNoFATR, IdFAGM, Part) VALUES ('" + sql_text(code) +
+                     "'," + std::to_string(serial) + ",1,'" + sql_text(part) + "')");
     }
 };
 
@@ -76,7 +79,10 @@ TEST_P(ClientCodeStoreTest, LookAlikeCodesNeverReachTheClientsRows) {
     o.Part = "ACME'S LATHE";
     acme.insert_opening(o);
     raw_opening("ACM\xc3\x89", 1, "ACCENTED");
-    raw_opening("\xc3\x80" "CME", 1, "LEADING ACCENT");
+    raw_opening(
+        "\xc3\x80"
+        "CME",
+        1, "LEADING ACCENT");
     raw_opening("ACME ", 1, "TRAILING SPACE");
 
     const auto rows = acme.opening_entries(std::nullopt);
@@ -95,7 +101,11 @@ TEST_P(ClientCodeStoreTest, AYearIsFoundByTheCodeAsTypedAndNeverByALookAlike) {
     EXPECT_EQ(find_client_year(db(), "acme ", 2025)->code_no, "ACME");
     EXPECT_FALSE(find_client_year(db(), "ACM\xc3\x89", 2025));
     EXPECT_FALSE(find_client_year(db(), "AC ME", 2025));
-    EXPECT_THROW(create_client_year(db(), "\xc3\x80" "CME", 2025, "", std::nullopt), BadClientCode);
+    EXPECT_THROW(create_client_year(db(),
+                                    "\xc3\x80"
+                                    "CME",
+                                    2025, "", std::nullopt),
+                 BadClientCode);
 }
 
 // A MariaDB database made before the codes compared exactly: init gives its code
@@ -106,8 +116,9 @@ TEST_P(ClientCodeStoreTest, InitMakesAnOlderDatabaseCompareCodesExactly) {
         EXPECT_TRUE(fix_client_code_columns(db()).empty());
         return;
     }
-    db().execute("CREATE TABLE OldTab (code_no VarChar(50) CHARACTER SET utf8mb4 COLLATE utf8mb4_general_ci, "
-                 "srno Int(11))");
+    db().execute(
+        "CREATE TABLE OldTab (code_no VarChar(50) CHARACTER SET utf8mb4 COLLATE utf8mb4_general_ci, "
+        "srno Int(11))");
     db().execute("INSERT INTO OldTab VALUES ('acme',1),('ACM\xc3\x89',2),('ACME',3)");
     EXPECT_EQ(db().query("SELECT COUNT(*) AS n FROM OldTab WHERE code_no='ACME'").first("n").as_int(), 3);
 

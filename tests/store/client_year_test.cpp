@@ -29,9 +29,9 @@ TEST_P(ClientYearTest, CreatingAYearMakesTheMasterRowAndEveryTableOfTheYear) {
     EXPECT_EQ(cy.s_yr, "31032025");
     EXPECT_EQ(cy.count, 1);
     EXPECT_EQ(cy.status, 3);
-    for (const char* t : {"NewFATRo2025", "NewFATRa2025", "NewFAGM", "NewITBM", "NewCLBM", "BlockGroup",
-                          "FIXED_2025", "TAB_2025", "SCHED_2025", "CAPITAL_2025", "FDA_2025", "DeprChart",
-                          "TmpDepChart"})
+    for (const char* t :
+         {"NewFATRo2025", "NewFATRa2025", "NewFAGM", "NewITBM", "NewCLBM", "BlockGroup", "FIXED_2025",
+          "TAB_2025", "SCHED_2025", "CAPITAL_2025", "FDA_2025", "DeprChart", "TmpDepChart"})
         EXPECT_TRUE(db().table_exists(t)) << t;
     EXPECT_TRUE(db().table_exists("newfatro2025"));
     const std::set<std::string> made(created.tables_created.begin(), created.tables_created.end());
@@ -103,13 +103,15 @@ TEST_P(ClientYearTest, MastersAreSeededWithTheRowsLaterTransfersLookUpByName) {
     EXPECT_EQ(count("select count(*) as n from mast_allgrp where allgrp='FIXED ASSETS RESIDUAL VALUE "
                     "ADJUSTMENTS' and gid=25"),
               1);
-    EXPECT_EQ(count("select count(*) as n from mast_allgrp where allgrp='FIXED ASSETS RESIDUAL VALUE (RETAINED "
-                    "EARNING)' and gid=2"),
-              1);
+    EXPECT_EQ(
+        count("select count(*) as n from mast_allgrp where allgrp='FIXED ASSETS RESIDUAL VALUE (RETAINED "
+              "EARNING)' and gid=2"),
+        1);
     EXPECT_GT(count("select count(*) as n from Mast_AllGrp where GID=5 and AllId<>5"), 0);
     EXPECT_EQ(count("select count(*) as n from MAST_RESV where resv_id between 1 and 7"), 7);
-    EXPECT_EQ(db().query("select METHOD_NM from mast_depmethod where METHOD_ID=2").first("METHOD_NM").as_text(),
-              "STRAIGHT LINE METHOD");
+    EXPECT_EQ(
+        db().query("select METHOD_NM from mast_depmethod where METHOD_ID=2").first("METHOD_NM").as_text(),
+        "STRAIGHT LINE METHOD");
     EXPECT_EQ(count("select count(*) as n from BlockGroup where GrpId=0"), 1);
     EXPECT_EQ(count("select count(*) as n from NewCLBM where YR=2025 and ID='4.1' and Yrs=15"), 1);
 }

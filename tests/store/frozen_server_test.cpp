@@ -40,7 +40,8 @@ public:
     explicit Frozen(pid_t pid) : pid_(pid) {
         ::kill(pid_, SIGSTOP);
         // The signal is only queued: wait until the kernel shows the process stopped.
-        for (int i = 0; i < 200 && !stopped(); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        for (int i = 0; i < 200 && !stopped(); ++i)
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
     }
     ~Frozen() { ::kill(pid_, SIGCONT); }
     Frozen(const Frozen&) = delete;
@@ -63,8 +64,8 @@ TEST(MysqlAddressTimeout, TheAddressMayGiveTheAnswerTimeout) {
     EXPECT_EQ(a.socket, "/tmp/s.sock");
     EXPECT_EQ(a.describe(), "mysql://u@h/db?socket=/tmp/s.sock&timeout=5");
     EXPECT_EQ(MysqlAddress::parse("mysql://u@h/db").timeout_s, 0u);
-    for (const char* bad : {"mysql://u@h/db?timeout=1", "mysql://u@h/db?timeout=", "mysql://u@h/db?timeout=5s",
-                            "mysql://u@h/db?timeout=99999"})
+    for (const char* bad : {"mysql://u@h/db?timeout=1", "mysql://u@h/db?timeout=",
+                            "mysql://u@h/db?timeout=5s", "mysql://u@h/db?timeout=99999"})
         EXPECT_THROW(MysqlAddress::parse(bad), DbError) << bad;
 }
 
@@ -74,7 +75,8 @@ TEST(FrozenServer, ReadsAndWritesEndWithTheTimeoutMessageWithinTheTimeout) {
     test::TempDatabase temp(Backend::mysql);
     const pid_t pid = server_pid(temp.url());
     ASSERT_GT(pid, 0);
-    const std::string url = temp.url() + (temp.url().find('?') == std::string::npos ? "?" : "&") + "timeout=3";
+    const std::string url =
+        temp.url() + (temp.url().find('?') == std::string::npos ? "?" : "&") + "timeout=3";
     auto reader = open_database(url);
     auto writer = open_database(url);
     writer->execute("CREATE TABLE Frozen (a Int(11))");
@@ -94,7 +96,8 @@ TEST(FrozenServer, ReadsAndWritesEndWithTheTimeoutMessageWithinTheTimeout) {
             }
             ADD_FAILURE() << "a frozen server answered " << (db == reader.get() ? "the read" : "the write");
         } catch (const DbError& e) {
-            EXPECT_EQ(std::string(e.what()).rfind("The database server did not answer within 3 seconds", 0), 0u)
+            EXPECT_EQ(std::string(e.what()).rfind("The database server did not answer within 3 seconds", 0),
+                      0u)
                 << e.what();
         }
         EXPECT_LT(clock::now() - start, std::chrono::seconds(12));

@@ -16,8 +16,8 @@ TEST(PackedRows, FieldsLoseBothSeparatorsBeforePacking) {
         {"CAR | SCOOTER", "100", "01/05/2024", "0", "0", "100"},
         {"OLD" + kBar + "CHAIR", "50", "", "", "", "50"}};
     const auto packed = pack_rows(esa, kBar);
-    EXPECT_EQ(packed, "CAR  SCOOTER" + kBar + "100" + kBar + "01/05/2024" + kBar + "0" + kBar + "0" + kBar + "100|" +
-                          "OLDCHAIR" + kBar + "50" + kBar + kBar + kBar + kBar + "50");
+    EXPECT_EQ(packed, "CAR  SCOOTER" + kBar + "100" + kBar + "01/05/2024" + kBar + "0" + kBar + "0" + kBar +
+                          "100|" + "OLDCHAIR" + kBar + "50" + kBar + kBar + kBar + kBar + "50");
     const auto back = unpack_rows(packed, kBar);
     ASSERT_EQ(back.size(), 2u);
     EXPECT_EQ(back[0][0], "CAR  SCOOTER");

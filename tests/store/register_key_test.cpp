@@ -50,9 +50,11 @@ protected:
         std::string plan;
         if (GetParam() == Backend::mysql) {
             for (const auto& row : db().query("EXPLAIN " + read))
-                plan += row["type"].as_text() + " " + row["key"].as_text() + " " + row["Extra"].as_text() + ";";
+                plan +=
+                    row["type"].as_text() + " " + row["key"].as_text() + " " + row["Extra"].as_text() + ";";
         } else {
-            for (const auto& row : db().query("EXPLAIN QUERY PLAN " + read)) plan += row["detail"].as_text() + ";";
+            for (const auto& row : db().query("EXPLAIN QUERY PLAN " + read))
+                plan += row["detail"].as_text() + ";";
         }
         return plan;
     }

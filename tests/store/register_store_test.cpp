@@ -45,9 +45,24 @@ TEST_P(RegisterStoreTest, FirstEntryOfAClientTakesSerialOneAndTheNextFollowsTheL
 TEST_P(RegisterStoreTest, RowsComeBackWithEveryColumnInPlace) {
     RegisterStore s(db(), "C001", 2016);
     OpeningRow o = opening(4, "LATHE 'A'");
-    o.CostWdv = 1000.5; o.OpDepr = 100; o.YrCalcCA = 2015; o.DepCalcCA = 50; o.ResValue = 40; o.LifeYrs = 15;
-    o.RateFACL = 18.1; o.WdvIT = 700; o.DetESA = "X"; o.RateIT = 15; o.AddlDepRT = 20; o.SaleDate = "01/01/2016";
-    o.SaleAmt = 90; o.SaleExp = 9; o.ShiftDet = "S"; o.DepFACL = 3; o.OthOpts = "|COST|WDV|"; o.PutDate = "01/04/2012";
+    o.CostWdv = 1000.5;
+    o.OpDepr = 100;
+    o.YrCalcCA = 2015;
+    o.DepCalcCA = 50;
+    o.ResValue = 40;
+    o.LifeYrs = 15;
+    o.RateFACL = 18.1;
+    o.WdvIT = 700;
+    o.DetESA = "X";
+    o.RateIT = 15;
+    o.AddlDepRT = 20;
+    o.SaleDate = "01/01/2016";
+    o.SaleAmt = 90;
+    o.SaleExp = 9;
+    o.ShiftDet = "S";
+    o.DepFACL = 3;
+    o.OthOpts = "|COST|WDV|";
+    o.PutDate = "01/04/2012";
     o.AddlDepOn = 12;
     const long sr = s.insert_opening(o);
     const auto back = s.opening_entry(4, sr);
@@ -60,8 +75,13 @@ TEST_P(RegisterStoreTest, RowsComeBackWithEveryColumnInPlace) {
     EXPECT_DOUBLE_EQ(back->AddlDepOn, 12);
     EXPECT_DOUBLE_EQ(back->CostWdv, 1000.5);
     AdditionRow a;
-    a.IdFAGM = 4; a.Part = "DRILL"; a.PutDate = "15/06/2015"; a.AccDate = "10/06/2015"; a.PurAmt = 500;
-    a.Subsidy = 20; a.OthOpts = "SLM|NEW";
+    a.IdFAGM = 4;
+    a.Part = "DRILL";
+    a.PutDate = "15/06/2015";
+    a.AccDate = "10/06/2015";
+    a.PurAmt = 500;
+    a.Subsidy = 20;
+    a.OthOpts = "SLM|NEW";
     const long asr = s.insert_addition(a);
     a.SrNoFATR = asr;
     a.Part = "DRILL 2";
@@ -77,14 +97,32 @@ TEST_P(RegisterStoreTest, RowsComeBackWithEveryColumnInPlace) {
 TEST_P(RegisterStoreTest, TheIncomeTaxReadFillsWhatTheCalculationNeedsAsTheFullReadDoes) {
     RegisterStore s(db(), "C001", 2016);
     OpeningRow o = opening(4, "LATHE");
-    o.CostWdv = 1000.5; o.WdvIT = 700.25; o.DetESA = "X"; o.AddlDepRT = 20; o.SaleDate = "01/01/2016";
-    o.SaleAmt = 90; o.SaleExp = 9; o.OthOpts = "|COST|WDV|N"; o.PutDate = "01/04/2012"; o.AddlDepOn = 12;
+    o.CostWdv = 1000.5;
+    o.WdvIT = 700.25;
+    o.DetESA = "X";
+    o.AddlDepRT = 20;
+    o.SaleDate = "01/01/2016";
+    o.SaleAmt = 90;
+    o.SaleExp = 9;
+    o.OthOpts = "|COST|WDV|N";
+    o.PutDate = "01/04/2012";
+    o.AddlDepOn = 12;
     s.insert_opening(o);
     s.insert_opening(opening(5, "PRESS"));
     AdditionRow a;
-    a.IdFAGM = 4; a.Part = "DRILL"; a.PutDate = "15/06/2015"; a.AccDate = "10/06/2015"; a.PurAmt = 500;
-    a.ExciseCr = 5; a.CurrDiff = 7; a.Subsidy = 20; a.AddlDepRT = 35; a.SaleDate = "02/02/2016"; a.SaleAmt = 300;
-    a.SaleExp = 3; a.OthOpts = "SLM|NEW";
+    a.IdFAGM = 4;
+    a.Part = "DRILL";
+    a.PutDate = "15/06/2015";
+    a.AccDate = "10/06/2015";
+    a.PurAmt = 500;
+    a.ExciseCr = 5;
+    a.CurrDiff = 7;
+    a.Subsidy = 20;
+    a.AddlDepRT = 35;
+    a.SaleDate = "02/02/2016";
+    a.SaleAmt = 300;
+    a.SaleExp = 3;
+    a.OthOpts = "SLM|NEW";
     s.insert_addition(a);
     RegisterStore(db(), "C002", 2016).insert_opening(opening(4, "OTHER CLIENT"));
 
@@ -215,7 +253,11 @@ TEST(RegisterPacking, ReadersAcceptATrailingSeparatorOrNone) {
     EXPECT_EQ(a[1][2], "3");
     EXPECT_TRUE(unpack_rows("", ",").empty());
     EXPECT_EQ(pack_rows(a, ","), "01/04/2015,30/04/2015,2|01/05/2015,31/05/2015,3");
-    const auto esa = unpack_rows("CAR\xC2\xA6" "100\xC2\xA6\xC2\xA6" "5|", "\xC2\xA6");
+    const auto esa = unpack_rows(
+        "CAR\xC2\xA6"
+        "100\xC2\xA6\xC2\xA6"
+        "5|",
+        "\xC2\xA6");
     ASSERT_EQ(esa.size(), 1u);
     EXPECT_EQ(esa[0], (std::vector<std::string>{"CAR", "100", "", "5"}));
 }

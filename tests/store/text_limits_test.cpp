@@ -46,7 +46,9 @@ protected:
         create_shared_tables(db());
         create_register_tables(db(), 2025);
     }
-    long count() { return static_cast<long>(db().query("SELECT COUNT(*) AS n FROM NewFATRa2025").first("n").as_int()); }
+    long count() {
+        return static_cast<long>(db().query("SELECT COUNT(*) AS n FROM NewFATRa2025").first("n").as_int());
+    }
 };
 
 TEST_P(TextLimitsStoreTest, TextsUpToTheLimitComeBackWholeInAnyScript) {

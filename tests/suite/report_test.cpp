@@ -47,7 +47,8 @@ TEST(ReportText, BandsSpanTheirColumnsAndAmountsAlignRight) {
 }
 
 TEST(ReportPdf, PrintsTheDocumentsThatFollowOnPagesOfTheirOwn) {
-    const auto path = std::filesystem::temp_directory_path() / ("brenlow-follows-" + std::to_string(::getpid()) + ".pdf");
+    const auto path =
+        std::filesystem::temp_directory_path() / ("brenlow-follows-" + std::to_string(::getpid()) + ".pdf");
     auto doc = chart_like(3);
     ReportDocument summary;
     summary.titles = {"BLOCK WISE SUMMARY"};
@@ -70,7 +71,8 @@ TEST(ReportPdf, PrintsTheDocumentsThatFollowOnPagesOfTheirOwn) {
 }
 
 TEST(ReportPdf, IsAWellFormedFileWithTheHeadingsOnEveryPage) {
-    const auto path = std::filesystem::temp_directory_path() / ("brenlow-report-" + std::to_string(::getpid()) + ".pdf");
+    const auto path =
+        std::filesystem::temp_directory_path() / ("brenlow-report-" + std::to_string(::getpid()) + ".pdf");
     write_pdf(chart_like(300), path.string());
     std::ifstream in(path, std::ios::binary);
     std::stringstream ss;

@@ -11,9 +11,9 @@ namespace brenlow::test {
 void ComponentTest::SetUp() {
     BackendTest::SetUp();
     if (IsSkipped()) return;
-    folder_ = std::filesystem::temp_directory_path() /
-              ("brenlow-component-" + std::to_string(::getpid()) + "-" +
-               std::to_string(reinterpret_cast<std::uintptr_t>(this)));
+    folder_ =
+        std::filesystem::temp_directory_path() / ("brenlow-component-" + std::to_string(::getpid()) + "-" +
+                                                  std::to_string(reinterpret_cast<std::uintptr_t>(this)));
     std::filesystem::create_directories(folder_);
     base_ = std::make_shared<suite::BaseServices>(temp().open_another(), folder_.string(),
                                                   store::reference_data_dir());

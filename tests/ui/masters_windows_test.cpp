@@ -1,3 +1,5 @@
+#include "ui/masters_windows.h"
+
 #include <gtest/gtest.h>
 
 #include <QApplication>
@@ -13,13 +15,12 @@
 #include "masters/particulars_master.h"
 #include "store/seed.h"
 #include "suite/base_services.h"
-#include "support/scripted_ui.h"
 #include "support/component_fixture.h"
+#include "support/scripted_ui.h"
 #include "ui/grid_table_model.h"
 #include "ui/masters_block_window.h"
 #include "ui/masters_group_window.h"
 #include "ui/masters_particulars_window.h"
-#include "ui/masters_windows.h"
 #include "ui/qt_app.h"
 
 namespace brenlow::ui::masters {
@@ -38,9 +39,13 @@ protected:
     // Real rows to look at: blocks of both kinds, groups and particulars, made
     // through the screens.
     void fill_masters() {
-        for (const auto& [kind, name, nature] : std::vector<std::tuple<int, std::string, std::string>>{
-                 {1, "PLANT AND MACHINERY", ""}, {1, "FURNITURE", ""}, {1, "VEHICLES", ""},
-                 {2, "PLANT @ 15%", "3"}, {2, "BUILDINGS @ 10%", "1"}, {2, "COMPUTERS @ 40%", "3"}}) {
+        for (const auto& [kind, name, nature] :
+             std::vector<std::tuple<int, std::string, std::string>>{{1, "PLANT AND MACHINERY", ""},
+                                                                    {1, "FURNITURE", ""},
+                                                                    {1, "VEHICLES", ""},
+                                                                    {2, "PLANT @ 15%", "3"},
+                                                                    {2, "BUILDINGS @ 10%", "1"},
+                                                                    {2, "COMPUTERS @ 40%", "3"}}) {
             bm::frmblockM blocks(component_, scripted_, kind);
             blocks.cmdaddded_Click();
             blocks.txtfields.set_text(name);
@@ -48,9 +53,12 @@ protected:
             blocks.cmdupdateded_Click();
         }
         bm::frmNewFAGM groups(component_, scripted_);
-        for (const auto& [name, it, fa, cl] : std::vector<std::tuple<std::string, std::string, long, std::string>>{
-                 {"LATHES AND PRESSES", "3-15", 1, "4.1"}, {"OFFICE FURNITURE", "2-10", 2, "-1"},
-                 {"MOTOR CARS", "3-15", 3, "-1"}, {"GOODWILL", "-1", -1, "-1"}}) {
+        for (const auto& [name, it, fa, cl] :
+             std::vector<std::tuple<std::string, std::string, long, std::string>>{
+                 {"LATHES AND PRESSES", "3-15", 1, "4.1"},
+                 {"OFFICE FURNITURE", "2-10", 2, "-1"},
+                 {"MOTOR CARS", "3-15", 3, "-1"},
+                 {"GOODWILL", "-1", -1, "-1"}}) {
             groups.cmdAdd_Click();
             groups.txtfields.set_text(name);
             groups.choose_it_block(it);

@@ -1,12 +1,11 @@
 #include "ui/qt_app.h"
 
-#include <QWidget>
-#include <cstdlib>
-#include <filesystem>
-
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QWidget>
+#include <cstdlib>
+#include <filesystem>
 #include <memory>
 
 namespace brenlow::test {

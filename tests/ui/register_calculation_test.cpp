@@ -6,9 +6,9 @@
 #include <sstream>
 
 #include "app/cli/cli.h"
-#include "ui/qt_app.h"
 #include "register/frm_new_fatr.h"
 #include "suite/defaults.h"
+#include "ui/qt_app.h"
 #include "ui/register_window.h"
 
 namespace brenlow::ui {
@@ -30,7 +30,8 @@ TEST(RegisterWindowCalculation, ShowsTheSheetTheSummaryAndTheChartUnderTheGrids)
     comp.forms = std::make_shared<suite::BaseForms>(base);
     comp.report = std::make_shared<suite::ReportObject>();
     std::vector<std::string> previews;
-    comp.report->set_viewer([&](const Ostikreport::ReportDocument& d) { previews.push_back(d.titles.front()); });
+    comp.report->set_viewer(
+        [&](const Ostikreport::ReportDocument& d) { previews.push_back(d.titles.front()); });
 
     RegisterWindow window(comp);
     window.show();

@@ -1,18 +1,20 @@
 // The register window over the screen: entries in both grids, the entry frames
 // driven by keys, Enter moving on, a large register scrolled; offscreen pictures.
 
+#include "ui/register_window.h"
+
 #include <gtest/gtest.h>
 
 #include <QApplication>
 #include <QCheckBox>
-#include <QLabel>
 #include <QComboBox>
 #include <QElapsedTimer>
+#include <QLabel>
 #include <QMessageBox>
-#include <QTimer>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTest>
+#include <QTimer>
 #include <QWheelEvent>
 #include <filesystem>
 
@@ -23,7 +25,6 @@
 #include "support/component_fixture.h"
 #include "ui/grid_table_model.h"
 #include "ui/qt_app.h"
-#include "ui/register_window.h"
 
 namespace brenlow::ui {
 namespace {
@@ -36,7 +37,8 @@ protected:
         brenlow::test::ensure_qt_app();
         brenlow::test::ComponentTest::SetUp();
         if (IsSkipped()) return;
-        db().execute("INSERT INTO NewFAGM Values (1,2025,'PLANT AND MACHINERY','3-15',15,20,0,15,'4.1',15,6.33,18.1)");
+        db().execute(
+            "INSERT INTO NewFAGM Values (1,2025,'PLANT AND MACHINERY','3-15',15,20,0,15,'4.1',15,6.33,18.1)");
         db().execute("INSERT INTO NewFAGM Values (2,2025,'FURNITURE','2-10',10,0,0,10,'-1',0,0,0)");
     }
 
@@ -58,10 +60,23 @@ protected:
             rs.insert_opening(o);
         }
         store::AdditionRow a;
-        a.IdFAGM = 1; a.Part = "COMPRESSOR"; a.PutDate = "15/07/2024"; a.AccDate = "10/07/2024"; a.PurAmt = 85000;
-        a.ExciseCr = 1500; a.ResValue = 4175; a.LifeYrs = 15; a.RateFACL = 18.1; a.RateIT = 15; a.AddlDepRT = 20;
+        a.IdFAGM = 1;
+        a.Part = "COMPRESSOR";
+        a.PutDate = "15/07/2024";
+        a.AccDate = "10/07/2024";
+        a.PurAmt = 85000;
+        a.ExciseCr = 1500;
+        a.ResValue = 4175;
+        a.LifeYrs = 15;
+        a.RateFACL = 18.1;
+        a.RateIT = 15;
+        a.AddlDepRT = 20;
         rs.insert_addition(a);
-        a.Part = "FORKLIFT"; a.PutDate = "02/11/2024"; a.AccDate = "01/11/2024"; a.PurAmt = 640000; a.ExciseCr = 0;
+        a.Part = "FORKLIFT";
+        a.PutDate = "02/11/2024";
+        a.AccDate = "01/11/2024";
+        a.PurAmt = 640000;
+        a.ExciseCr = 0;
         a.ResValue = 32000;
         rs.insert_addition(a);
     }
@@ -79,8 +94,10 @@ protected:
         QObject::connect(timer, &QTimer::timeout, [this] {
             if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
                 shown_.push_back(box->text().toStdString());
-                if (auto* ok = box->button(QMessageBox::Ok)) ok->click();
-                else if (auto* yes = box->button(QMessageBox::Yes)) yes->click();
+                if (auto* ok = box->button(QMessageBox::Ok))
+                    ok->click();
+                else if (auto* yes = box->button(QMessageBox::Yes))
+                    yes->click();
             }
         });
         timer->start(20);
@@ -176,7 +193,8 @@ TEST_P(RegisterWindowTest, OpeningEntryTypedAndSavedThroughTheFrame) {
     QTest::mouseClick(find_button(window, "&Update"), Qt::LeftButton);
     EXPECT_EQ(shown_, std::vector<std::string>{"Auto Calculated Rate is 18.10% !"});
     EXPECT_EQ(window.findChild<GridView*>("vsO")->model()->rowCount(), 5);
-    EXPECT_EQ(db().query("SELECT Part FROM NewFATRo2025 WHERE SrNoFATR=5").first("Part").as_text(), "BORING MACHINE");
+    EXPECT_EQ(db().query("SELECT Part FROM NewFATRo2025 WHERE SrNoFATR=5").first("Part").as_text(),
+              "BORING MACHINE");
     EXPECT_FALSE(window.findChild<QWidget*>("famEditO")->isVisible());
 }
 
@@ -187,7 +205,10 @@ TEST_P(RegisterWindowTest, AdditionFrameShowsTheNetAmountAsItIsTyped) {
     window.show();
     QApplication::processEvents();
     auto& screen = window.screen();
-    window.run([&] { screen.vsA_Row = 2; screen.cmdEditA_Click(); });
+    window.run([&] {
+        screen.vsA_Row = 2;
+        screen.cmdEditA_Click();
+    });
     ASSERT_TRUE(window.findChild<QWidget*>("famEditA")->isVisible());
     EXPECT_FALSE(window.findChild<QWidget*>("famEditO")->isVisible());
     EXPECT_EQ(screen.lblNetAmtA, "83500.00");
@@ -216,7 +237,8 @@ TEST_P(RegisterWindowTest, RoundingTickRewritesTheOptionsRow) {
         if (box->text() == "Round-Off Depreciation (Books)") rounding = box;
     ASSERT_NE(rounding, nullptr);
     QTest::mouseClick(rounding, Qt::LeftButton);
-    EXPECT_EQ(db().query("SELECT MiscInf FROM NewFAMI").first("MiscInf").as_text(), "WDV|N|Y|Y|0|0|COST|0|W|N|0");
+    EXPECT_EQ(db().query("SELECT MiscInf FROM NewFAMI").first("MiscInf").as_text(),
+              "WDV|N|Y|Y|0|0|COST|0|W|N|0");
     EXPECT_TRUE(rounding->isChecked());
 }
 
@@ -280,7 +302,8 @@ TEST_P(RegisterWindowTest, OpeningAndAdditionEnteredFromTheKeyboardAlone) {
     EXPECT_EQ(screen.txtfieldsA[S::A_AccDate].text(), "10/07/2024");
     EXPECT_EQ(screen.txtfieldsA[S::A_PurAmt].text(), "85000.00");
     press_mnemonic(Qt::Key_U, window.findChild<QWidget*>("famEditA"));
-    EXPECT_EQ(shown_, (std::vector<std::string>{"Auto Calculated Rate is 25.89% !", "Auto Calculated Rate is 18.10% !"}));
+    EXPECT_EQ(shown_, (std::vector<std::string>{"Auto Calculated Rate is 25.89% !",
+                                                "Auto Calculated Rate is 18.10% !"}));
     EXPECT_FALSE(window.findChild<QWidget*>("famEditA")->isVisible());
     auto* vsA = window.findChild<GridView*>("vsA");
     ASSERT_EQ(vsA->model()->rowCount(), 1);
@@ -298,14 +321,17 @@ TEST_P(RegisterWindowTest, TheWheelOverAComboWithoutFocusChangesNothing) {
     answer_boxes();
     auto& screen = window.screen();
     const auto state = [&] {
-        std::vector<int> out{static_cast<int>(screen.txtAssetGroup.Id), screen.cboCalcCA.ListIndex,
-                             screen.cboMODo.ListIndex, screen.cboResValOfO.ListIndex, screen.cboMODa.ListIndex,
+        std::vector<int> out{static_cast<int>(screen.txtAssetGroup.Id),
+                             screen.cboCalcCA.ListIndex,
+                             screen.cboMODo.ListIndex,
+                             screen.cboResValOfO.ListIndex,
+                             screen.cboMODa.ListIndex,
                              screen.cboRndAddRtAuto.ListIndex};
         for (auto* box : window.findChildren<QComboBox*>()) out.push_back(box->currentIndex());
         return out;
     };
     for (const auto& open : std::vector<std::function<void()>>{[&] { screen.cmdAddO_Click(); },
-                                                                [&] { screen.cmdAddA_Click(); }}) {
+                                                               [&] { screen.cmdAddA_Click(); }}) {
         window.run(open);
         window.run([&] { screen.SelectAssetGroup(1); });
         QApplication::processEvents();
@@ -317,8 +343,8 @@ TEST_P(RegisterWindowTest, TheWheelOverAComboWithoutFocusChangesNothing) {
             EXPECT_FALSE(box->hasFocus());
             for (int delta : {-120, 120, -120, -120}) {
                 const QPointF at(box->width() / 2.0, box->height() / 2.0);
-                QWheelEvent wheel(at, box->mapToGlobal(at), QPoint(), QPoint(0, delta), Qt::NoButton, Qt::NoModifier,
-                                  Qt::NoScrollPhase, false);
+                QWheelEvent wheel(at, box->mapToGlobal(at), QPoint(), QPoint(0, delta), Qt::NoButton,
+                                  Qt::NoModifier, Qt::NoScrollPhase, false);
                 QApplication::sendEvent(box, &wheel);
             }
             ++rolled;
@@ -363,7 +389,7 @@ TEST_P(RegisterWindowTest, CaptionsReadWholeAndTheEntryFrameIsReachableAt1280x80
     auto& screen = window.screen();
     answer_boxes();
     for (const auto& open : std::vector<std::function<void()>>{[&] { screen.cmdAddO_Click(); },
-                                                                [&] { screen.cmdAddA_Click(); }}) {
+                                                               [&] { screen.cmdAddA_Click(); }}) {
         window.run(open);
         QApplication::processEvents();
         for (const QString caption : {"&Update", "&Cancel"}) {
@@ -381,7 +407,8 @@ TEST(RegisterWindowLarge, GridOfAHundredThousandEntriesScrollsToItsEnd) {
     brenlow::test::ensure_qt_app();
     brenlow::test::TempDatabase temp(store::Backend::sqlite);
     const auto folder = std::filesystem::path(temp.url().substr(7)).parent_path();
-    auto base = std::make_shared<suite::BaseServices>(temp.open_another(), folder.string(), store::reference_data_dir());
+    auto base = std::make_shared<suite::BaseServices>(temp.open_another(), folder.string(),
+                                                      store::reference_data_dir());
     base->create_client_year("C001", 2025, "ACME", 1);
     frame::Component component;
     component.base = base;

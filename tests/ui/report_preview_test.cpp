@@ -48,7 +48,9 @@ TEST(ReportPreview, TheReportObjectShowsThroughTheViewerItWasGiven) {
         void createtable(std::string_view, int) override {}
         void RowBackForeColorMain(int, long, long) override {}
         void PrintText(std::string_view) override {}
-        void showreport() override { if (viewer) viewer(doc); }
+        void showreport() override {
+            if (viewer) viewer(doc);
+        }
         const Ostikreport::ReportDocument& prepared() const override { return doc; }
         void set_viewer(Viewer v) override { viewer = std::move(v); }
         Ostikreport::ReportDocument doc;

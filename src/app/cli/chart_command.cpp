@@ -127,7 +127,8 @@ void show_warnings(Context& ctx, const reg::CalculationResult& run) {
 // then its question, answered by --yes (removed from the chart) or --no (kept). True
 // when the chart was changed.
 bool concessional_regime(Context& ctx, const Options& opt, const reg::CalculationResult& run) {
-    const auto decision = reg::concessional_regime_decision(ctx.base(), run.code, run.year, run.chart_hand_edited);
+    const auto decision =
+        reg::concessional_regime_decision(ctx.base(), run.code, run.year, run.chart_hand_edited);
     if (!decision.refused) return false;
     ctx.err << decision.message << "\n";
     if (!decision.gate_message.empty()) {
@@ -137,7 +138,8 @@ bool concessional_regime(Context& ctx, const Options& opt, const reg::Calculatio
     if (decision.question.empty() || opt.has("no")) return false;
     if (!opt.has("yes")) throw QuestionUnanswered(decision.question);
     reg::remove_additional_depreciation(ctx.base(), run.code, run.year, run.chart_hand_edited);
-    ctx.err << "Additional depreciation was removed; the chart without it is the hand-edited chart of the year.\n";
+    ctx.err << "Additional depreciation was removed; the chart without it is the hand-edited chart of the "
+               "year.\n";
     return true;
 }
 
@@ -170,8 +172,10 @@ int edit_chart(Context& ctx, const Options& opt) {
     } catch (const nlohmann::json::exception&) {
         throw UsageError(file + " is not a JSON document.");
     }
-    const nlohmann::json* rows = doc.is_array() ? &doc : (doc.is_object() && doc.contains("DeprChart") ? &doc["DeprChart"] : nullptr);
-    if (!rows || !rows->is_array()) throw UsageError(file + ": expected a list of chart rows under \"DeprChart\".");
+    const nlohmann::json* rows =
+        doc.is_array() ? &doc : (doc.is_object() && doc.contains("DeprChart") ? &doc["DeprChart"] : nullptr);
+    if (!rows || !rows->is_array())
+        throw UsageError(file + ": expected a list of chart rows under \"DeprChart\".");
     std::vector<depreciation::ChartRow> chart;
     std::vector<std::string> errors;
     for (std::size_t i = 0; i < rows->size(); ++i) {
@@ -194,17 +198,28 @@ int edit_chart(Context& ctx, const Options& opt) {
         double grp = 0;
         number("Grp", grp);
         r.Grp = static_cast<int>(grp);
-        if (grp != r.Grp || r.Grp < 1 || r.Grp > 6) errors.push_back(where + ", field Grp: expected a block group 1 to 6");
-        for (const auto& [name, field] : std::initializer_list<std::pair<const char*, double depreciation::ChartRow::*>>{
-                 {"Rate", &depreciation::ChartRow::Rate},       {"Wdv", &depreciation::ChartRow::Wdv},
-                 {"WdvOpHR", &depreciation::ChartRow::WdvOpHR}, {"Add1", &depreciation::ChartRow::Add1},
-                 {"Cons1", &depreciation::ChartRow::Cons1},     {"FullAmt", &depreciation::ChartRow::FullAmt},
-                 {"Add2", &depreciation::ChartRow::Add2},       {"Cons2", &depreciation::ChartRow::Cons2},
-                 {"HalfAmt", &depreciation::ChartRow::HalfAmt}, {"DeprF", &depreciation::ChartRow::DeprF},
-                 {"DeprH", &depreciation::ChartRow::DeprH},     {"ADeprF", &depreciation::ChartRow::ADeprF},
-                 {"ADeprH", &depreciation::ChartRow::ADeprH},   {"ADeprOpH", &depreciation::ChartRow::ADeprOpH},
-                 {"Dep38", &depreciation::ChartRow::Dep38},     {"PropDep", &depreciation::ChartRow::PropDep},
-                 {"Exp", &depreciation::ChartRow::Exp},         {"CG", &depreciation::ChartRow::CG}})
+        if (grp != r.Grp || r.Grp < 1 || r.Grp > 6)
+            errors.push_back(where + ", field Grp: expected a block group 1 to 6");
+        for (const auto& [name, field] :
+             std::initializer_list<std::pair<const char*, double depreciation::ChartRow::*>>{
+                 {"Rate", &depreciation::ChartRow::Rate},
+                 {"Wdv", &depreciation::ChartRow::Wdv},
+                 {"WdvOpHR", &depreciation::ChartRow::WdvOpHR},
+                 {"Add1", &depreciation::ChartRow::Add1},
+                 {"Cons1", &depreciation::ChartRow::Cons1},
+                 {"FullAmt", &depreciation::ChartRow::FullAmt},
+                 {"Add2", &depreciation::ChartRow::Add2},
+                 {"Cons2", &depreciation::ChartRow::Cons2},
+                 {"HalfAmt", &depreciation::ChartRow::HalfAmt},
+                 {"DeprF", &depreciation::ChartRow::DeprF},
+                 {"DeprH", &depreciation::ChartRow::DeprH},
+                 {"ADeprF", &depreciation::ChartRow::ADeprF},
+                 {"ADeprH", &depreciation::ChartRow::ADeprH},
+                 {"ADeprOpH", &depreciation::ChartRow::ADeprOpH},
+                 {"Dep38", &depreciation::ChartRow::Dep38},
+                 {"PropDep", &depreciation::ChartRow::PropDep},
+                 {"Exp", &depreciation::ChartRow::Exp},
+                 {"CG", &depreciation::ChartRow::CG}})
             number(name, r.*field);
         chart.push_back(r);
     }
@@ -217,7 +232,8 @@ int edit_chart(Context& ctx, const Options& opt) {
         ctx.err << *refused << "\n";
         return 1;
     }
-    ctx.out << "The hand-edited chart of F.Y. " << fy_text(year) << " was saved (" << rows->size() << " rows).\n";
+    ctx.out << "The hand-edited chart of F.Y. " << fy_text(year) << " was saved (" << rows->size()
+            << " rows).\n";
     return 0;
 }
 
@@ -240,8 +256,8 @@ int chart_command(Context& ctx, const std::vector<std::string>& args) {
     options.keep_entries = false;
     // The text form follows the income-tax chart with its block-wise summary.
     options.sheets = it && !opt.has("json") && !opt.has("pdf");
-    auto run = reg::run_calculation(ctx.base().dbobj(), code, year, it ? reg::Mode::DEP_IT : reg::Mode::DEP_FA,
-                                    true, options);
+    auto run = reg::run_calculation(ctx.base().dbobj(), code, year,
+                                    it ? reg::Mode::DEP_IT : reg::Mode::DEP_FA, true, options);
     show_warnings(ctx, run);
     if (run.no_assets) return 1;
     if (it && concessional_regime(ctx, opt, run)) {

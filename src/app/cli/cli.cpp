@@ -51,7 +51,8 @@ constexpr const char* kUsage =
 // Each command's own help, for `brenlow COMMAND [SUB-COMMAND] --help`; the register and
 // the masters print theirs.
 constexpr const char* kInitHelp =
-    "Usage: brenlow [--db URL] init --client CODE --year YYYY [--name NAME] [--status 1-4] [--regime LIST|none]\n"
+    "Usage: brenlow [--db URL] init --client CODE --year YYYY [--name NAME] [--status 1-4] [--regime "
+    "LIST|none]\n"
     "\n"
     "Creates the tables when needed, the client's master row for the year, the year's schedule and\n"
     "register tables; running it again changes nothing. On an existing client it changes what is given.\n"
@@ -61,7 +62,8 @@ constexpr const char* kInitHelp =
     "                  115BAE, comma-separated, or none\n"
     "Example: brenlow init --client ACME --year 2025 --name \"ACME TRADERS\" --status 3\n";
 constexpr const char* kChartHelp =
-    "Usage: brenlow [--db URL] chart --client CODE --year YYYY --it|--books [--json|--pdf FILE] [--yes|--no]\n"
+    "Usage: brenlow [--db URL] chart --client CODE --year YYYY --it|--books [--json|--pdf FILE] "
+    "[--yes|--no]\n"
     "\n"
     "Calculates the year as the register's calculate button does and prints the chart:\n"
     "  --it      the income-tax chart by block (and its block-wise summary); the year's chart is stored\n"
@@ -138,10 +140,14 @@ int run(const std::vector<std::string>& args, std::ostream& out, std::ostream& e
     const std::vector<std::string> command_args(args.begin() + static_cast<long>(i) + 1, args.end());
     for (const auto& a : command_args) {
         if (a != "--help" && a != "-h") continue;
-        if (name == "init") out << kInitHelp;
-        else if (name == "chart") out << kChartHelp;
-        else if (name == "demo") out << kDemoHelp;
-        else break;  // the others print their own
+        if (name == "init")
+            out << kInitHelp;
+        else if (name == "chart")
+            out << kChartHelp;
+        else if (name == "demo")
+            out << kDemoHelp;
+        else
+            break;  // the others print their own
         return 0;
     }
     Context ctx{db_url, out, err};

@@ -23,7 +23,8 @@ suite::BaseServices& Context::base() {
                 throw std::runtime_error("there is no database at " + path + " (brenlow init creates it)");
         }
         auto db = store::open_database(url);
-        base_ = std::make_shared<suite::BaseServices>(std::move(db), exe_dir(), store::reference_data_dir(exe_dir()));
+        base_ = std::make_shared<suite::BaseServices>(std::move(db), exe_dir(),
+                                                      store::reference_data_dir(exe_dir()));
     }
     return *base_;
 }

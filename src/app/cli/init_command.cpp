@@ -1,8 +1,7 @@
-#include "app/cli/commands.h"
-
 #include <algorithm>
 #include <iterator>
 
+#include "app/cli/commands.h"
 #include "app/cli/options.h"
 #include "store/client_store.h"
 #include "store/schema.h"
@@ -36,15 +35,18 @@ void record_regimes(Context& ctx, const std::string& code, const std::string& li
         const bool known = item == "none" || std::any_of(std::begin(kRegimes), std::end(kRegimes),
                                                          [&](const Regime& r) { return item == r.key; });
         if (!known)
-            throw UsageError("--regime takes 115BA, 115BAA, 115BAB, 115BAC, 115BAD, 115BAE (comma-separated) or none; "
-                             "found \"" + item + "\".");
+            throw UsageError(
+                "--regime takes 115BA, 115BAA, 115BAB, 115BAC, 115BAD, 115BAE (comma-separated) or none; "
+                "found \"" +
+                item + "\".");
         if (item != "none") chosen.push_back(item);
         start = end + 1;
     }
     auto& base = ctx.base();
     for (const auto& r : kRegimes) {
         const bool on = std::find(chosen.begin(), chosen.end(), r.key) != chosen.end();
-        base.SetMiscOthInf(std::string("REGIME") + r.key, on ? "1" : "0", base.SecondDate(), code, r.description);
+        base.SetMiscOthInf(std::string("REGIME") + r.key, on ? "1" : "0", base.SecondDate(), code,
+                           r.description);
     }
 }
 
@@ -86,8 +88,8 @@ int init_command(Context& ctx, const std::vector<std::string>& args) {
         ctx.out << "\n";
     }
     const auto counts = store::year_master_counts(db, year);
-    ctx.out << "  NewITBM rows for " << year << ": " << counts.it_blocks << ", NewCLBM rows for " << year << ": "
-            << counts.cl_rows << "\n";
+    ctx.out << "  NewITBM rows for " << year << ": " << counts.it_blocks << ", NewCLBM rows for " << year
+            << ": " << counts.cl_rows << "\n";
     if (const auto regime = opt.get("regime")) {
         record_regimes(ctx, cy.code_no, *regime);
         ctx.out << "  concessional regime:";

@@ -95,7 +95,8 @@ void open_year(Context& ctx, const Options& opt) {
 // question, or failed in the database (logged).
 int outcome(const CommandUi& ui, const frame::Component& c, int logged_before, bool done) {
     if (ui.unanswered()) throw QuestionUnanswered(*ui.unanswered());
-    if (c.log.logged() > logged_before) throw std::runtime_error("a database error was written to " + c.log.path());
+    if (c.log.logged() > logged_before)
+        throw std::runtime_error("a database error was written to " + c.log.path());
     if (!done) return 1;
     return 0;
 }
@@ -119,8 +120,8 @@ std::string json_text(std::string_view s) {
 
 // Prints the data rows of a screen's grid: a table under the grid's headings, or
 // JSON objects under the given keys with the row's id first.
-void print_grid(std::ostream& out, const Grid& g, const std::vector<std::string>& keys, const std::string& id_key,
-                bool json) {
+void print_grid(std::ostream& out, const Grid& g, const std::vector<std::string>& keys,
+                const std::string& id_key, bool json) {
     const int heading = g.fixed_rows() - 1;
     if (json) {
         out << "[";
@@ -142,7 +143,8 @@ void print_grid(std::ostream& out, const Grid& g, const std::vector<std::string>
     std::vector<std::size_t> width(g.cols(), 0);
     for (int c = 0; c < g.cols(); ++c) {
         width[c] = title(c).size();
-        for (int r = g.fixed_rows(); r < g.rows(); ++r) width[c] = std::max(width[c], g.display_text(r, c).size());
+        for (int r = g.fixed_rows(); r < g.rows(); ++r)
+            width[c] = std::max(width[c], g.display_text(r, c).size());
     }
     auto line = [&](const std::string& id, auto cell) {
         out << std::left << std::setw(6) << id;
@@ -180,13 +182,13 @@ int list(Context& ctx, const std::string& what, const Options& opt) {
     } else if (what == "groups") {
         masters::frmNewFAGM screen(c, ui);
         print_grid(ctx.out, screen.vsM,
-                   {"name", "it_block", "rate_it", "addl_rate_it", "books_block", "rate_books", "classification",
-                    "life_yrs", "rate_slm", "rate_wdv"},
+                   {"name", "it_block", "rate_it", "addl_rate_it", "books_block", "rate_books",
+                    "classification", "life_yrs", "rate_slm", "rate_wdv"},
                    "serial", json);
     } else {
         masters::frmfamaster screen(c, ui);
-        print_grid(ctx.out, screen.vsf, {"name", "method", "rate_books", "rate_it", "books_block", "it_block"}, "id",
-                   json);
+        print_grid(ctx.out, screen.vsf,
+                   {"name", "method", "rate_books", "rate_it", "books_block", "it_block"}, "id", json);
     }
     return outcome(ui, c, 0, true);
 }
@@ -237,7 +239,10 @@ int block(Context& ctx, const std::string& action, const Options& opt) {
     const int code = outcome(ui, c, logged, id != 0);
     if (code == 0) {
         ctx.out << screen.Caption() << ": block " << id << " "
-                << (action == "add" ? "added" : action == "modify" ? "modified" : "deleted") << ".\n";
+                << (action == "add"      ? "added"
+                    : action == "modify" ? "modified"
+                                         : "deleted")
+                << ".\n";
     }
     return code;
 }
@@ -245,13 +250,14 @@ int block(Context& ctx, const std::string& action, const Options& opt) {
 void set_rate(masters::frmNewFAGM& s, vTXT& field, const Options& opt, const std::string& name) {
     const auto value = opt.get(name);
     if (!value) return;
-    if (s.locked(field)) throw UsageError("--" + name + " does not apply to the chosen block or classification.");
+    if (s.locked(field))
+        throw UsageError("--" + name + " does not apply to the chosen block or classification.");
     field.set_text(*value);
 }
 
 int group(Context& ctx, const std::string& action, const Options& opt) {
-    opt.reject_unknown({"client", "year", "serial", "name", "it-block", "books-block", "classification", "rate-it",
-                        "addl-rate", "rate-books", "life", "rate-slm", "rate-wdv", "yes"});
+    opt.reject_unknown({"client", "year", "serial", "name", "it-block", "books-block", "classification",
+                        "rate-it", "addl-rate", "rate-books", "life", "rate-slm", "rate-wdv", "yes"});
     open_year(ctx, opt);
     auto c = component_for(ctx);
     CommandUi ui(ctx.err, opt.has("yes"));
@@ -286,11 +292,14 @@ int group(Context& ctx, const std::string& action, const Options& opt) {
         screen.cmdAdd_Click();
         fill();
         screen.cmdUpdate_Click();
-        if (!screen.entering() && screen.vsM.data_rows() > before) serial = screen.serial_of(screen.vsM_Row());
+        if (!screen.entering() && screen.vsM.data_rows() > before)
+            serial = screen.serial_of(screen.vsM_Row());
     } else {
         serial = opt.require_int("serial", 1, 2147483647);
         const int row = screen.row_of(serial);
-        if (row < 0) throw UsageError("No asset group " + std::to_string(serial) + " in " + fy_text(screen.year()) + ".");
+        if (row < 0)
+            throw UsageError("No asset group " + std::to_string(serial) + " in " + fy_text(screen.year()) +
+                             ".");
         screen.vsM_RowColChange(row);
         if (action == "modify") {
             screen.cmdModify_Click();
@@ -305,7 +314,10 @@ int group(Context& ctx, const std::string& action, const Options& opt) {
     const int code = outcome(ui, c, logged, serial != 0);
     if (code == 0) {
         ctx.out << "Asset group " << serial << " "
-                << (action == "add" ? "added" : action == "modify" ? "modified" : "deleted") << ".\n";
+                << (action == "add"      ? "added"
+                    : action == "modify" ? "modified"
+                                         : "deleted")
+                << ".\n";
     }
     return code;
 }

@@ -36,7 +36,8 @@ Options::Options(const std::vector<std::string>& args, const std::set<std::strin
 std::optional<std::string> Options::text(const std::string& name, std::size_t max_chars) const {
     auto v = get(name);
     if (v && max_chars > 0 && utf8_length(*v) > max_chars)
-        throw UsageError("Option --" + name + " is longer than " + std::to_string(max_chars) + " characters.");
+        throw UsageError("Option --" + name + " is longer than " + std::to_string(max_chars) +
+                         " characters.");
     return v;
 }
 

@@ -23,12 +23,12 @@ namespace {
 
 using S = reg::frmNewFATR;
 
-
-
 constexpr const char* kHelp =
     "Usage: brenlow register list --client CODE --year YYYY [--group ID] [--json]\n"
-    "       brenlow register add-opening|add-addition --client CODE --year YYYY --group ID --part TEXT [fields] [--yes]\n"
-    "       brenlow register edit --opening|--addition --serial N --client CODE --year YYYY [fields] [--yes]\n"
+    "       brenlow register add-opening|add-addition --client CODE --year YYYY --group ID --part TEXT "
+    "[fields] [--yes]\n"
+    "       brenlow register edit --opening|--addition --serial N --client CODE --year YYYY [fields] "
+    "[--yes]\n"
     "       brenlow register delete --opening|--addition (--serial N | --all [--group ID]) --client CODE\n"
     "                       --year YYYY [--yes]\n"
     "       brenlow register carry-forward --client CODE --year YYYY [--yes-40] [--yes]\n"
@@ -37,7 +37,8 @@ constexpr const char* kHelp =
     "\n"
     "Fields (amounts in rupees, dates dd/mm/yyyy):\n"
     "  both sides:  --put-date D --residual N --life YEARS --rate R --rate-it R --method WDV|SLM\n"
-    "               --sale-date D --sale-amount N --sale-expenses N --partial (the deduction leaves the asset held)\n"
+    "               --sale-date D --sale-amount N --sale-expenses N --partial (the deduction leaves the "
+    "asset held)\n"
     "               --depreciation N (typed, not calculated)\n"
     "  opening:     --cost N --dep-to-date N --wdv-it N --addl-rate R --calc-ca-year YYYY --dep-calc-ca N\n"
     "               --basis COST|CA --it-state other|not-exist|nil-wdv\n"
@@ -78,7 +79,8 @@ std::unique_ptr<Session> open(Context& ctx, const Options& opt) {
     const std::string code = opt.client();
     const int year = opt.require_int("year", 1990, 2099);
     if (!ctx.base().select_client_year(code, year))
-        throw UsageError("Client " + code + " has no financial year " + fy_text(year) + " (create it with brenlow init).");
+        throw UsageError("Client " + code + " has no financial year " + fy_text(year) +
+                         " (create it with brenlow init).");
     auto s = std::make_unique<Session>();
     s->component.base = std::shared_ptr<TarrowBase::ClsMain>(&ctx.base(), [](TarrowBase::ClsMain*) {});
     s->component.log.set_exe_path(Context::exe_dir());
@@ -89,8 +91,8 @@ std::unique_ptr<Session> open(Context& ctx, const Options& opt) {
     const bool loaded = s->screen->Form_Load();
     if (s->ui->unanswered()) throw QuestionUnanswered(*s->ui->unanswered());
     if (!loaded)
-        throw std::runtime_error("the register could not be opened: " + s->component.log.last_error() + " (see " +
-                                 s->component.log.path() + ")");
+        throw std::runtime_error("the register could not be opened: " + s->component.log.last_error() +
+                                 " (see " + s->component.log.path() + ")");
     if (const auto g = opt.get("group")) {
         const int i = s->screen->cboFAGM.List.index_of_id(*g);
         if (i >= 0) s->screen->cboFAGM_Click(i);
@@ -101,7 +103,8 @@ std::unique_ptr<Session> open(Context& ctx, const Options& opt) {
 int outcome(const Session& s, int logged_before, bool done) {
     if (s.ui->unanswered()) throw QuestionUnanswered(*s.ui->unanswered());
     if (s.component.log.logged() > logged_before)
-        throw std::runtime_error(s.component.log.last_error() + " (written to " + s.component.log.path() + ")");
+        throw std::runtime_error(s.component.log.last_error() + " (written to " + s.component.log.path() +
+                                 ")");
     return done ? 0 : 1;
 }
 
@@ -110,9 +113,12 @@ std::string json_text(std::string_view s) {
     out << '"';
     for (const char ch : s) {
         const auto c = static_cast<unsigned char>(ch);
-        if (c == '"' || c == '\\') out << '\\' << ch;
-        else if (c < 0x20) out << "\\u" << std::hex << std::setw(4) << std::setfill('0') << int(c) << std::dec;
-        else out << ch;
+        if (c == '"' || c == '\\')
+            out << '\\' << ch;
+        else if (c < 0x20)
+            out << "\\u" << std::hex << std::setw(4) << std::setfill('0') << int(c) << std::dec;
+        else
+            out << ch;
     }
     out << '"';
     return out.str();
@@ -130,9 +136,11 @@ void print_grid(std::ostream& out, const Grid& g, const char* title) {
     };
     for (std::size_t i = 0; i < cols.size(); ++i) {
         width[i] = heading(cols[i]).size();
-        for (int r = g.fixed_rows(); r < g.rows(); ++r) width[i] = std::max(width[i], g.display_text(r, cols[i]).size());
+        for (int r = g.fixed_rows(); r < g.rows(); ++r)
+            width[i] = std::max(width[i], g.display_text(r, cols[i]).size());
     }
-    for (std::size_t i = 0; i < cols.size(); ++i) out << (i ? " | " : "") << std::left << std::setw(int(width[i])) << heading(cols[i]);
+    for (std::size_t i = 0; i < cols.size(); ++i)
+        out << (i ? " | " : "") << std::left << std::setw(int(width[i])) << heading(cols[i]);
     out << "\n";
     for (int r = g.fixed_rows(); r < g.rows(); ++r) {
         for (std::size_t i = 0; i < cols.size(); ++i) {
@@ -185,8 +193,9 @@ int list(Context& ctx, const Options& opt) {
     if (!scr.OldChart() && scr.vsO.data_rows() == 0 && scr.vsA.data_rows() == 0 && !opt.has("group")) {
         store::RegisterStore prev(ctx.base().dbobj(), scr.Code(), scr.Year() - 1);
         if (prev.tables_exist() && !prev.has_old_chart_marker() && prev.has_entries())
-            ctx.err << "The register of F.Y. " << fy_text(scr.Year()) << " is empty; brenlow register carry-forward --client "
-                    << scr.Code() << " --year " << scr.Year() << " can bring last year's assets.\n";
+            ctx.err << "The register of F.Y. " << fy_text(scr.Year())
+                    << " is empty; brenlow register carry-forward --client " << scr.Code() << " --year "
+                    << scr.Year() << " can bring last year's assets.\n";
     }
     if (opt.has("json")) {
         ctx.out << "{\"client\": " << json_text(scr.Code()) << ", \"year\": " << scr.Year()
@@ -215,9 +224,11 @@ void type(vTXT& field, CheckBox* tick, const std::optional<std::string>& value) 
 // was refused on leaving it.
 bool fill(S& s, const Options& opt, bool opening) {
     if (const auto g = opt.get_int("group", 1, 2000000000)) {
-        if (!s.SelectAssetGroup(*g)) throw UsageError("The year has no asset group " + std::to_string(*g) + ".");
+        if (!s.SelectAssetGroup(*g))
+            throw UsageError("The year has no asset group " + std::to_string(*g) + ".");
     }
-    if (const auto p = opt.text("part", static_cast<std::size_t>(s.txtPart.MaxLength()))) s.txtPart.set_text(*p);
+    if (const auto p = opt.text("part", static_cast<std::size_t>(s.txtPart.MaxLength())))
+        s.txtPart.set_text(*p);
     if (const auto m = opt.get("method")) {
         ComboBox& c = opening ? s.cboMODo : s.cboMODa;
         const int i = c.List.index_of_id(*m);
@@ -230,11 +241,13 @@ bool fill(S& s, const Options& opt, bool opening) {
         if (const auto y = opt.get("calc-ca-year")) s.cboCalcCA_Click(s.cboCalcCA.List.index_of_id(*y));
         if (const auto d = opt.get("dep-calc-ca")) s.txtCalcCA.set_text(*d);
         if (const auto st = opt.get("it-state"))
-            s.optsWdvIT_Click(*st == "not-exist" ? S::WdvIT_NotExist : *st == "nil-wdv" ? S::WdvIT_NilWdv : S::WdvIT_Other);
+            s.optsWdvIT_Click(*st == "not-exist" ? S::WdvIT_NotExist
+                              : *st == "nil-wdv" ? S::WdvIT_NilWdv
+                                                 : S::WdvIT_Other);
         const std::pair<const char*, int> fields[] = {
-            {"put-date", S::O_PutDate}, {"cost", S::O_CostWdv}, {"dep-to-date", S::O_OpDepr}, {"residual", S::O_ResValue},
-            {"life", S::O_LifeYrs}, {"rate", S::O_RateFACL}, {"wdv-it", S::O_WdvIT}, {"rate-it", S::O_RateIT},
-            {"addl-rate", S::O_AddlDepRT}};
+            {"put-date", S::O_PutDate},  {"cost", S::O_CostWdv},   {"dep-to-date", S::O_OpDepr},
+            {"residual", S::O_ResValue}, {"life", S::O_LifeYrs},   {"rate", S::O_RateFACL},
+            {"wdv-it", S::O_WdvIT},      {"rate-it", S::O_RateIT}, {"addl-rate", S::O_AddlDepRT}};
         // Life before residual value and rate, as the frame is filled from top to bottom.
         for (const auto& [name, i] : fields) {
             if (!opt.has(name)) continue;
@@ -243,9 +256,10 @@ bool fill(S& s, const Options& opt, bool opening) {
         }
     } else {
         const std::pair<const char*, int> fields[] = {
-            {"put-date", S::A_PutDate}, {"acc-date", S::A_AccDate}, {"cost", S::A_PurAmt}, {"excise", S::A_ExciseCr},
-            {"currency-diff", S::A_CurrDiff}, {"subsidy", S::A_Subsidy}, {"residual", S::A_ResValue},
-            {"life", S::A_LifeYrs}, {"rate", S::A_RateFACL}, {"rate-it", S::A_RateIT}};
+            {"put-date", S::A_PutDate},  {"acc-date", S::A_AccDate},       {"cost", S::A_PurAmt},
+            {"excise", S::A_ExciseCr},   {"currency-diff", S::A_CurrDiff}, {"subsidy", S::A_Subsidy},
+            {"residual", S::A_ResValue}, {"life", S::A_LifeYrs},           {"rate", S::A_RateFACL},
+            {"rate-it", S::A_RateIT}};
         for (const auto& [name, i] : fields) {
             if (!opt.has(name)) continue;
             type(s.txtfieldsA[i], &s.chkfieldsA[i], opt.get(name));
@@ -253,8 +267,8 @@ bool fill(S& s, const Options& opt, bool opening) {
         }
         if (opt.has("addl-dep") != s.chkfieldsA[S::A_AddlDepRT].Value) s.chkfieldsA_Click(S::A_AddlDepRT);
     }
-    const std::pair<const char*, int> sale[] = {{"sale-date", S::D_SaleDate}, {"sale-amount", S::D_SaleAmt},
-                                                {"sale-expenses", S::D_SaleExp}};
+    const std::pair<const char*, int> sale[] = {
+        {"sale-date", S::D_SaleDate}, {"sale-amount", S::D_SaleAmt}, {"sale-expenses", S::D_SaleExp}};
     for (const auto& [name, i] : sale) {
         if (!opt.has(name)) continue;
         type(s.txtfieldsD[i], nullptr, opt.get(name));
@@ -269,10 +283,11 @@ bool fill(S& s, const Options& opt, bool opening) {
 }
 
 const std::set<std::string> kFieldOptions = {
-    "client", "year", "group", "part", "put-date", "acc-date", "cost", "dep-to-date", "residual", "life", "rate",
-    "wdv-it", "rate-it", "addl-rate", "calc-ca-year", "dep-calc-ca", "basis", "it-state", "excise", "currency-diff",
-    "subsidy", "addl-dep", "method", "sale-date", "sale-amount", "sale-expenses", "depreciation", "yes", "opening",
-    "addition", "serial", "partial"};
+    "client",       "year",        "group",     "part",        "put-date",      "acc-date",      "cost",
+    "dep-to-date",  "residual",    "life",      "rate",        "wdv-it",        "rate-it",       "addl-rate",
+    "calc-ca-year", "dep-calc-ca", "basis",     "it-state",    "excise",        "currency-diff", "subsidy",
+    "addl-dep",     "method",      "sale-date", "sale-amount", "sale-expenses", "depreciation",  "yes",
+    "opening",      "addition",    "serial",    "partial"};
 
 // Selects the grid row of a serial; false when the shown register has none.
 bool select_serial(S& s, bool opening, long serial) {
@@ -298,7 +313,8 @@ int add(Context& ctx, const Options& opt, bool opening) {
     auto s = open(ctx, opt);
     const int before = s->component.log.logged();
     opening ? s->screen->cmdAddO_Click() : s->screen->cmdAddA_Click();
-    if (!s->screen->Entering()) throw UsageError("The client keeps the old depreciation chart for this year.");
+    if (!s->screen->Entering())
+        throw UsageError("The client keeps the old depreciation chart for this year.");
     if (!fill(*s->screen, opt, opening)) return outcome(*s, before, false);
     const bool done = s->screen->cmdUpdate_Click();
     const int rc = outcome(*s, before, done);
@@ -311,7 +327,8 @@ int edit(Context& ctx, const Options& opt) {
     const bool opening = side_of(opt);
     const long serial = opt.require_int("serial", 1, 2000000000);
     auto s = open(ctx, opt);
-    if (!select_serial(*s->screen, opening, serial)) throw UsageError("No entry with serial " + std::to_string(serial) + ".");
+    if (!select_serial(*s->screen, opening, serial))
+        throw UsageError("No entry with serial " + std::to_string(serial) + ".");
     const int before = s->component.log.logged();
     opening ? s->screen->cmdEditO_Click() : s->screen->cmdEditA_Click();
     if (!fill(*s->screen, opt, opening)) return outcome(*s, before, false);
@@ -335,7 +352,8 @@ int remove(Context& ctx, const Options& opt) {
         opening ? scr.cmdDelAllO_Click() : scr.cmdDelAllA_Click();
     } else {
         const long serial = opt.require_int("serial", 1, 2000000000);
-        if (!select_serial(scr, opening, serial)) throw UsageError("No entry with serial " + std::to_string(serial) + ".");
+        if (!select_serial(scr, opening, serial))
+            throw UsageError("No entry with serial " + std::to_string(serial) + ".");
         opening ? scr.cmdDelO_Click() : scr.cmdDelA_Click();
     }
     const int rc = outcome(*s, before, true);
@@ -343,7 +361,9 @@ int remove(Context& ctx, const Options& opt) {
     return rc;
 }
 
-bool is_company(int status) { return status == 3 || status == 4; }
+bool is_company(int status) {
+    return status == 3 || status == 4;
+}
 
 // Opens the year with last year's assets still held, at last year's closing figures.
 int carry_forward(Context& ctx, const Options& opt) {
@@ -352,18 +372,20 @@ int carry_forward(Context& ctx, const Options& opt) {
     const int year = opt.require_int("year", 1991, 2099);
     auto& base = ctx.base();
     if (!base.select_client_year(code, year))
-        throw UsageError("Client " + code + " has no financial year " + fy_text(year) + " (create it with brenlow init).");
+        throw UsageError("Client " + code + " has no financial year " + fy_text(year) +
+                         " (create it with brenlow init).");
     auto& db = base.dbobj();
     store::RegisterStore reg(db, code, year);
     reg.ensure_tables();
     if (reg.has_old_chart_marker())
-        throw UsageError("F.Y. " + fy_text(year) + " keeps the old depreciation chart; nothing was carried forward.");
+        throw UsageError("F.Y. " + fy_text(year) +
+                         " keeps the old depreciation chart; nothing was carried forward.");
     if (reg.has_entries())
         throw UsageError("F.Y. " + fy_text(year) + " already has entries; nothing was carried forward.");
     const auto plan = reg::plan_carry_forward(db, code, year);
     if (plan.openings.empty()) {
-        ctx.err << "brenlow register: nothing to carry forward into F.Y. " << fy_text(year) << ": " << plan.nothing_because
-                << ".\n";
+        ctx.err << "brenlow register: nothing to carry forward into F.Y. " << fy_text(year) << ": "
+                << plan.nothing_because << ".\n";
         return 1;
     }
     const bool yes_40 = opt.has("yes-40") || opt.has("yes");
@@ -374,10 +396,12 @@ int carry_forward(Context& ctx, const Options& opt) {
         return yes_40;
     };
     answers.it_rate_to_40 = answer(plan.it_rate_over_40, reg::kItRate40Question);
-    answers.books_rate_to_40 = answer(plan.books_rate_over_40 && !is_company(base.TSTATUS()), reg::kBooksRate40Question);
+    answers.books_rate_to_40 =
+        answer(plan.books_rate_over_40 && !is_company(base.TSTATUS()), reg::kBooksRate40Question);
     const auto done = reg::apply_carry_forward(db, code, year, plan, answers);
-    ctx.out << "Carried forward " << done.entries << " assets of " << code << " from F.Y. " << fy_text(year - 1)
-            << " into F.Y. " << fy_text(year) << " (asset groups created: " << done.groups_created << ").\n";
+    ctx.out << "Carried forward " << done.entries << " assets of " << code << " from F.Y. "
+            << fy_text(year - 1) << " into F.Y. " << fy_text(year)
+            << " (asset groups created: " << done.groups_created << ").\n";
     for (const auto& b : plan.blocks)
         ctx.out << "  Block " << b.block_id << " " << b.name << " @ " << format_mask(b.rate, "###0.00")
                 << "%: closing WDV " << format_mask(b.closing_wdv, "###0.00") << ", opened at "
@@ -397,7 +421,8 @@ int register_command(Context& ctx, const std::vector<std::string>& args) {
     const std::string sub = args[0];
     const std::vector<std::string> rest(args.begin() + 1, args.end());
     if (sub == "export" || sub == "import") return register_io_command(ctx, sub, rest);
-    const std::set<std::string> flags = {"json", "yes", "opening", "addition", "all", "addl-dep", "partial", "yes-40"};
+    const std::set<std::string> flags = {"json", "yes",      "opening", "addition",
+                                         "all",  "addl-dep", "partial", "yes-40"};
     try {
         const Options opt(rest, flags);
         if (sub == "list") return list(ctx, opt);

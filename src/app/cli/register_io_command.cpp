@@ -54,7 +54,8 @@ int import_register(Context& ctx, const std::vector<std::string>& args) {
     std::error_code ec;
     const auto kind = std::filesystem::status(t.file, ec).type();
     if (kind == std::filesystem::file_type::not_found) return refuse({"there is no such file"});
-    if (kind == std::filesystem::file_type::directory) return refuse({"this is a folder, not a register document"});
+    if (kind == std::filesystem::file_type::directory)
+        return refuse({"this is a folder, not a register document"});
     std::ifstream f(t.file, std::ios::binary);
     std::ostringstream text;
     if (f) text << f.rdbuf();

@@ -46,7 +46,8 @@ private:
 
 void open_year(Context& ctx, const std::string& code, int year) {
     if (!ctx.base().select_client_year(code, year))
-        throw UsageError("Client " + code + " has no financial year " + fy_text(year) + " (create it with brenlow init).");
+        throw UsageError("Client " + code + " has no financial year " + fy_text(year) +
+                         " (create it with brenlow init).");
 }
 
 }  // namespace
@@ -107,10 +108,10 @@ int trial_balance_command(Context& ctx, const std::vector<std::string>& args) {
                 << std::right << std::setw(16) << format_mask(r.Amt, "#,##0.00") << "\n";
         (r.nid == store::kCredit ? credit : debit) += r.Amt;
     }
-    ctx.out << std::left << std::setw(81) << "Total" << " Dr " << std::right << std::setw(16)
-            << format_mask(debit, "#,##0.00") << "\n"
-            << std::left << std::setw(81) << "" << " Cr " << std::right << std::setw(16)
-            << format_mask(credit, "#,##0.00") << "\n";
+    ctx.out << std::left << std::setw(81) << "Total"
+            << " Dr " << std::right << std::setw(16) << format_mask(debit, "#,##0.00") << "\n"
+            << std::left << std::setw(81) << ""
+            << " Cr " << std::right << std::setw(16) << format_mask(credit, "#,##0.00") << "\n";
     return 0;
 }
 

@@ -16,7 +16,9 @@
 
 namespace brenlow::tarrow {
 
-QString fy_label(int year) { return QString("%1-%2").arg(year - 1).arg(year % 100, 2, 10, QChar('0')); }
+QString fy_label(int year) {
+    return QString("%1-%2").arg(year - 1).arg(year % 100, 2, 10, QChar('0'));
+}
 
 ClientDialog::ClientDialog(const std::vector<store::ClientYear>& years, int default_year, QWidget* parent)
     : QDialog(parent), years_(years) {

@@ -24,7 +24,9 @@ namespace {
 
 constexpr const char* kTitle = "Tarrow";
 
-QString embedded_url() { return QString::fromStdString(store::default_database_url()); }
+QString embedded_url() {
+    return QString::fromStdString(store::default_database_url());
+}
 
 int current_fy_year() {
     // The financial year that is open today ends in the next March.
@@ -57,7 +59,8 @@ suite::BaseServices* HostWindow::base() const {
 
 void HostWindow::build_menus() {
     auto* client = menuBar()->addMenu("&Client");
-    client->addAction("&Select Client / Year...", QKeySequence("Ctrl+O"), this, &HostWindow::choose_client_year);
+    client->addAction("&Select Client / Year...", QKeySequence("Ctrl+O"), this,
+                      &HostWindow::choose_client_year);
     client->addSeparator();
     client->addAction("Connect to &Server...", this, &HostWindow::connect_to_server);
     client->addAction("Use &Embedded Database", this, &HostWindow::use_embedded_database);
@@ -111,8 +114,8 @@ bool HostWindow::open_client_year(const QString& code, int year, bool create, co
         if (create) {
             b->create_client_year(code.toStdString(), year, name.toStdString(), status);
         } else if (!b->select_client_year(code.toStdString(), year)) {
-            ui_.info("Client " + code.toStdString() + " has no financial year " + fy_label(year).toStdString() +
-                     ".");
+            ui_.info("Client " + code.toStdString() + " has no financial year " +
+                     fy_label(year).toStdString() + ".");
             return false;
         }
         QSettings().setValue("client/code", code);
@@ -132,18 +135,20 @@ void HostWindow::refresh() {
     if (!b) {
         text += "<p>No database is open.</p>";
     } else if (!b->client_year()) {
-        text += "<p>Database: " + url_.toHtmlEscaped() + "</p><p>Select a client and financial year "
+        text += "<p>Database: " + url_.toHtmlEscaped() +
+                "</p><p>Select a client and financial year "
                 "(Client &rarr; Select Client / Year).</p>";
     } else {
         const auto& cy = *b->client_year();
-        text += QString("<p><b>%1</b> %2</p><p>Financial year %3 (%4 to %5) &nbsp; A.Y. %6 &nbsp; Status %7</p>")
-                    .arg(QString::fromStdString(cy.code_no).toHtmlEscaped(),
-                         QString::fromStdString(cy.client_name).toHtmlEscaped(), fy_label(cy.year),
-                         QString::fromStdString(b->FirstDate()), QString::fromStdString(b->SecondDate()),
-                         fy_label(cy.year + 1))
-                    .arg(cy.status);
-        setWindowTitle(QString("%1 - %2 [F.Y. %3]")
-                           .arg(kTitle, QString::fromStdString(cy.code_no), fy_label(cy.year)));
+        text +=
+            QString("<p><b>%1</b> %2</p><p>Financial year %3 (%4 to %5) &nbsp; A.Y. %6 &nbsp; Status %7</p>")
+                .arg(QString::fromStdString(cy.code_no).toHtmlEscaped(),
+                     QString::fromStdString(cy.client_name).toHtmlEscaped(), fy_label(cy.year),
+                     QString::fromStdString(b->FirstDate()), QString::fromStdString(b->SecondDate()),
+                     fy_label(cy.year + 1))
+                .arg(cy.status);
+        setWindowTitle(
+            QString("%1 - %2 [F.Y. %3]").arg(kTitle, QString::fromStdString(cy.code_no), fy_label(cy.year)));
     }
     summary_->setText(text);
     for (auto* a : needs_year_) a->setEnabled(b && b->client_year());
@@ -172,7 +177,9 @@ void HostWindow::connect_to_server() {
     if (ok && !url.trimmed().isEmpty()) open_database(url.trimmed());
 }
 
-void HostWindow::use_embedded_database() { open_database(embedded_url()); }
+void HostWindow::use_embedded_database() {
+    open_database(embedded_url());
+}
 
 void HostWindow::show_screen_window(QWidget* window, const QString& what) {
     if (!window) {
@@ -188,13 +195,20 @@ void HostWindow::show_screen_window(QWidget* window, const QString& what) {
 
 QWidget* HostWindow::open_by_name(const QString& name) {
     last_window_ = nullptr;
-    if (name == "register") open_register();
-    else if (name == "groups") open_group_master();
-    else if (name == "company-blocks") open_block_master(1);
-    else if (name == "income-tax-blocks") open_block_master(2);
-    else if (name == "particulars") open_particulars_master();
-    else if (name == "schedules") open_schedules();
-    else if (name == "capital") open_capital();
+    if (name == "register")
+        open_register();
+    else if (name == "groups")
+        open_group_master();
+    else if (name == "company-blocks")
+        open_block_master(1);
+    else if (name == "income-tax-blocks")
+        open_block_master(2);
+    else if (name == "particulars")
+        open_particulars_master();
+    else if (name == "schedules")
+        open_schedules();
+    else if (name == "capital")
+        open_capital();
     return last_window_;
 }
 
