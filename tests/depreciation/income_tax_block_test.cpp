@@ -48,39 +48,44 @@ const ItBlockResult& only_block(const ItRunResult& r) {
 
 // --- Half-rate line -----------------------------------------------------------------
 
-TEST(IncomeTaxBlock, ChargesAnAdditionPutToUseOnTheLineAtHalfRate) {
-    // F.Y. 2015-16: February 2016 has 29 days, the line is 05/10/2015.
-    // 1,00,000 x 15% = 15,000; 40,000 x 7.5% = 3,000.
+TEST(IncomeTaxBlock, PlacesAnAdditionByTheHalfRateLineOfItsYear) {
+    struct Case {
+        const char* why;
+        int year;
+        double opening;
+        const char* put;
+        const char* line;
+        double add1, add2, full, half;
+    };
+    const Case cases[] = {
+        // F.Y. 2015-16: February 2016 has 29 days, the line is 05/10/2015.
+        // 1,00,000 x 15% = 15,000; 40,000 x 7.5% = 3,000.
+        {"on the line: half rate", 2016, 100000, "05/10/2015", "05/10/2015", 0, 40000, 15000, 3000},
+        // 1,40,000 x 15% = 21,000.
+        {"the day before the line: full rate", 2016, 100000, "04/10/2015", "05/10/2015", 40000, 0, 21000, 0},
+        // F.Y. 2016-17: 04/10/2016 is already half rate. 1,000 x 7.5% = 75.
+        {"04/10 in an ordinary year", 2017, 0, "04/10/2016", "04/10/2016", 0, 1000, 0, 75},
+        {"a year that began in 2003 keeps 04/10 though February 2004 has 29 days", 2004, 0, "04/10/2003",
+         "04/10/2003", 0, 1000, 0, 75},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.why);
+        std::vector<ItEntry> entries;
+        if (c.opening != 0) entries.push_back(opening("3", c.opening));
+        entries.push_back(addition("3", c.add1 + c.add2, c.put));
+        const auto r = calculate_income_tax(run_of(c.year, entries));
+        const auto& b = only_block(r);
+        EXPECT_EQ(r.half_rate_line.text(), c.line);
+        EXPECT_EQ(b.addition1, c.add1);
+        EXPECT_EQ(b.addition2, c.add2);
+        EXPECT_EQ(b.depr_full, c.full);
+        EXPECT_EQ(b.depr_half, c.half);
+        EXPECT_EQ(r.rows.back().part, c.add2 != 0 ? BlockPart::HalfRate : BlockPart::FullRate);
+    }
     const auto r =
         calculate_income_tax(run_of(2016, {opening("3", 100000), addition("3", 40000, "05/10/2015")}));
-    const auto& b = only_block(r);
-    EXPECT_EQ(b.addition2, 40000);
-    EXPECT_EQ(b.depr_full, 15000);
-    EXPECT_EQ(b.depr_half, 3000);
-    EXPECT_EQ(b.DeprCalcDet, "WDV 1,00,000 x 15% = 15,000; addition 40,000 used < 180 days x 7.5% = 3,000");
-    EXPECT_EQ(r.rows.back().part, BlockPart::HalfRate);
-}
-
-TEST(IncomeTaxBlock, ChargesAnAdditionPutToUseTheDayBeforeTheLineAtFullRate) {
-    // 1,40,000 x 15% = 21,000.
-    const auto r =
-        calculate_income_tax(run_of(2016, {opening("3", 100000), addition("3", 40000, "04/10/2015")}));
-    const auto& b = only_block(r);
-    EXPECT_EQ(b.addition1, 40000);
-    EXPECT_EQ(b.depr_full, 21000);
-    EXPECT_EQ(b.depr_half, 0);
-}
-
-TEST(IncomeTaxBlock, UsesFourthOctoberInAnOrdinaryYear) {
-    // F.Y. 2016-17: 04/10/2016 is already half rate. 1,000 x 7.5% = 75.
-    const auto r = calculate_income_tax(run_of(2017, {addition("3", 1000, "04/10/2016")}));
-    EXPECT_EQ(r.half_rate_line.text(), "04/10/2016");
-    EXPECT_EQ(only_block(r).depr_half, 75);
-}
-
-TEST(IncomeTaxBlock, UsesFourthOctoberForAYearBeginningIn2003EvenThoughFebruary2004Has29Days) {
-    const auto r = calculate_income_tax(run_of(2004, {addition("3", 1000, "04/10/2003")}));
-    EXPECT_EQ(only_block(r).addition2, 1000);
+    EXPECT_EQ(only_block(r).DeprCalcDet,
+              "WDV 1,00,000 x 15% = 15,000; addition 40,000 used < 180 days x 7.5% = 3,000");
 }
 
 // --- Rounding -----------------------------------------------------------------------
@@ -100,31 +105,30 @@ TEST(IncomeTaxBlock, RoundsHalfRupeesAwayFromZeroNotToEven) {
 
 // --- Deductions -----------------------------------------------------------------------
 
-TEST(IncomeTaxBlock, SetsDeductionsAgainstTheFullRatePartFirst) {
-    // Opening 50,000 + full-rate 20,000 = 70,000; sale 60,000 leaves 10,000 at 15% = 1,500;
-    // the half-rate 30,000 stays whole: 30,000 x 7.5% = 2,250.
-    const auto r = calculate_income_tax(
-        run_of(2017, {sold(opening("3", 50000), 60000, "10/06/2016"), addition("3", 20000, "01/06/2016"),
-                      addition("3", 30000, "01/12/2016")}));
-    const auto& b = only_block(r);
-    EXPECT_EQ(b.deduction1, 60000);
-    EXPECT_EQ(b.deduction2, 0);
-    EXPECT_EQ(b.depr_full, 1500);
-    EXPECT_EQ(b.depr_half, 2250);
-}
-
-TEST(IncomeTaxBlock, SetsOnlyTheExcessOverTheFullRatePartAgainstHalfRateAdditions) {
-    // Sale 80,000 against 70,000: the excess 10,000 reduces the half-rate 30,000 to 20,000.
-    // 20,000 x 7.5% = 1,500; nothing at full rate.
-    const auto r = calculate_income_tax(
-        run_of(2017, {sold(opening("3", 50000), 80000, "10/06/2016"), addition("3", 20000, "01/06/2016"),
-                      addition("3", 30000, "01/12/2016")}));
-    const auto& b = only_block(r);
-    EXPECT_EQ(b.deduction1, 70000);
-    EXPECT_EQ(b.deduction2, 10000);
-    EXPECT_EQ(b.depr_full, 0);
-    EXPECT_EQ(b.depr_half, 1500);
-    EXPECT_EQ(b.MaxDedDt, "10/06/2016");
+TEST(IncomeTaxBlock, SetsDeductionsAgainstTheFullRatePartFirstAndOnlyTheExcessAgainstHalfRateAdditions) {
+    // Opening 50,000 + full-rate 20,000 = 70,000 and a half-rate 30,000.
+    struct Case {
+        double sale, ded1, ded2, full, half;
+    };
+    const Case cases[] = {
+        // Sale 60,000 leaves 10,000 at 15% = 1,500; the half-rate 30,000 stays whole: 2,250.
+        {60000, 60000, 0, 1500, 2250},
+        // Sale 80,000 against 70,000: the excess 10,000 reduces the half-rate part to 20,000,
+        // 20,000 x 7.5% = 1,500; nothing at full rate.
+        {80000, 70000, 10000, 0, 1500},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.sale);
+        const auto r = calculate_income_tax(
+            run_of(2017, {sold(opening("3", 50000), c.sale, "10/06/2016"), addition("3", 20000, "01/06/2016"),
+                          addition("3", 30000, "01/12/2016")}));
+        const auto& b = only_block(r);
+        EXPECT_EQ(b.deduction1, c.ded1);
+        EXPECT_EQ(b.deduction2, c.ded2);
+        EXPECT_EQ(b.depr_full, c.full);
+        EXPECT_EQ(b.depr_half, c.half);
+        EXPECT_EQ(b.MaxDedDt, "10/06/2016");
+    }
 }
 
 // --- Additional depreciation ---------------------------------------------------------
