@@ -11,3 +11,8 @@ export QT_QPA_PLATFORM=offscreen
 export BRENLOW_ARTIFACTS="$build/artifacts"
 mkdir -p "$BRENLOW_ARTIFACTS"
 "$root/scripts/with-test-mariadb.sh" ctest --test-dir "$build" --output-on-failure -j"$(nproc)"
+# Then the sanitizer job: every test again under AddressSanitizer and
+# UndefinedBehaviorSanitizer (clang), and a short run of each fuzzer.
+if [[ "${BRENLOW_SKIP_SANITIZE:-}" != 1 ]]; then
+    "$root/scripts/sanitize.sh"
+fi
