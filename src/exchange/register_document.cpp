@@ -45,6 +45,8 @@ const std::vector<Field> kAdditionFields = {
     {"RateFACL", Kind::number}, {"RateIT", Kind::number},   {"AddlDepRT", Kind::number},
     {"SaleDate", Kind::date},   {"SaleAmt", Kind::number},  {"SaleExp", Kind::number},
     {"ShiftDet", Kind::text},   {"DepFACL", Kind::number},  {"OthOpts", Kind::text}};
+const std::vector<Field> kManualFields = {
+    {"Code_No", Kind::text}, {"Yr", Kind::whole}, {"IdFAGM", Kind::whole}, {"DepAmt", Kind::number}};
 const std::vector<Field> kOptionFields = {
     {"Code_No", Kind::text}, {"Yr", Kind::whole}, {"MiscInf", Kind::text}};
 
@@ -255,7 +257,7 @@ void report_findings(const std::vector<reg::Finding>& findings, reg::EntrySide s
 
 std::string export_register(store::Database& db, const std::string& code, int year) {
     store::RegisterStore reg(db, code, year);
-    Json doc = {{"format", "brenlow-register"}, {"version", 1}, {"client", code}, {"year", year}};
+    Json doc = {{"format", "brenlow-register"}, {"version", 2}, {"client", code}, {"year", year}};
     Json groups = Json::array(), openings = Json::array(), additions = Json::array(), options = Json::array();
     for (const auto& g : reg.asset_groups()) groups.push_back(group_json(g));
     reg.for_each_opening(std::nullopt, [&](store::OpeningRow&& o) { openings.push_back(opening_json(o)); });
@@ -267,6 +269,11 @@ std::string export_register(store::Database& db, const std::string& code, int ye
     doc["NewFATRo"] = std::move(openings);
     doc["NewFATRa"] = std::move(additions);
     doc["NewFAMI"] = std::move(options);
+    // Version 2 carries the depreciation typed in by hand per group; version 1 did not.
+    Json manual = Json::array();
+    for (const auto& [group, amount] : reg.manual_depreciation())
+        manual.push_back(Json{{"Code_No", code}, {"Yr", year}, {"IdFAGM", group}, {"DepAmt", num(amount)}});
+    doc["NewFAMD"] = std::move(manual);
     // Text cut inside a character by an older version is still in some databases:
     // the broken bytes come out as U+FFFD rather than stopping the whole export.
     return doc.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
@@ -416,6 +423,19 @@ ImportResult import_register(store::Database& db, const std::string& code, int y
         if (i > 0) r.fail("", "a client's year has one options row");
         if (r.ok()) misc_inf = mi;
     }
+    std::vector<std::pair<long, double>> manual;
+    const bool has_manual = doc.contains("NewFAMD");
+    const Json& md_rows = table_of(doc, "NewFAMD", errors);
+    for (std::size_t i = 0; i < md_rows.size(); ++i) {
+        RowReader r(md_rows[i], "NewFAMD", i, kManualFields, errors);
+        r.client_code("Code_No");
+        r.whole("Yr");
+        const long group = r.whole("IdFAGM");
+        const double amount = r.number("DepAmt");
+        // -1: a row of no group.
+        if (group != -1 && !group_known(group)) r.fail("IdFAGM", "no asset group " + std::to_string(group));
+        if (r.ok()) manual.emplace_back(group, amount);
+    }
 
     // Dates are not rewritten: another year's register is taken only when asked for.
     if (const auto y = doc.find("year");
@@ -488,6 +508,10 @@ ImportResult import_register(store::Database& db, const std::string& code, int y
     if (misc_inf) {
         reg.rewrite_options_row(*misc_inf);
         result.options_written = true;
+    }
+    if (has_manual && (options.replace || !manual.empty())) {
+        for (auto& [group, amount] : manual) group = group == -1 ? -1 : target_group(group);
+        reg.rewrite_manual_depreciation(manual);
     }
     tx.commit();
     result.openings = static_cast<int>(openings.size());

@@ -133,6 +133,17 @@ void frmNewFATR::set_up_fields() {
     vsS.set_col_combo_list(2, kShiftList);
     for (int c = 0; c < 3; ++c) vsS.set_col_editable(c, true);
 
+    vsEditFA.set_cols(3);
+    vsEditFA.set_fixed_rows(1);
+    vsEditFA.set_rows(1);
+    vsEditFA.set_heading(0, "", "IdFAGM");
+    vsEditFA.set_heading(1, "", "Asset Group");
+    vsEditFA.set_heading(2, "", "Depreciation");
+    vsEditFA.set_col_hidden(0, true);
+    vsEditFA.set_col_format(2, "###0.00");
+    vsEditFA.set_col_alignment(2, Align::right);
+    vsEditFA.set_col_editable(2, true);
+
     vsESA.set_cols(6);
     vsESA.set_fixed_rows(1);
     vsESA.set_rows(1);

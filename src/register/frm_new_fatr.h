@@ -203,6 +203,12 @@ public:
     const std::shared_ptr<const CalculationResult>& LastCalculation() const { return last_run_; }
     // Offers the previous year's closing figures as this year's opening entries.
     void CarryForward();
+    // "Edit Depreciation (FA)": the depreciation of each group typed in by hand
+    // (manual_depreciation.cpp).
+    void cmdEditFA_Click();
+    bool vsEditFA_ValidateEdit(int row, std::string_view text);
+    void cmdSaveEditFA_Click();
+    void cmdBackEditFA_Click();
     // "Transfer to Trial Balance": the books figures into the client's trial balance.
     void cmdTransToTB_Click();
     // The blocks that ended nil into the capital-gains records of depreciable assets.
@@ -234,7 +240,10 @@ public:
     ComboBox cboFAGM;
     // The browse state's buttons: with the old chart kept only the deletes work.
     CommandButton cmdAddO, cmdEditO, cmdDelO, cmdDelAllO, cmdAddA, cmdEditA, cmdDelA, cmdDelAllA;
-    CommandButton cmdDeprCalc, cmdAssetGroupMas, cmdOldDepChart, cmdTransToTB;
+    CommandButton cmdDeprCalc, cmdAssetGroupMas, cmdOldDepChart, cmdTransToTB, cmdEditFA;
+    // The manual depreciation of each group: IdFAGM (hidden), the group, the amount.
+    Grid vsEditFA;
+    bool famEditFA_Visible = false;
     // The screen-wide options as the browse state shows them.
     CheckBox optWDV, optSLM, optCost, optCA;  // option buttons: Value is "chosen"
     CheckBox chkFASchBooks, chkRndFA, chkRndIT, chkRemLife0;

@@ -49,7 +49,7 @@ void frmNewFATR::show_state() {
     chkRemLife0.Caption = "Nil Remaining Life to Retained Earnings";
     // A client that keeps the old chart has no asset-wise entries: only deleting works.
     for (CommandButton* b : {&cmdAddO, &cmdEditO, &cmdAddA, &cmdEditA, &cmdDeprCalc, &cmdAssetGroupMas,
-                             &cmdOldDepChart, &cmdTransToTB})
+                             &cmdOldDepChart, &cmdTransToTB, &cmdEditFA})
         b->Enabled = !old_chart_;
     for (CommandButton* b : {&cmdDelO, &cmdDelAllO, &cmdDelA, &cmdDelAllA}) b->Enabled = true;
 }

@@ -416,7 +416,9 @@ std::vector<std::pair<long, double>> RegisterStore::manual_depreciation() {
     std::vector<std::pair<long, double>> out;
     db_.for_each_row(
         "SELECT IdFAGM, DepAmt FROM NewFAMD WHERE Code_No=" + quoted(code_) + " AND Yr=" + num(long(year_)),
-        [&](const Row& r) { out.emplace_back(static_cast<long>(r[0].as_int()), r[1].as_double()); });
+        [&](const Row& r) {
+            out.emplace_back(static_cast<long>(r["IdFAGM"].as_int()), r["DepAmt"].as_double());
+        });
     return out;
 }
 

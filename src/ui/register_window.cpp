@@ -324,8 +324,12 @@ QWidget* RegisterWindow::build_browse() {
         "Transfer to Capital &Gains", [this] { screen_->TransferToCapitalGains(); }, browse_);
     browse_buttons_.push_back({gains, &screen_->cmdTransToTB});
     buttons->addWidget(gains);
-    // The spreadsheets and the manual depreciation come with their own work.
-    for (const char* caption : {"&Export to Excel", "&Import from Excel", "Edit Depreciation (&FA)"}) {
+    auto* edit_fa = button(
+        "Edit Depreciation (&FA)", [this] { edit_manual_depreciation(); }, browse_);
+    browse_buttons_.push_back({edit_fa, &screen_->cmdEditFA});
+    buttons->addWidget(edit_fa);
+    // The spreadsheets come with their own work.
+    for (const char* caption : {"&Export to Excel", "&Import from Excel"}) {
         auto* b = new QPushButton(caption, browse_);
         b->setEnabled(false);
         buttons->addWidget(b);
@@ -723,6 +727,45 @@ QWidget* make_register_window(std::shared_ptr<frame::Screen> screen, frame::Comp
     auto reg = std::dynamic_pointer_cast<reg::frmNewFATR>(screen);
     if (!reg) return nullptr;
     return new RegisterWindow(std::move(reg), component, parent);
+}
+
+// vsEditFA in a dialog of its own: a row's amount is typed on a double click; Save
+// writes the grid, Back leaves it.
+void RegisterWindow::edit_manual_depreciation() {
+    run([&] { screen_->cmdEditFA_Click(); });
+    if (!screen_->famEditFA_Visible) return;
+    QDialog dialog(this);
+    dialog.setWindowTitle("Edit Depreciation (FA)");
+    auto* layout = new QVBoxLayout(&dialog);
+    auto* view = new GridView(&dialog);
+    view->setObjectName("vsEditFA");
+    view->show_grid(screen_->vsEditFA);
+    view->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    view->setMinimumSize(520, 320);
+    layout->addWidget(view);
+    connect(view, &QAbstractItemView::doubleClicked, &dialog, [this, view](const QModelIndex& index) {
+        const int grid_row = view->grid_model()->grid_row(index.row());
+        const auto typed = ui().input_box("Depreciation", screen_->vsEditFA.text_matrix(grid_row, 1),
+                                          screen_->vsEditFA.text_matrix(grid_row, 2));
+        if (typed) run([&] { screen_->vsEditFA_ValidateEdit(grid_row, *typed); });
+    });
+    auto* buttons = new QHBoxLayout;
+    auto* save = new QPushButton("&Save", &dialog);
+    auto* back = new QPushButton("&Back", &dialog);
+    buttons->addStretch(1);
+    buttons->addWidget(save);
+    buttons->addWidget(back);
+    layout->addLayout(buttons);
+    connect(save, &QPushButton::clicked, &dialog, [&] {
+        run([&] { screen_->cmdSaveEditFA_Click(); });
+        dialog.accept();
+    });
+    connect(back, &QPushButton::clicked, &dialog, [&] {
+        run([&] { screen_->cmdBackEditFA_Click(); });
+        dialog.reject();
+    });
+    dialog.exec();
+    if (screen_->famEditFA_Visible) run([&] { screen_->cmdBackEditFA_Click(); });
 }
 
 }  // namespace brenlow::ui

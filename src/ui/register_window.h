@@ -42,6 +42,8 @@ public:
     reg::frmNewFATR& screen() { return *screen_; }
     // Shows the latest calculation under the grids.
     void show_calculation();
+    // "Edit Depreciation (FA)": the manual depreciation of each group, in a dialog.
+    void edit_manual_depreciation();
 
 private:
     void build();

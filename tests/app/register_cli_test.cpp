@@ -78,6 +78,39 @@ TEST_P(RegisterCli, TheListingAsJsonHoldsNumbersAndFourDigitYears) {
     EXPECT_EQ(r.out.find("\"Cost\": \""), std::string::npos) << r.out;
 }
 
+TEST_P(RegisterCli, DepreciationTypedInByGroupIsKeptAndTravelsWithTheRegister) {
+    auto r = cli({"register", "manual-depreciation", "--client", "C001", "--year", "2025", "--set",
+                  group_ + "=12500.5"});
+    ASSERT_EQ(r.code, 0) << r.err;
+    EXPECT_DOUBLE_EQ(
+        db().query("select DepAmt from NewFAMD where Code_No='C001' and Yr=2025").first("DepAmt").as_double(),
+        12500.5);
+    r = cli({"register", "manual-depreciation", "--client", "C001", "--year", "2025", "--json"});
+    ASSERT_EQ(r.code, 0) << r.err;
+    EXPECT_NE(r.out.find("\"AssetGroup\": \"LATHES\", \"DepAmt\": 12500.50"), std::string::npos) << r.out;
+    // Not a number: refused with the screen's message, nothing changes.
+    r = cli(
+        {"register", "manual-depreciation", "--client", "C001", "--year", "2025", "--set", group_ + "=lots"});
+    EXPECT_NE(r.code, 0);
+    EXPECT_NE(r.err.find("Invalid Value !"), std::string::npos) << r.err;
+    // The register document carries it (version 2) into another client of the year.
+    const auto file =
+        (std::filesystem::temp_directory_path() / ("brenlow-famd-" + std::to_string(::getpid()) + ".json"))
+            .string();
+    ASSERT_EQ(cli({"register", "export", file, "--client", "C001", "--year", "2025"}).code, 0);
+    ASSERT_EQ(cli({"init", "--client", "C002", "--year", "2025"}).code, 0);
+    r = cli({"register", "import", file, "--client", "C002", "--year", "2025"});
+    ASSERT_EQ(r.code, 0) << r.err;
+    EXPECT_DOUBLE_EQ(
+        db().query("select DepAmt from NewFAMD where Code_No='C002' and Yr=2025").first("DepAmt").as_double(),
+        12500.5);
+    std::filesystem::remove(file);
+    // Cleared again.
+    r = cli({"register", "manual-depreciation", "--client", "C001", "--year", "2025", "--set", group_ + "="});
+    ASSERT_EQ(r.code, 0) << r.err;
+    EXPECT_EQ(count("NewFAMD"), 0);
+}
+
 TEST(CliReads, AReadingCommandNeverCreatesADatabase) {
     const auto folder =
         std::filesystem::temp_directory_path() / ("brenlow-no-db-" + std::to_string(::getpid()));

@@ -32,6 +32,7 @@ constexpr const char* kHelp =
     "       brenlow register delete --opening|--addition (--serial N | --all [--group ID]) --client CODE\n"
     "                       --year YYYY [--yes]\n"
     "       brenlow register carry-forward --client CODE --year YYYY [--yes-40] [--yes]\n"
+    "       brenlow register manual-depreciation --client CODE --year YYYY [--set ID=AMOUNT,...] [--json]\n"
     "       brenlow register export FILE --client CODE --year YYYY\n"
     "       brenlow register import FILE --client CODE --year YYYY [--replace] [--yes]\n"
     "\n"
@@ -409,6 +410,52 @@ int carry_forward(Context& ctx, const Options& opt) {
     return 0;
 }
 
+// "Edit Depreciation (FA)": lists each group's depreciation typed in by hand, or sets
+// some ("--set 11=5000,12=" clears group 12) and saves the grid as the screen does.
+int manual_depreciation(Context& ctx, const Options& opt) {
+    opt.reject_unknown({"client", "year", "set", "json"});
+    auto s = open(ctx, opt);
+    auto& scr = *s->screen;
+    const int before = s->component.log.logged();
+    scr.cmdEditFA_Click();
+    if (!scr.famEditFA_Visible)
+        throw UsageError("The client keeps the old depreciation chart for this year.");
+    if (const auto set = opt.get("set")) {
+        std::size_t start = 0;
+        while (start <= set->size()) {
+            const auto end = std::min(set->find(',', start), set->size());
+            const std::string item = set->substr(start, end - start);
+            const auto eq = item.find('=');
+            if (eq == std::string::npos)
+                throw UsageError("--set takes ID=AMOUNT pairs, not \"" + item + "\".");
+            int row = -1;
+            for (int r = scr.vsEditFA.fixed_rows(); r < scr.vsEditFA.rows(); ++r)
+                if (scr.vsEditFA.text_matrix(r, 0) == item.substr(0, eq)) row = r;
+            if (row < 0) throw UsageError("The year has no asset group " + item.substr(0, eq) + ".");
+            if (!scr.vsEditFA_ValidateEdit(row, item.substr(eq + 1))) return outcome(*s, before, false);
+            start = end + 1;
+        }
+        scr.cmdSaveEditFA_Click();
+        if (const int rc = outcome(*s, before, true)) return rc;
+        scr.cmdEditFA_Click();
+    }
+    if (opt.has("json")) {
+        ctx.out << "[";
+        bool first = true;
+        for (int r = scr.vsEditFA.fixed_rows(); r < scr.vsEditFA.rows(); ++r) {
+            const std::string amount = scr.vsEditFA.text_matrix(r, 2);
+            ctx.out << (first ? "\n  " : ",\n  ") << "{\"IdFAGM\": " << scr.vsEditFA.text_matrix(r, 0)
+                    << ", \"AssetGroup\": " << json_text(scr.vsEditFA.text_matrix(r, 1))
+                    << ", \"DepAmt\": " << (amount.empty() ? "null" : amount) << "}";
+            first = false;
+        }
+        ctx.out << (first ? "]\n" : "\n]\n");
+    } else {
+        print_grid(ctx.out, scr.vsEditFA, "Depreciation typed in by hand, by asset group");
+    }
+    return 0;
+}
+
 }  // namespace
 
 int register_command(Context& ctx, const std::vector<std::string>& args) {
@@ -431,6 +478,7 @@ int register_command(Context& ctx, const std::vector<std::string>& args) {
         if (sub == "edit") return edit(ctx, opt);
         if (sub == "delete") return remove(ctx, opt);
         if (sub == "carry-forward") return carry_forward(ctx, opt);
+        if (sub == "manual-depreciation") return manual_depreciation(ctx, opt);
     } catch (const UsageError& e) {
         ctx.err << "brenlow register: " << e.what() << "\n";
         return 1;
