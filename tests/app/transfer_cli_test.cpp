@@ -6,6 +6,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <nlohmann/json.hpp>
 
 #include "cli_fixture.h"
@@ -186,6 +187,31 @@ TEST_P(TransferCli, AChartEditedByHandIsTheYearsChartUntilCleared) {
     EXPECT_NE(r.err.find("Not Available as ITR Forms for A.Y. 2026-27 have not been notified yet."),
               std::string::npos)
         << r.err;
+}
+
+TEST_P(TransferCli, TheTaxAuditListingGivesEachAdditionsDetailsAndEachDeduction) {
+    const auto file = (out_ / "3cd.csv").string();
+    const auto r = cli({"chart", "--3cd", "--client", "DEMO01", "--year", "2025", "--csv", file});
+    ASSERT_EQ(r.code, 0) << r.err;
+    std::ifstream in(file);
+    const std::string csv((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    EXPECT_EQ(
+        csv.rfind(
+            "Block,Kind,Particulars,Date of Purchase,Date Put to Use,Cost,Excise Credit (CENVAT),Change in "
+            "Rate of Exchange,Subsidy or Grant,Total Value,Date of Deduction,Amount of Deduction\n",
+            0),
+        0u)
+        << csv;
+    // Whole rupees, dd/mm/yyyy, the net amount as the total value.
+    EXPECT_NE(
+        csv.find(
+            "MACHINERY AND PLANT @ 15%,Addition,Packaging machine,12/06/2024,12/06/2024,800000,0,0,50000,"
+            "750000,,\n"),
+        std::string::npos)
+        << csv;
+    EXPECT_NE(csv.find("MACHINERY AND PLANT @ 40%,Deduction,Desktops and printers,,,,,,,,18/11/2024,95000\n"),
+              std::string::npos)
+        << csv;
 }
 
 BRENLOW_INSTANTIATE_BACKENDS(TransferCli);

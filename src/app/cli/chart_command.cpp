@@ -12,6 +12,8 @@
 #include "register/chart_report.h"
 #include "register/hand_edited_chart.h"
 #include "register/regime_action.h"
+#include "register/tax_audit.h"
+#include "suite/output_file.h"
 #include "suite/report.h"
 
 namespace brenlow::cli {
@@ -143,6 +145,33 @@ bool concessional_regime(Context& ctx, const Options& opt, const reg::Calculatio
     return true;
 }
 
+// brenlow chart --3cd [--csv FILE | --pdf FILE]: the tax-audit listing of the year's
+// additions and deductions by block.
+int tax_audit(Context& ctx, const Options& opt) {
+    opt.reject_unknown({"client", "year", "3cd", "csv", "pdf"});
+    const std::string code = opt.client();
+    const int year = opt.require_int("year", 1990, 2099);
+    if (opt.has("csv") && opt.has("pdf")) throw UsageError("--csv and --pdf do not go together.");
+    ctx.reads_only();
+    select_year(ctx, code, year);
+    const auto lines = reg::tax_audit_lines(ctx.base().dbobj(), code, year);
+    if (const auto csv = opt.get("csv")) {
+        suite::write_file_whole(*csv, reg::tax_audit_csv(lines));
+        ctx.out << "Wrote " << *csv << " (" << lines.size() << " lines)\n";
+        return 0;
+    }
+    const auto client = reg::printed_client(ctx.base().dbobj(), code);
+    const auto doc = reg::tax_audit_report(
+        lines, year, "Client: " + client.code + (client.name.empty() ? "" : " - " + client.name));
+    if (const auto pdf = opt.get("pdf")) {
+        Ostikreport::write_pdf(doc, *pdf);
+        ctx.out << "Wrote " << *pdf << "\n";
+        return 0;
+    }
+    ctx.out << Ostikreport::render_text(doc);
+    return 0;
+}
+
 // brenlow chart edit FILE.json | --clear: the hand-edited chart of the year, from a
 // document shaped like the DeprChart of `chart --it --json` (TotDep and WdvCl are
 // worked out from each row's own amounts).
@@ -240,8 +269,9 @@ int edit_chart(Context& ctx, const Options& opt) {
 }  // namespace
 
 int chart_command(Context& ctx, const std::vector<std::string>& args) {
-    const Options opt(args, {"it", "books", "json", "yes", "no", "clear"});
+    const Options opt(args, {"it", "books", "json", "yes", "no", "clear", "3cd"});
     if (!opt.positional().empty() && opt.positional()[0] == "edit") return edit_chart(ctx, opt);
+    if (opt.has("3cd")) return tax_audit(ctx, opt);
     opt.reject_unknown({"client", "year", "it", "books", "json", "pdf", "yes", "no"});
     if (opt.has("yes") && opt.has("no")) throw UsageError("--yes and --no do not go together.");
     const std::string code = opt.client();

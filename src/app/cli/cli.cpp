@@ -73,6 +73,8 @@ constexpr const char* kChartHelp =
     "\n"
     "       brenlow [--db URL] chart edit FILE.json --client CODE --year YYYY\n"
     "       brenlow [--db URL] chart edit --clear --client CODE --year YYYY\n"
+    "       brenlow [--db URL] chart --3cd --client CODE --year YYYY [--csv FILE|--pdf FILE]\n"
+    "  --3cd     the tax-audit listing: each addition's details and each deduction, by block\n"
     "  edit      saves the year's income-tax chart edited by hand (rows shaped like the DeprChart of\n"
     "            chart --it --json; TotDep and WdvCl follow each row's amounts); the return forms and\n"
     "            chart --it then show it; --clear goes back to the built chart\n"
