@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Everything on a fresh machine: install what is needed, build, start a private
 # MariaDB server (unless BRENLOW_TEST_MYSQL names one) and run every test on both
-# database backends.
+# database backends; then the sanitizer job (scripts/sanitize.sh).
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 "$root/scripts/install-deps.sh"
