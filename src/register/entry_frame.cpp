@@ -143,6 +143,8 @@ void frmNewFATR::set_up_fields() {
     vsEditFA.set_col_format(2, "###0.00");
     vsEditFA.set_col_alignment(2, Align::right);
     vsEditFA.set_col_editable(2, true);
+    vsEditFA.set_col_width(1, 40);
+    vsEditFA.set_col_width(2, 16);
 
     vsESA.set_cols(6);
     vsESA.set_fixed_rows(1);

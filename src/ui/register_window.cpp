@@ -17,6 +17,7 @@
 #include <algorithm>
 
 #include "register/chart_report.h"
+#include "ui/chart_editor_window.h"
 #include "ui/grid_table_model.h"
 #include "ui/masters_windows.h"
 
@@ -766,6 +767,17 @@ void RegisterWindow::edit_manual_depreciation() {
     });
     dialog.exec();
     if (screen_->famEditFA_Visible) run([&] { screen_->cmdBackEditFA_Click(); });
+}
+
+// The year's income-tax chart edited by hand, in a window of its own.
+void RegisterWindow::open_chart_editor() {
+    auto* editor = new ChartEditorWindow(component_, this);
+    editor->setWindowFlag(Qt::Window);
+    editor->setAttribute(Qt::WA_DeleteOnClose);
+    if (editor->load())
+        editor->show();
+    else
+        editor->deleteLater();
 }
 
 }  // namespace brenlow::ui

@@ -44,6 +44,8 @@ public:
     void show_calculation();
     // "Edit Depreciation (FA)": the manual depreciation of each group, in a dialog.
     void edit_manual_depreciation();
+    // "Edit Chart Manually": the chart editor's window.
+    void open_chart_editor();
 
 private:
     void build();
