@@ -2,6 +2,7 @@
 #include "register/chart_report.h"
 #include "register/frm_new_fatr.h"
 #include "register/regime_action.h"
+#include "register/tax_audit.h"
 #include "register/transfers.h"
 #include "store/chart_store.h"
 
@@ -53,6 +54,13 @@ void frmNewFATR::cmdDeprCalc_Click() {
         report.showreport();
         if (is_income_tax_mode(*mode)) {
             report.WriteToReport(block_summary_report(*run, client));
+            report.showreport();
+        }
+        // The tax-audit mode lists each addition's details and each deduction by block.
+        if (*mode == Mode::DEP_3CD_IT) {
+            report.WriteToReport(tax_audit_report(
+                tax_audit_lines(comp_.base->dbobj(), code_, year_), year_,
+                "Client: " + client.code + (client.name.empty() ? "" : " - " + client.name)));
             report.showreport();
         }
         // The summary is already on screen; the chart's own copy is for its PDF.

@@ -25,9 +25,11 @@ ChartEditorWindow::ChartEditorWindow(frame::Component& component, QWidget* paren
     vsChart_->setObjectName("vsChart");
     vsChart_->setEditTriggers(QAbstractItemView::NoEditTriggers);
     layout->addWidget(vsChart_, 1);
-    connect(vsChart_, &QAbstractItemView::doubleClicked, this, [this](const QModelIndex& index) {
-        edit_cell(vsChart_->grid_model()->grid_row(index.row()), index.column());
-    });
+    const auto edit_current = [this](const QModelIndex& index) {
+        if (index.isValid()) edit_cell(vsChart_->grid_model()->grid_row(index.row()), index.column());
+    };
+    // A double click or Enter on a cell (the view's activation) types its amount.
+    connect(vsChart_, &QAbstractItemView::activated, this, edit_current);
     auto* buttons = new QHBoxLayout;
     buttons->addStretch(1);
     save_ = button(

@@ -1,6 +1,6 @@
 #pragma once
 // The window of frmDeprChartEdit: the year's income-tax chart in a grid whose amounts
-// are typed on a double click (or Enter), with Save, Clear and Back. The rules are the
+// are typed on a double click or Enter, with Save, Clear and Back. The rules are the
 // screen's.
 
 #include <QLabel>

@@ -307,9 +307,15 @@ QWidget* RegisterWindow::build_browse() {
     auto* dep_mode = new QComboBox(browse_);
     dep_mode->addItem("As per Books");
     dep_mode->addItem("As per Income-Tax Act");
-    dep_mode->setCurrentIndex(reg::is_income_tax_mode(screen_->DepMode) ? 1 : 0);
+    dep_mode->addItem("Tax Audit (Additions and Deductions)");
+    dep_mode->setCurrentIndex(screen_->DepMode == reg::Mode::DEP_3CD_IT   ? 2
+                              : reg::is_income_tax_mode(screen_->DepMode) ? 1
+                                                                          : 0);
     connect(dep_mode, &QComboBox::activated, this, [this](int i) {
-        run([&] { screen_->cboDepMode_Click(i == 1 ? reg::Mode::DEP_IT : reg::Mode::DEP_FA); });
+        const reg::Mode mode = i == 2   ? reg::Mode::DEP_3CD_IT
+                               : i == 1 ? reg::Mode::DEP_IT
+                                        : reg::Mode::DEP_FA;
+        run([&] { screen_->cboDepMode_Click(mode); });
     });
     buttons->addWidget(dep_mode);
     auto* calc = button(

@@ -37,6 +37,18 @@ TEST_P(CalculateAction, IncomeTaxModeShowsTheSheetTheSummaryAndTheChartAndWrites
     EXPECT_DOUBLE_EQ(chart[0].Add1 + chart[0].Add2, 50000);
 }
 
+TEST_P(CalculateAction, TheTaxAuditModeAddsTheListingOfAdditionsAndDeductions) {
+    insert_opening(kPlant, "LATHE", 100000);
+    insert_addition(kPlant, "DRILL", 50000);
+    auto screen = open_screen(ui_);
+    screen->cboDepMode_Click(reg::Mode::DEP_3CD_IT);
+    screen->cmdDeprCalc_Click();
+    ASSERT_EQ(shown.size(), 4u);
+    EXPECT_EQ(shown[2].titles.front(), "DETAILS OF DEPRECIATION ALLOWABLE AS PER THE INCOME-TAX ACT, 1961");
+    ASSERT_EQ(shown[2].rows.size(), 1u);
+    EXPECT_EQ(shown[2].rows[0][1], "DRILL");
+}
+
 TEST_P(CalculateAction, BooksModeShowsTheSheetAndTheChartOnly) {
     insert_opening(kFurniture, "TABLES", 40000);
     auto screen = open_screen(ui_);
