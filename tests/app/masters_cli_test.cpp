@@ -59,6 +59,19 @@ TEST_P(MastersCli, ListsTheYearsGroupsAsJson) {
     EXPECT_EQ(r.code, 1);
 }
 
+TEST_P(MastersCli, TheYearsIncomeTaxBlocksAndClassificationsAreListed) {
+    ASSERT_EQ(cli({"init", "--client", "C001", "--year", "2025"}).code, 0);
+    auto r = cli({"masters", "it-blocks", "--year", "2025", "--json"});
+    ASSERT_EQ(r.code, 0) << r.err;
+    EXPECT_NE(r.out.find("{\"ID\": \"3-15\", \"Part\": \"MACHINERY AND PLANT\", \"Rate\": 15}"),
+              std::string::npos)
+        << r.out;
+    r = cli({"masters", "classifications", "--year", "2025"});
+    ASSERT_EQ(r.code, 0) << r.err;
+    EXPECT_NE(r.out.find("1.3  FACTORY BUILDINGS  life 30  SLM 3.17%  WDV 9.5%  NESD"), std::string::npos)
+        << r.out;
+}
+
 BRENLOW_INSTANTIATE_BACKENDS(MastersCli);
 
 }  // namespace

@@ -25,7 +25,13 @@ constexpr const char* kHelp =
     "Usage: brenlow masters LIST --client CODE --year YYYY [--json]\n"
     "       brenlow masters block|group ACTION --client CODE --year YYYY [options] [--yes]\n"
     "\n"
+    "       brenlow masters it-blocks|classifications --year YYYY [--json]\n"
+    "\n"
     "Lists:\n"
+    "  it-blocks                 the income-tax blocks of the year (ID, block, rate), with the\n"
+    "                            descriptions under each (IDs such as 3-15.1)\n"
+    "  classifications           the Companies Act classifications of the year (ID, description,\n"
+    "                            no extra shift, useful life, SLM and WDV rates)\n"
     "  blocks [--kind 1|2]       blocks of the books (1) and income-tax blocks (2)\n"
     "  groups                    asset groups of the year\n"
     "  particulars               particulars of the year\n"
@@ -155,6 +161,45 @@ void print_grid(std::ostream& out, const Grid& g, const std::vector<std::string>
     line(id_key, title);
     for (int r = g.fixed_rows(); r < g.rows(); ++r)
         line(std::to_string(g.row_data(r)), [&](int c) { return g.display_text(r, c); });
+}
+
+// The year's income-tax blocks or Companies Act classifications, as the asset group
+// master offers them: what a group's --it-block and --classification take.
+int list_year_masters(Context& ctx, const std::string& what, const Options& opt) {
+    opt.reject_unknown({"year", "json"});
+    const int year = opt.require_int("year", 1990, 2099);
+    ctx.reads_only();
+    auto& db = ctx.base().dbobj();
+    const bool json = opt.has("json");
+    const auto number = [](const std::optional<double>& v) {
+        return v ? plain_number(*v) : std::string("null");
+    };
+    if (json) ctx.out << "[";
+    bool first = true;
+    const auto line = [&](const std::string& json_row, const std::string& text_row) {
+        if (json)
+            ctx.out << (first ? "\n  " : ",\n  ") << json_row;
+        else
+            ctx.out << text_row << "\n";
+        first = false;
+    };
+    if (what == "it-blocks") {
+        for (const auto& b : store::income_tax_blocks(db, year))
+            line("{\"ID\": " + json_text(b.ID) + ", \"Part\": " + json_text(b.Part) +
+                     ", \"Rate\": " + plain_number(b.Rate) + "}",
+                 b.ID + "  " + b.Part + "  " + plain_number(b.Rate) + "%");
+    } else {
+        for (const auto& c : store::companies_act_classes(db, year))
+            line("{\"ID\": " + json_text(c.ID) + ", \"Part\": " + json_text(c.Part) +
+                     ", \"NESD\": " + json_text(c.NESD) + ", \"Yrs\": " + number(c.Yrs) +
+                     ", \"RateS\": " + number(c.RateS) + ", \"RateW\": " + number(c.RateW) + "}",
+                 c.ID + "  " + c.Part + (c.Yrs ? "  life " + plain_number(*c.Yrs) : std::string()) +
+                     (c.RateS ? "  SLM " + plain_number(*c.RateS) + "%" : std::string()) +
+                     (c.RateW ? "  WDV " + plain_number(*c.RateW) + "%" : std::string()) +
+                     (c.NESD == "Y" ? "  NESD" : ""));
+    }
+    if (json) ctx.out << (first ? "]\n" : "\n]\n");
+    return 0;
 }
 
 int list(Context& ctx, const std::string& what, const Options& opt) {
@@ -333,6 +378,10 @@ int masters_command(Context& ctx, const std::vector<std::string>& args) {
     }
     if (words.empty()) throw UsageError("What to list or keep? Try brenlow masters --help.");
     const std::string& what = words[0];
+    if (what == "it-blocks" || what == "classifications") {
+        if (words.size() != 1) throw UsageError("Unexpected \"" + words[1] + "\".");
+        return list_year_masters(ctx, what, opt);
+    }
     if (what == "blocks" || what == "groups" || what == "particulars") {
         if (words.size() != 1) throw UsageError("Unexpected \"" + words[1] + "\".");
         return list(ctx, what, opt);
