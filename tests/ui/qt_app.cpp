@@ -13,8 +13,8 @@ namespace brenlow::test {
 namespace {
 
 int argc = 1;
-char name[] = "test_ui";
-char* argv[] = {name, nullptr};
+char program_name[] = "test_ui";
+char* argv[] = {program_name, nullptr};
 std::unique_ptr<QApplication> app;
 
 class QtEnvironment : public ::testing::Environment {
