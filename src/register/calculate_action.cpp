@@ -58,9 +58,8 @@ void frmNewFATR::cmdDeprCalc_Click() {
         }
         // The tax-audit mode lists each addition's details and each deduction by block.
         if (*mode == Mode::DEP_3CD_IT) {
-            report.WriteToReport(tax_audit_report(
-                tax_audit_lines(comp_.base->dbobj(), code_, year_), year_,
-                "Client: " + client.code + (client.name.empty() ? "" : " - " + client.name)));
+            report.WriteToReport(
+                tax_audit_report(tax_audit_lines(comp_.base->dbobj(), code_, year_), year_, client));
             report.showreport();
         }
         // The summary is already on screen; the chart's own copy is for its PDF.

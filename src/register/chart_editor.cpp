@@ -3,6 +3,7 @@
 #include "controls/number_format.h"
 #include "controls/vb_date.h"
 #include "register/calculation.h"
+#include "register/chart_report.h"
 #include "register/hand_edited_chart.h"
 #include "register/register_entry_math.h"
 #include "store/chart_store.h"
@@ -84,8 +85,7 @@ bool frmDeprChartEdit::Form_Load() {
             ui_.info("No Assets Available !");
             return;
         }
-        lblTitle = "Depreciation Chart (Income-Tax Act) - F.Y. " + std::to_string(year_ - 1) + "-" +
-                   std::to_string(100 + year_ % 100).substr(1);
+        lblTitle = "Depreciation Chart (Income-Tax Act) - F.Y. " + year_span(year_);
         fill();
         ok = true;
     });

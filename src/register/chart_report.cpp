@@ -24,10 +24,9 @@ std::string two_digits(int n) {
     return buf;
 }
 
-// "Client: C001 - ACME ENGINEERS"; the run's code when the caller named no client.
+// The run's code when the caller named no client.
 std::string client_line(const CalculationResult& run, const PrintedClient& client) {
-    const std::string code = client.code.empty() ? run.code : client.code;
-    return "Client: " + code + (client.name.empty() ? "" : " - " + client.name);
+    return client_line(client.code.empty() ? PrintedClient{run.code, client.name} : client);
 }
 
 // Title lines shared by the charts: "FIXED ASSETS", the client, then the financial
@@ -118,6 +117,10 @@ PrintedClient printed_client(store::Database& db, const std::string& code) {
     for (const auto& cy : store::list_client_years(db))
         if (cy.code_no == code) return {code, cy.client_name};
     return {code, ""};
+}
+
+std::string client_line(const PrintedClient& client) {
+    return "Client: " + client.code + (client.name.empty() ? "" : " - " + client.name);
 }
 
 std::string year_span(int closing_year) {

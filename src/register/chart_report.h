@@ -24,6 +24,8 @@ struct PrintedClient {
 };
 // The client's code and name as the store keeps them (the name empty when unknown).
 PrintedClient printed_client(store::Database& db, const std::string& code);
+// "Client: C001 - ACME ENGINEERS", the line under a print's titles.
+std::string client_line(const PrintedClient& client);
 
 // One printed line of the income-tax chart: a chart row under its block's name.
 struct ChartLine {

@@ -126,7 +126,7 @@ bool frmNewFATR::Form_Load() {
 
         // A company's books follow the Companies Act; everyone else's are "the books".
         const int status = base.TSTATUS();
-        lblBooksBand = status == 3 || status == 4 ? "As per Companies Act" : "As per Books";
+        lblBooksBand = is_company(status) ? "As per Companies Act" : "As per Books";
 
         // The old chart is looked for before anything else: its marker row is all there is.
         old_chart_ = store_->has_old_chart_marker();

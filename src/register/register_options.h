@@ -36,6 +36,12 @@ struct RegisterOptions {
     int rem_life_decimals() const;
 };
 
+// The suite's client statuses: 1 and 2 keep partners' or proprietors' capital, 3 and 4
+// are companies, whose books follow the Companies Act.
+inline bool is_company(int status) {
+    return status == 3 || status == 4;
+}
+
 // The cboRndRemLife list, in index order.
 const char* rem_life_rounding_text(int index);
 inline constexpr int kRemLifeRoundings = 4;

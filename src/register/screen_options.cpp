@@ -17,10 +17,6 @@ namespace {
 
 constexpr const char* kModule = "frmNewFATR";
 
-bool is_company(int status) {
-    return status == 3 || status == 4;
-}
-
 }  // namespace
 
 bool frmNewFATR::ask_change(std::string_view caption) {

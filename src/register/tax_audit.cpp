@@ -97,11 +97,10 @@ std::string tax_audit_csv(const std::vector<TaxAuditLine>& lines) {
 }
 
 Ostikreport::ReportDocument tax_audit_report(const std::vector<TaxAuditLine>& lines, int year,
-                                             const std::string& client_line) {
+                                             const PrintedClient& client) {
     Ostikreport::ReportDocument doc;
     doc.titles = {"DETAILS OF DEPRECIATION ALLOWABLE AS PER THE INCOME-TAX ACT, 1961",
-                  "F.Y. " + std::to_string(year - 1) + "-" + std::to_string(100 + year % 100).substr(1)};
-    if (!client_line.empty()) doc.titles.push_back(client_line);
+                  "F.Y. " + year_span(year), client_line(client)};
     const char* headings[] = {"Block",
                               "Particulars",
                               "Date of Purchase",
@@ -117,7 +116,11 @@ Ostikreport::ReportDocument tax_audit_report(const std::vector<TaxAuditLine>& li
         const std::string heading = h;
         const bool amount =
             heading.find("Date") == std::string::npos && heading != "Block" && heading != "Particulars";
-        doc.columns.push_back({"", heading, amount, false, amount ? 12 : 14});
+        doc.columns.push_back({"", heading, amount, false,
+                               heading == "Block"         ? 30
+                               : heading == "Particulars" ? 24
+                               : amount                   ? 12
+                                                          : 14});
     }
     for (const auto& l : lines) {
         if (l.addition)

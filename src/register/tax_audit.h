@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "register/chart_report.h"
 #include "store/database.h"
 #include "suite/report.h"
 
@@ -34,6 +35,6 @@ std::string tax_audit_csv(const std::vector<TaxAuditLine>& lines);
 
 // The lines as a printed report.
 Ostikreport::ReportDocument tax_audit_report(const std::vector<TaxAuditLine>& lines, int year,
-                                             const std::string& client_line);
+                                             const PrintedClient& client);
 
 }  // namespace brenlow::reg

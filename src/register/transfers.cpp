@@ -11,10 +11,6 @@
 namespace brenlow::reg {
 namespace {
 
-bool is_company(int status) {
-    return status == 3 || status == 4;
-}
-
 // The question texts, worded for a company (with the residual-value groups) or not.
 std::string groups_named(bool company) {
     return company ? "'Fixed Assets', 'Depreciation', 'Profit on Sale of Fixed Assets', 'Fixed Assets "

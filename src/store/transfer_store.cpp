@@ -54,6 +54,13 @@ TransferGroups transfer_groups(Database& db, bool company) {
     return g;
 }
 
+std::map<long, std::string> trial_balance_group_names(Database& db) {
+    std::map<long, std::string> names;
+    for (const auto r : db.query("Select AllId, allgrp from Mast_AllGrp"))
+        names[static_cast<long>(r["AllId"].as_int())] = r["allgrp"].as_text();
+    return names;
+}
+
 std::string trial_balance_table(std::string_view suffix) {
     return "TAB_" + std::string(suffix);
 }

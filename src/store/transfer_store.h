@@ -3,6 +3,7 @@
 // its groups in Mast_AllGrp, its particulars in Mast_Part) and the capital-gains
 // records of depreciable assets (capital_depr, with its heads in Capital).
 
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -33,6 +34,8 @@ struct TransferGroups {
     std::vector<long> all() const;
 };
 TransferGroups transfer_groups(Database& db, bool company);
+// Every trial-balance group by its AllId.
+std::map<long, std::string> trial_balance_group_names(Database& db);
 
 // One row of TAB_: srno, code_no, allid, PartId, nid, Amt.
 struct TrialBalanceRow {

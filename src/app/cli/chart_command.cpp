@@ -161,8 +161,7 @@ int tax_audit(Context& ctx, const Options& opt) {
         return 0;
     }
     const auto client = reg::printed_client(ctx.base().dbobj(), code);
-    const auto doc = reg::tax_audit_report(
-        lines, year, "Client: " + client.code + (client.name.empty() ? "" : " - " + client.name));
+    const auto doc = reg::tax_audit_report(lines, year, client);
     if (const auto pdf = opt.get("pdf")) {
         Ostikreport::write_pdf(doc, *pdf);
         ctx.out << "Wrote " << *pdf << "\n";

@@ -362,10 +362,6 @@ int remove(Context& ctx, const Options& opt) {
     return rc;
 }
 
-bool is_company(int status) {
-    return status == 3 || status == 4;
-}
-
 // Opens the year with last year's assets still held, at last year's closing figures.
 int carry_forward(Context& ctx, const Options& opt) {
     opt.reject_unknown({"client", "year", "yes", "yes-40"});
@@ -398,7 +394,7 @@ int carry_forward(Context& ctx, const Options& opt) {
     };
     answers.it_rate_to_40 = answer(plan.it_rate_over_40, reg::kItRate40Question);
     answers.books_rate_to_40 =
-        answer(plan.books_rate_over_40 && !is_company(base.TSTATUS()), reg::kBooksRate40Question);
+        answer(plan.books_rate_over_40 && !reg::is_company(base.TSTATUS()), reg::kBooksRate40Question);
     const auto done = reg::apply_carry_forward(db, code, year, plan, answers);
     ctx.out << "Carried forward " << done.entries << " assets of " << code << " from F.Y. "
             << fy_text(year - 1) << " into F.Y. " << fy_text(year)

@@ -84,9 +84,7 @@ int trial_balance_command(Context& ctx, const std::vector<std::string>& args) {
     open_year(ctx, code, year);
     auto& base = ctx.base();
     auto& db = base.dbobj();
-    std::map<long, std::string> group_names;
-    for (const auto r : db.query("Select AllId, allgrp from Mast_AllGrp"))
-        group_names[static_cast<long>(r["AllId"].as_int())] = r["allgrp"].as_text();
+    auto group_names = store::trial_balance_group_names(db);
     const auto rows = store::trial_balance_rows(db, base.GetTbName(base.CYrInd()), code);
     if (opt.has("json")) {
         auto out = nlohmann::ordered_json::array();
