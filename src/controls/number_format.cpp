@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <string>
+#include <vector>
 
 namespace brenlow {
 
@@ -128,15 +129,44 @@ std::string all_fraction(const Decimal& d) {
     return places > 0 ? fraction_part(d, places) : std::string{};
 }
 
-std::string group_thousands(const std::string& whole) {
+DigitGrouping g_grouping = DigitGrouping::indian;
+
+// Whether a comma goes before the digit that has `after` digits after it in the whole part.
+bool comma_before(int after, DigitGrouping grouping) {
+    if (grouping == DigitGrouping::western) return after % 3 == 0;
+    return after == 3 || (after > 3 && (after - 3) % 2 == 0);
+}
+
+std::string group_digits(const std::string& whole) {
     std::string out;
     const int n = static_cast<int>(whole.size());
-    out.reserve(n + n / 3);
+    out.reserve(n + n / 2);
     for (int i = 0; i < n; ++i) {
-        if (i > 0 && (n - i) % 3 == 0) out.push_back(',');
+        if (i > 0 && comma_before(n - i, g_grouping)) out.push_back(',');
         out.push_back(whole[i]);
     }
     return out;
+}
+
+// Whether the comma-separated groups of a whole part follow one of the two groupings:
+// the last group three digits, the first one to three (western) or one or two
+// (Indian, with every group between of two).
+bool well_grouped(std::string_view whole) {
+    std::vector<std::size_t> sizes;
+    std::size_t start = 0;
+    for (std::size_t i = 0; i <= whole.size(); ++i) {
+        if (i == whole.size() || whole[i] == ',') {
+            sizes.push_back(i - start);
+            start = i + 1;
+        }
+    }
+    if (sizes.size() < 2 || sizes.back() != 3 || sizes.front() == 0) return false;
+    bool western = sizes.front() <= 3, indian = sizes.front() <= 2;
+    for (std::size_t i = 1; i + 1 < sizes.size(); ++i) {
+        western = western && sizes[i] == 3;
+        indian = indian && sizes[i] == 2;
+    }
+    return western || indian;
 }
 
 // The double nearest to the digits, as reading their text back would give it.
@@ -202,7 +232,7 @@ Section parse_section(std::string_view s) {
 
 std::string apply_section(const Section& sec, const Decimal& d, bool show_minus) {
     std::string whole = integer_part(d);
-    if (sec.grouping) whole = group_thousands(whole);
+    if (sec.grouping) whole = group_digits(whole);
     std::string out = sec.prefix;
     if (show_minus) out.push_back('-');
     out += whole;
@@ -241,6 +271,66 @@ double vb_round(double value, int decimals) {
     Decimal d = to_decimal(value);
     round_decimal(d, decimals, Halves::to_even);
     return decimal_value(d);
+}
+
+void set_digit_grouping(DigitGrouping grouping) {
+    g_grouping = grouping;
+}
+
+DigitGrouping digit_grouping() {
+    return g_grouping;
+}
+
+std::optional<DigitGrouping> digit_grouping_named(std::string_view name) {
+    std::string n;
+    for (const char c : name) n.push_back(static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c));
+    if (n == "indian") return DigitGrouping::indian;
+    if (n == "western") return DigitGrouping::western;
+    return std::nullopt;
+}
+
+std::optional<double> parse_amount(std::string_view text) {
+    std::size_t i = 0;
+    while (i < text.size() && text[i] == ' ') ++i;
+    std::size_t j = text.size();
+    while (j > i && text[j - 1] == ' ') --j;
+    std::string_view t = text.substr(i, j - i);
+    if (!t.empty() && t.front() == '+') t.remove_prefix(1);
+    const bool negative = !t.empty() && t.front() == '-';
+    if (negative) t.remove_prefix(1);
+    const std::size_t point = t.find('.');
+    const std::string_view whole = t.substr(0, point);
+    const std::string_view fraction =
+        point == std::string_view::npos ? std::string_view{} : t.substr(point + 1);
+    int digits = 0;
+    bool commas = false;
+    for (const char c : whole) {
+        if (c == ',') {
+            commas = true;
+        } else if (c >= '0' && c <= '9') {
+            ++digits;
+        } else {
+            return std::nullopt;
+        }
+    }
+    for (const char c : fraction) {
+        if (c < '0' || c > '9') return std::nullopt;
+        ++digits;
+    }
+    if (digits == 0 || (commas && !well_grouped(whole))) return std::nullopt;
+    std::string plain;
+    plain.reserve(t.size() + 1);
+    if (negative) plain.push_back('-');
+    for (const char c : whole)
+        if (c != ',') plain.push_back(c);
+    if (!fraction.empty()) {
+        plain.push_back('.');
+        plain.append(fraction);
+    }
+    double v = 0;
+    const auto r = std::from_chars(plain.data(), plain.data() + plain.size(), v);
+    if (r.ec != std::errc()) return std::nullopt;
+    return v;
 }
 
 std::string plain_number(double value) {

@@ -30,6 +30,9 @@ void as_date_field(vTXT& f) {
 void as_number_field(vTXT& f) {
     f.set_ValidateData(vTXT::kDecimal);
     f.set_MaxLength(18);
+    // Amounts may be typed grouped, in lakhs or in thousands ("8,50,000"); the
+    // leave-field check reads them and the field shows them back plain.
+    f.set_Include(",");
 }
 
 bool is_date_index_o(int i) {

@@ -3,32 +3,12 @@
 #include <charconv>
 #include <cstdio>
 
+#include "controls/number_format.h"
+
 namespace brenlow::reg {
 
 std::optional<double> parse_number(std::string_view text) {
-    std::size_t i = 0;
-    while (i < text.size() && text[i] == ' ') ++i;
-    std::size_t j = text.size();
-    while (j > i && text[j - 1] == ' ') --j;
-    std::string_view t = text.substr(i, j - i);
-    if (!t.empty() && t.front() == '+') t.remove_prefix(1);
-    if (t.empty()) return std::nullopt;
-    int points = 0, digits = 0;
-    for (std::size_t k = 0; k < t.size(); ++k) {
-        const char c = t[k];
-        if (c == '-' && k == 0) continue;
-        if (c == '.') {
-            if (++points > 1) return std::nullopt;
-            continue;
-        }
-        if (c < '0' || c > '9') return std::nullopt;
-        ++digits;
-    }
-    if (digits == 0) return std::nullopt;
-    double v = 0;
-    const auto r = std::from_chars(t.data(), t.data() + t.size(), v);
-    if (r.ec != std::errc()) return std::nullopt;
-    return v;
+    return parse_amount(text);
 }
 
 double number_of(std::string_view text) {

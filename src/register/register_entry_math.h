@@ -12,7 +12,7 @@
 
 namespace brenlow::reg {
 
-// A typed number: digits with one point and a leading sign; nullopt for anything else.
+// A typed number: parse_amount, so a grouped amount ("8,50,000") reads too.
 std::optional<double> parse_number(std::string_view text);
 // The number of a field, 0 when empty or not a number.
 double number_of(std::string_view text);

@@ -7,9 +7,22 @@
 
 namespace brenlow::suite {
 
+namespace {
+constexpr const char* kPracticeSection = "Practice";
+constexpr const char* kDigitGroupingKey = "DigitGrouping";
+}  // namespace
+
 BaseServices::BaseServices(std::unique_ptr<store::Database> db, std::string exe_path, std::string data_dir)
     : db_(std::move(db)), exe_path_(std::move(exe_path)), data_dir_(std::move(data_dir)) {
     store::ensure_schema(*db_, data_dir_);
+    set_digit_grouping(digit_grouping_named(GetSettingINI(kPracticeSection, kDigitGroupingKey, ""))
+                           .value_or(DigitGrouping::indian));
+}
+
+void BaseServices::SetDigitGrouping(DigitGrouping grouping) {
+    store::set_setting(*db_, kPracticeSection, kDigitGroupingKey,
+                       grouping == DigitGrouping::indian ? "Indian" : "Western");
+    set_digit_grouping(grouping);
 }
 
 bool BaseServices::select_client_year(const std::string& code, int year) {

@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 
+#include "controls/number_format.h"
 #include "store/client_store.h"
 #include "suite/tarrow_base.h"
 
@@ -68,6 +69,9 @@ public:
     bool vFlagIndHUF115BAC() override { return flag("115BAC"); }
     bool vFlagCopSoc115BAD() override { return flag("115BAD"); }
     bool vFlagCopSoc115BAE() override { return flag("115BAE"); }
+
+    // The practice's grouping of digits in amounts (a suite setting), applied at once.
+    void SetDigitGrouping(DigitGrouping grouping);
 
     std::string ExePath() const override { return exe_path_; }
     const std::string& data_dir() const { return data_dir_; }

@@ -148,6 +148,57 @@ TEST(CliHelp, EveryCommandAndSubCommandPrintsItsHelp) {
     }
 }
 
+// Amounts typed grouped in lakhs or in thousands are read; a grouping that is neither is
+// refused with the screen's message and the option that gave it, and writes nothing.
+TEST_P(RegisterCli, ReadsGroupedAmountsAndNamesTheOptionOfARefusedOne) {
+    struct Case {
+        const char* cost;
+        double stored;  // 0: refused
+    };
+    const Case cases[] = {{"8,50,000", 850000}, {"15,00,000.50", 1500000.5},
+                          {"850,000", 850000},  {"8,5,0", 0},
+                          {"85,0000", 0},       {"abc", 0}};
+    for (const Case& c : cases) {
+        const auto r = cli({"register", "add-addition", "--client", "C001", "--year", "2025", "--group",
+                            group_, "--part", "LATHE", "--put-date", "05/10/2024", "--acc-date", "05/10/2024",
+                            "--cost", c.cost});
+        const auto rows = db().query("select PurAmt from NewFATRa2025 where Code_No='C001'");
+        if (c.stored == 0) {
+            EXPECT_EQ(r.code, 1) << c.cost;
+            EXPECT_NE(r.err.find("Invalid Value !"), std::string::npos) << r.err;
+            EXPECT_NE(r.err.find("Option --cost was refused: \"" + std::string(c.cost) + "\""),
+                      std::string::npos)
+                << r.err;
+            EXPECT_EQ(rows.size(), 0u) << c.cost;
+        } else {
+            ASSERT_EQ(r.code, 0) << c.cost << r.err;
+            ASSERT_EQ(rows.size(), 1u);
+            EXPECT_DOUBLE_EQ(rows.first("PurAmt").as_double(), c.stored) << c.cost;
+            db().execute("delete from NewFATRa2025 where Code_No='C001'");
+        }
+    }
+}
+
+// The practice's grouping is kept in the database: every later command prints by it.
+TEST_P(RegisterCli, PrintsAmountsInLakhsUntilThePracticeAsksForThousands) {
+    ASSERT_EQ(
+        cli({"register", "add-addition", "--client", "C001", "--year", "2025", "--group", group_, "--part",
+             "PRESS", "--put-date", "01/05/2024", "--acc-date", "01/05/2024", "--cost", "18,34,42,000"})
+            .code,
+        0);
+    const std::vector<std::string> chart = {"chart", "--client", "C001", "--year", "2025", "--it"};
+    auto r = cli(chart);
+    ASSERT_EQ(r.code, 0) << r.err;
+    EXPECT_NE(r.out.find("18,34,42,000"), std::string::npos) << r.out;
+    EXPECT_EQ(cli({"settings"}).out, "digit-grouping indian\n");
+    ASSERT_EQ(cli({"settings", "digit-grouping", "western"}).code, 0);
+    r = cli(chart);
+    EXPECT_NE(r.out.find("183,442,000"), std::string::npos) << r.out;
+    EXPECT_EQ(r.out.find("18,34,42,000"), std::string::npos) << r.out;
+    EXPECT_EQ(cli({"settings", "digit-grouping", "lakhs"}).code, 1);
+    ASSERT_EQ(cli({"settings", "digit-grouping", "indian"}).code, 0);
+}
+
 BRENLOW_INSTANTIATE_BACKENDS(RegisterCli);
 
 }  // namespace

@@ -228,6 +228,12 @@ constexpr int mask_count = static_cast<int>(std::size(masks));
 // that a -0 where the text gave 0 is a difference too. A few failures are enough to see.
 class RoundingComparison {
 public:
+    // The text-based reference groups in thousands.
+    RoundingComparison() : grouping_(digit_grouping()) { set_digit_grouping(DigitGrouping::western); }
+    ~RoundingComparison() { set_digit_grouping(grouping_); }
+    RoundingComparison(const RoundingComparison&) = delete;
+    RoundingComparison& operator=(const RoundingComparison&) = delete;
+
     void check(double value, std::size_t index) {
         const int decimals = static_cast<int>(index % 6);
         expect_same_double(vb_round(value, decimals), text_rounding::vb_round(value, decimals), "vb_round",
@@ -272,6 +278,7 @@ private:
         }
     }
 
+    DigitGrouping grouping_;
     std::size_t checked_ = 0;
     int failures_ = 0;
 };

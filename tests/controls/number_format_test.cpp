@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <optional>
 
 namespace brenlow {
 namespace {
@@ -25,7 +26,7 @@ TEST(FormatMask, RoundsBelowAndAboveTheHalfToTheNearest) {
     EXPECT_EQ(format_mask(2.5001, "###0"), "3");
     EXPECT_EQ(format_mask(0.004, "###0.00"), "0.00");
     EXPECT_EQ(format_mask(9.995, "###0.00"), "10.00");  // the carry runs into a new digit
-    EXPECT_EQ(format_mask(999999.5, "#,##0"), "1,000,000");
+    EXPECT_EQ(format_mask(999999.5, "#,##0"), "10,00,000");
 }
 
 TEST(FormatMask, LooksOnlyAtFifteenSignificantDigits) {
@@ -47,13 +48,75 @@ TEST(FormatMask, PadsDecimalsAndDropsNone) {
     EXPECT_EQ(format_mask(1e20, "###0"), "100000000000000000000");
 }
 
-TEST(FormatMask, GroupsThousandsTheWesternWay) {
-    EXPECT_EQ(format_mask(1234567, "#,##0"), "1,234,567");
-    EXPECT_EQ(format_mask(123456, "#,##0"), "123,456");
-    EXPECT_EQ(format_mask(999, "#,##0"), "999");
-    EXPECT_EQ(format_mask(1000, "#,##0"), "1,000");
-    EXPECT_EQ(format_mask(-1234567.125, "#,##0.00"), "-1,234,567.13");
-    EXPECT_EQ(format_mask(0.4, "#,##0.00"), "0.40");
+// The masks with a comma group in lakhs and crores unless the practice asks for thousands;
+// decimals, rounding and brackets are the same either way.
+TEST(FormatMask, GroupsInLakhsAndCroresOrInThousandsAsThePracticeSets) {
+    struct Case {
+        double value;
+        const char* mask;
+        const char* indian;
+        const char* western;
+    };
+    const Case cases[] = {
+        {183442000, "#,##0", "18,34,42,000", "183,442,000"},
+        {1234567, "#,##0", "12,34,567", "1,234,567"},
+        {123456, "#,##0", "1,23,456", "123,456"},
+        {100000, "#,##0", "1,00,000", "100,000"},
+        {12345, "#,##0", "12,345", "12,345"},
+        {999, "#,##0", "999", "999"},
+        {1000, "#,##0", "1,000", "1,000"},
+        {-1234567.125, "#,##0.00", "-12,34,567.13", "-1,234,567.13"},
+        {0.4, "#,##0.00", "0.40", "0.40"},
+        {-1234567.5, "#,##0;(#,##0)", "(12,34,568)", "(1,234,568)"},
+        {1234.5, "#,##0;(#,##0)", "1,235", "1,235"},
+        {-1234.5, "#,##0;(#,##0)", "(1,235)", "(1,235)"},
+        {123456789012.0, "#,##0", "1,23,45,67,89,012", "123,456,789,012"},
+    };
+    const DigitGrouping before = digit_grouping();
+    for (const Case& c : cases) {
+        set_digit_grouping(DigitGrouping::indian);
+        EXPECT_EQ(format_mask(c.value, c.mask), c.indian) << c.value << " " << c.mask;
+        set_digit_grouping(DigitGrouping::western);
+        EXPECT_EQ(format_mask(c.value, c.mask), c.western) << c.value << " " << c.mask;
+    }
+    set_digit_grouping(before);
+    EXPECT_EQ(digit_grouping_named("WESTERN"), DigitGrouping::western);
+    EXPECT_EQ(digit_grouping_named("Indian"), DigitGrouping::indian);
+    EXPECT_FALSE(digit_grouping_named("lakhs"));
+}
+
+TEST(ParseAmount, ReadsPlainAndGroupedAmountsAndRefusesTheRest) {
+    struct Case {
+        const char* text;
+        std::optional<double> value;
+    };
+    const Case cases[] = {
+        {"850000", 850000},
+        {"8,50,000", 850000},
+        {"850,000", 850000},
+        {"15,00,000.50", 1500000.5},
+        {"1,500,000.50", 1500000.5},
+        {" -12,345.25 ", -12345.25},
+        {"+1,000", 1000},
+        {".5", 0.5},
+        {"5.", 5},
+        {"1,23,45,67,890", 1234567890},
+        {"8,5,0", std::nullopt},
+        {"85,0000", std::nullopt},
+        {",850", std::nullopt},
+        {"850,", std::nullopt},
+        {"1,0000,000", std::nullopt},
+        {"123,45,678", std::nullopt},
+        {"1.000,50", std::nullopt},
+        {"1,000.5,0", std::nullopt},
+        {"1e5", std::nullopt},
+        {"", std::nullopt},
+        {"-", std::nullopt},
+        {"12 345", std::nullopt},
+        {"abc", std::nullopt},
+        {"1..2", std::nullopt},
+    };
+    for (const Case& c : cases) EXPECT_EQ(parse_amount(c.text), c.value) << '"' << c.text << '"';
 }
 
 TEST(FormatMask, PutsNegativesInBracketsWhenTheMaskHasANegativeSection) {

@@ -154,14 +154,14 @@ TEST(IncomeTaxChartReport, KeepsTheFourthOfOctoberForAYearThatBeganIn2005OrEarli
     EXPECT_EQ(column(doc, 4).heading, "Less than 180 Days\n(On or After 04/10/03)");
 }
 
-TEST(IncomeTaxChartReport, PrintsWholeRupeesRoundedHalfAwayFromZeroWithGroupedThousands) {
+TEST(IncomeTaxChartReport, PrintsWholeRupeesRoundedHalfAwayFromZeroInLakhs) {
     const auto doc = income_tax_chart_report(income_tax_run(2025));
     ASSERT_EQ(doc.rows.size(), 3u);  // two blocks and the total; the part kept apart has no line
     const auto& furniture = doc.rows[0];
     EXPECT_EQ(furniture[0], "FURNITURE AND FITTINGS");
-    EXPECT_EQ(furniture[2], "1,000,000");
-    EXPECT_EQ(furniture[3], "234,568");  // 2,34,567.50: a half rounds up, not to even
-    EXPECT_EQ(furniture[6], "1,234,568");
+    EXPECT_EQ(furniture[2], "10,00,000");
+    EXPECT_EQ(furniture[3], "2,34,568");  // 2,34,567.50: a half rounds up, not to even
+    EXPECT_EQ(furniture[6], "12,34,568");
 }
 
 TEST(IncomeTaxChartReport, SetsDeductionsAgainstBothPartsAndShowsTheCarriedHalfWithNormalDepreciation) {
@@ -169,14 +169,14 @@ TEST(IncomeTaxChartReport, SetsDeductionsAgainstBothPartsAndShowsTheCarriedHalfW
     const auto& plant = doc.rows[1];
     EXPECT_EQ(plant[0], "MACHINERY AND PLANT");
     EXPECT_EQ(plant[1], "15.00");
-    EXPECT_EQ(plant[5], "6,000");    // Cons1 + Cons2
-    EXPECT_EQ(plant[6], "244,000");  // 2,00,000 + 10,000 + 40,000 - 6,000
-    EXPECT_EQ(plant[7], "39,675");   // 30,750 + 2,925 + the carried 6,000
+    EXPECT_EQ(plant[5], "6,000");     // Cons1 + Cons2
+    EXPECT_EQ(plant[6], "2,44,000");  // 2,00,000 + 10,000 + 40,000 - 6,000
+    EXPECT_EQ(plant[7], "39,675");    // 30,750 + 2,925 + the carried 6,000
     EXPECT_EQ(plant[8], "5,900");
-    EXPECT_EQ(plant[9], "198,425");
+    EXPECT_EQ(plant[9], "1,98,425");
     const auto& total = doc.rows[2];
     EXPECT_EQ(total[0], "Total");
-    EXPECT_EQ(total[9], "1,309,536");
+    EXPECT_EQ(total[9], "13,09,536");
     EXPECT_TRUE(doc.bold_rows.at(2));
 }
 
@@ -241,11 +241,11 @@ TEST(BooksChartReport, ListsAssetGroupsWithAdditionsOnEachSideOfTheLine) {
     const auto& plant = doc.rows[0];
     EXPECT_EQ(plant[0], "PLANT");
     EXPECT_EQ(plant[1], "18.10");
-    EXPECT_EQ(plant[2], "100,000.00");
+    EXPECT_EQ(plant[2], "1,00,000.00");
     EXPECT_EQ(plant[3], "50,000.00");
     EXPECT_EQ(plant[4], "20,000.00");
     EXPECT_EQ(plant[7], "23,100.00");
-    EXPECT_EQ(plant[9], "146,900.00");
+    EXPECT_EQ(plant[9], "1,46,900.00");
 }
 
 TEST(BooksChartReport, AnAssetWhoseLifeIsOverLeavesWithTheDeductionsSoTheLineAddsUp) {

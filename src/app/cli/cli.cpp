@@ -43,6 +43,9 @@ constexpr const char* kUsage =
     "                            the year's results into the trial balance or the capital-gains records\n"
     "  trial-balance --client CODE --year YYYY [--json]\n"
     "                            the client's trial balance of the year\n"
+    "  settings [digit-grouping indian|western]\n"
+    "                            the practice's settings: amounts grouped in lakhs (the default)\n"
+    "                            or in thousands\n"
     "  demo [--out DIR]          a demonstration client DEMO01 (F.Y. 2024-25) with both charts\n"
     "                            printed and written as PDF files into DIR\n"
     "\n"
@@ -96,6 +99,7 @@ const std::map<std::string, Handler>& commands() {
         {"register", register_command},
         {"transfer", transfer_command},
         {"trial-balance", trial_balance_command},
+        {"settings", settings_command},
     };
     return table;
 }

@@ -221,9 +221,16 @@ void type(vTXT& field, CheckBox* tick, const std::optional<std::string>& value) 
     field.set_text(*value);
 }
 
-// The options as the person's typing into the open entry frame; false when a field
-// was refused on leaving it.
-bool fill(S& s, const Options& opt, bool opening) {
+// A field refused on leaving it ends the command; the screen has said why ("Invalid
+// Value !"), this says which option gave the value.
+void left_field(bool accepted, const char* name, const Options& opt) {
+    if (!accepted)
+        throw UsageError("Option --" + std::string(name) + " was refused: \"" + opt.get(name).value_or("") +
+                         "\".");
+}
+
+// The options as the person's typing into the open entry frame.
+void fill(S& s, const Options& opt, bool opening) {
     if (const auto g = opt.get_int("group", 1, 2000000000)) {
         if (!s.SelectAssetGroup(*g))
             throw UsageError("The year has no asset group " + std::to_string(*g) + ".");
@@ -236,7 +243,6 @@ bool fill(S& s, const Options& opt, bool opening) {
         if (i < 0) throw UsageError("--method is WDV or SLM.");
         opening ? s.cboMODo_Click(i) : s.cboMODa_Click(i);
     }
-    bool ok = true;
     if (opening) {
         if (const auto b = opt.get("basis")) s.cboResValOfO_Click(s.cboResValOfO.List.index_of_id(*b));
         if (const auto y = opt.get("calc-ca-year")) s.cboCalcCA_Click(s.cboCalcCA.List.index_of_id(*y));
@@ -253,7 +259,7 @@ bool fill(S& s, const Options& opt, bool opening) {
         for (const auto& [name, i] : fields) {
             if (!opt.has(name)) continue;
             type(s.txtfieldsO[i], &s.chkfieldsO[i], opt.get(name));
-            ok = ok && s.txtfieldsO_Validate(i);
+            left_field(s.txtfieldsO_Validate(i), name, opt);
         }
     } else {
         const std::pair<const char*, int> fields[] = {
@@ -264,7 +270,7 @@ bool fill(S& s, const Options& opt, bool opening) {
         for (const auto& [name, i] : fields) {
             if (!opt.has(name)) continue;
             type(s.txtfieldsA[i], &s.chkfieldsA[i], opt.get(name));
-            ok = ok && s.txtfieldsA_Validate(i);
+            left_field(s.txtfieldsA_Validate(i), name, opt);
         }
         if (opt.has("addl-dep") != s.chkfieldsA[S::A_AddlDepRT].Value) s.chkfieldsA_Click(S::A_AddlDepRT);
     }
@@ -273,14 +279,13 @@ bool fill(S& s, const Options& opt, bool opening) {
     for (const auto& [name, i] : sale) {
         if (!opt.has(name)) continue;
         type(s.txtfieldsD[i], nullptr, opt.get(name));
-        ok = ok && s.txtfieldsD_Validate(i);
+        left_field(s.txtfieldsD_Validate(i), name, opt);
     }
     if (opt.has("partial") != s.chkPartDed.Value) s.chkPartDed_Click();
     if (const auto d = opt.get("depreciation")) {
         if (s.chkAutoCalcDeprCL.Value) s.chkAutoCalcDeprCL_Click();
         s.txtAutoCalcDeprCL.set_text(*d);
     }
-    return ok;
 }
 
 const std::set<std::string> kFieldOptions = {
@@ -316,7 +321,7 @@ int add(Context& ctx, const Options& opt, bool opening) {
     opening ? s->screen->cmdAddO_Click() : s->screen->cmdAddA_Click();
     if (!s->screen->Entering())
         throw UsageError("The client keeps the old depreciation chart for this year.");
-    if (!fill(*s->screen, opt, opening)) return outcome(*s, before, false);
+    fill(*s->screen, opt, opening);
     const bool done = s->screen->cmdUpdate_Click();
     const int rc = outcome(*s, before, done);
     if (rc == 0) ctx.out << (opening ? "Opening entry" : "Addition") << " saved.\n";
@@ -332,7 +337,7 @@ int edit(Context& ctx, const Options& opt) {
         throw UsageError("No entry with serial " + std::to_string(serial) + ".");
     const int before = s->component.log.logged();
     opening ? s->screen->cmdEditO_Click() : s->screen->cmdEditA_Click();
-    if (!fill(*s->screen, opt, opening)) return outcome(*s, before, false);
+    fill(*s->screen, opt, opening);
     const bool done = s->screen->cmdUpdate_Click();
     const int rc = outcome(*s, before, done);
     if (rc == 0) ctx.out << "Entry " << serial << " saved.\n";
