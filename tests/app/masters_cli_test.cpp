@@ -55,6 +55,11 @@ TEST_P(MastersCli, ListsTheYearsGroupsAsJson) {
     r = cli({"masters", "groups", "--client", "C001", "--year", "2025", "--json"});
     ASSERT_EQ(r.code, 0) << r.err;
     EXPECT_NE(r.out.find("\"LATHES\""), std::string::npos) << r.out;
+    // Rates and lives are numbers; what the group does not have is null, never "N/A".
+    EXPECT_NE(r.out.find("\"rate_it\": 15, \"addl_rate_it\": 20,"), std::string::npos) << r.out;
+    EXPECT_NE(r.out.find("\"rate_books\": null"), std::string::npos) << r.out;
+    EXPECT_NE(r.out.find("\"life_yrs\": 15, \"rate_slm\": 6.33, \"rate_wdv\": 18.1}"), std::string::npos)
+        << r.out;
     r = cli({"masters", "groups", "--client", "C009", "--year", "2025"});
     EXPECT_EQ(r.code, 1);
 }

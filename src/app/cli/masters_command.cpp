@@ -124,6 +124,14 @@ std::string json_text(std::string_view s) {
     return out.str();
 }
 
+// A cell as JSON data: rates and lives as numbers (null where the grid shows "N/A" or
+// nothing), the rest as text.
+std::string json_cell(std::string_view key, const std::string& text) {
+    if (key.find("rate") == std::string_view::npos && key.rfind("life", 0) != 0) return json_text(text);
+    const auto v = parse_amount(text);
+    return v ? plain_number(vb_round(*v, 4)) : std::string("null");
+}
+
 // Prints the data rows of a screen's grid: a table under the grid's headings, or
 // JSON objects under the given keys with the row's id first.
 void print_grid(std::ostream& out, const Grid& g, const std::vector<std::string>& keys,
@@ -134,7 +142,7 @@ void print_grid(std::ostream& out, const Grid& g, const std::vector<std::string>
         for (int r = g.fixed_rows(); r < g.rows(); ++r) {
             out << (r == g.fixed_rows() ? "\n  {" : ",\n  {") << json_text(id_key) << ": " << g.row_data(r);
             for (int c = 0; c < g.cols() && c < static_cast<int>(keys.size()); ++c)
-                out << ", " << json_text(keys[c]) << ": " << json_text(g.display_text(r, c));
+                out << ", " << json_text(keys[c]) << ": " << json_cell(keys[c], g.display_text(r, c));
             out << "}";
         }
         out << (g.data_rows() ? "\n]\n" : "]\n");
