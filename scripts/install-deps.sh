@@ -6,7 +6,7 @@ packages=(
   libsqlite3-dev libmariadb-dev mariadb-server
   qt6-base-dev libgl1-mesa-dev
   googletest libgtest-dev libgmock-dev libbenchmark-dev nlohmann-json3-dev
-  poppler-utils
+  poppler-utils dpkg-dev
   clang libclang-rt-14-dev clang-format
 )
 missing=()

@@ -1,0 +1,25 @@
+# Installing and the Debian package: both programs in bin, the reference data where
+# the programs look for it (share/brenlow/data beside bin), and the desktop entry and
+# icon of tarrow.
+include(GNUInstallDirs)
+install(TARGETS brenlow RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+if(TARGET tarrow)
+  install(TARGETS tarrow RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+  install(FILES ${PROJECT_SOURCE_DIR}/packaging/tarrow.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
+  install(FILES ${PROJECT_SOURCE_DIR}/packaging/tarrow.svg
+          DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps)
+endif()
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/data/ DESTINATION ${CMAKE_INSTALL_DATADIR}/brenlow/data
+        FILES_MATCHING PATTERN "*.csv" PATTERN "*.md")
+
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_NAME brenlow)
+set(CPACK_PACKAGE_VENDOR "Tarrow")
+set(CPACK_PACKAGE_CONTACT "Brenlow developers <brenlow@localhost>")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "Fixed assets and final accounts for Indian businesses (brenlow, tarrow)")
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)  # brenlow_<version>_amd64.deb
+set(CPACK_DEBIAN_PACKAGE_SECTION misc)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+include(CPack)
