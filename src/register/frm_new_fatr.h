@@ -199,7 +199,8 @@ public:
     // After an income-tax calculation: additional depreciation under a concessional
     // regime is refused, and on Yes removed from the year's chart.
     void CheckConcessionalRegime(bool hand_edited);
-    // The figures of the latest calculation, for the window to show.
+    // The figures of the latest calculation, for the window to show; none once an entry,
+    // the options or the typed depreciation changed after it (its figures are out of date).
     const std::shared_ptr<const CalculationResult>& LastCalculation() const { return last_run_; }
     // Offers the previous year's closing figures as this year's opening entries.
     void CarryForward();
@@ -365,6 +366,7 @@ private:
     frame::Component& comp_;
     Ui& ui_;
     std::shared_ptr<const CalculationResult> last_run_;
+    void register_changed() { last_run_.reset(); }
     std::unique_ptr<store::RegisterStore> store_;
     int year_ = 0;
     std::string code_;

@@ -64,6 +64,7 @@ void frmNewFATR::cmdSaveEditFA_Click() {
             rows.emplace_back(static_cast<long>(number_of(vsEditFA.text_matrix(r, kColGroup))),
                               number_of(amount));
         }
+        register_changed();
         store_->rewrite_manual_depreciation(rows);
         famEditFA_Visible = false;
     });

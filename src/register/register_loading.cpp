@@ -493,6 +493,7 @@ void frmNewFATR::cmdDelO_Click() {
         if (!ui_.ask_yes_no("Do you really want to Delete selected 'Opening' Entry?", MsgIcon::question,
                             false))
             return;
+        register_changed();
         store_->delete_opening(serial);
         fill_filter();
         LoadRegister();
@@ -506,6 +507,7 @@ void frmNewFATR::cmdDelA_Click() {
         if (!ui_.ask_yes_no("Do you really want to Delete selected 'Addition' Entry?", MsgIcon::question,
                             false))
             return;
+        register_changed();
         store_->delete_addition(serial);
         fill_filter();
         LoadRegister();
@@ -528,6 +530,7 @@ void frmNewFATR::delete_all(bool opening) {
             return;
         if (!ui_.ask_yes_no("Confirm Deletion of all the 'Opening' Entries ?", MsgIcon::question, false))
             return;
+        register_changed();
         store_->delete_all_openings(FilterGroup());
     } else {
         if (!ui_.ask_yes_no("Do you really want to Delete all the 'Addition' Entries ?", MsgIcon::question,
@@ -535,6 +538,7 @@ void frmNewFATR::delete_all(bool opening) {
             return;
         if (!ui_.ask_yes_no("Confirm Deletion of all the 'Addition' Entries ?", MsgIcon::question, false))
             return;
+        register_changed();
         store_->delete_all_additions(FilterGroup());
     }
     fill_filter();

@@ -119,6 +119,7 @@ store::AdditionRow frmNewFATR::addition_row() const {
 }
 
 void frmNewFATR::write_entry() {
+    register_changed();
     if (Mode_ == EntryMode::ADDO)
         store_->insert_opening(opening_row());
     else if (Mode_ == EntryMode::EDITO)

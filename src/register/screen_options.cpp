@@ -25,6 +25,7 @@ bool frmNewFATR::ask_change(std::string_view caption) {
 }
 
 void frmNewFATR::write_options() {
+    register_changed();
     store_->rewrite_options_row(options_.compose());
     refresh_common_texts();
     show_state();

@@ -108,6 +108,7 @@ void RegisterWindow::show_calculation() {
         text += "\n" + Ostikreport::render_text(reg::block_summary_report(*run, client));
     text += "\n" + Ostikreport::render_text(reg::chart_report(*run, client));
     calculation_->setPlainText(q(text));
+    shown_run_ = run;
     if (!calculation_->isVisible()) {
         calculation_->show();
         // Half of the window for the figures, the rest for the grids (and the entry frame).
@@ -609,6 +610,12 @@ void RegisterWindow::take_input() {
 void RegisterWindow::refresh() {
     refreshing_ = true;
     auto& sc = *screen_;
+    if (shown_run_ && sc.LastCalculation() != shown_run_) {
+        shown_run_.reset();
+        calculation_->setPlainText(
+            "The register has changed since this calculation. Press Calculate Depreciation for figures "
+            "that agree with it.");
+    }
     const bool entering = sc.Entering();
     const auto show = &ScreenWindow::show_field;
     setWindowTitle(q(sc.Caption()));

@@ -117,6 +117,8 @@ private:
     QCheckBox* chkPartDed_ = nullptr;
     VTxtEdit* txtAutoCalcDeprCL_ = nullptr;
     QPlainTextEdit* calculation_ = nullptr;
+    // The calculation the pane shows; the pane says so when the register changed after it.
+    std::shared_ptr<const reg::CalculationResult> shown_run_;
     int vsESA_row_ = -1;
     int vsS_row_ = -1;
 };

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QDialog>
 #include <QDir>
+#include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTemporaryDir>
@@ -55,6 +56,25 @@ TEST(RegisterWindowCalculation, ShowsTheSheetTheSummaryAndTheChartUnderTheGrids)
     EXPECT_NE(text.find("(Before 04/10/24)"), std::string::npos);
     EXPECT_NE(text.find("33,000"), std::string::npos) << "the nil block's capital gain";
     EXPECT_TRUE(test::save_picture(window, "register_after_calculation"));
+
+    // An addition deleted after the calculation: the pane no longer shows figures that
+    // disagree with the register, it says they are out of date.
+    QTimer answer;
+    QObject::connect(&answer, &QTimer::timeout, [] {
+        if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget()))
+            box->button(QMessageBox::Yes)->click();
+    });
+    answer.start(10);
+    auto& sc = window.screen();
+    const int additions = sc.vsA.data_rows();
+    ASSERT_GT(additions, 0);
+    sc.vsA_Row = sc.vsA.fixed_rows();
+    window.run([&] { sc.cmdDelA_Click(); });
+    answer.stop();
+    ASSERT_EQ(sc.vsA.data_rows(), additions - 1);
+    const QString stale = window.findChild<QPlainTextEdit*>("calculation")->toPlainText();
+    EXPECT_TRUE(stale.startsWith("The register has changed since this calculation.")) << stale.toStdString();
+    EXPECT_FALSE(stale.contains("BLOCK WISE SUMMARY"));
 }
 
 // The demonstration client's year, open in a component, for the windows below.
