@@ -7,6 +7,7 @@ packages=(
   qt6-base-dev libgl1-mesa-dev
   googletest libgtest-dev libgmock-dev libbenchmark-dev nlohmann-json3-dev
   poppler-utils dpkg-dev
+  libcairo2-dev libfontconfig-dev fonts-dejavu-core
   clang libclang-rt-14-dev clang-format
 )
 missing=()

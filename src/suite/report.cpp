@@ -26,7 +26,9 @@ std::string centre(std::string_view s, std::size_t width) {
     return std::string(left, ' ') + std::string(s) + std::string(width - w - left, ' ');
 }
 
-std::vector<std::string> lines_of(const std::string& text) {
+}  // namespace
+
+std::vector<std::string> split_lines(const std::string& text) {
     std::vector<std::string> out;
     std::stringstream ss(text);
     std::string line;
@@ -35,8 +37,6 @@ std::vector<std::string> lines_of(const std::string& text) {
     return out;
 }
 
-}  // namespace
-
 ReportLayout lay_out(const ReportDocument& doc) {
     ReportLayout lay;
     const std::size_t n = doc.columns.size();
@@ -44,8 +44,9 @@ ReportLayout lay_out(const ReportDocument& doc) {
     std::size_t heading_lines = 1;
     for (std::size_t c = 0; c < n; ++c) {
         widths[c] = static_cast<std::size_t>(std::max(1, doc.columns[c].width));
-        for (const auto& l : lines_of(doc.columns[c].heading)) widths[c] = std::max(widths[c], text_width(l));
-        heading_lines = std::max(heading_lines, lines_of(doc.columns[c].heading).size());
+        for (const auto& l : split_lines(doc.columns[c].heading))
+            widths[c] = std::max(widths[c], text_width(l));
+        heading_lines = std::max(heading_lines, split_lines(doc.columns[c].heading).size());
         for (const auto& row : doc.rows)
             if (c < row.size()) widths[c] = std::max(widths[c], text_width(row[c]));
     }
@@ -76,7 +77,7 @@ ReportLayout lay_out(const ReportDocument& doc) {
     for (std::size_t l = 0; l < heading_lines; ++l) {
         std::string line;
         for (std::size_t c = 0; c < n; ++c) {
-            const auto parts = lines_of(doc.columns[c].heading);
+            const auto parts = split_lines(doc.columns[c].heading);
             line += centre(l < parts.size() ? parts[l] : "", widths[c]);
             if (c + 1 < n) line += ' ';
         }

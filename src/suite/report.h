@@ -67,12 +67,16 @@ struct ReportLayout {
 };
 ReportLayout lay_out(const ReportDocument& doc);
 
+// The lines of a heading ("\n" between them); one empty line for an empty text.
+std::vector<std::string> split_lines(const std::string& text);
+
 // Plain-text rendering of a report: fixed-width columns with the banded headings.
 std::string render_text(const ReportDocument& doc);
 
-// The report as a PDF file in a fixed-pitch face, landscape or portrait A4, the
-// heading block repeated on every page and the pages numbered. Throws
-// std::runtime_error when the file cannot be written.
+// The report as a PDF file, landscape or portrait A4, in the document's face where
+// it is installed (else DejaVu Sans, see report_face), the heading block repeated
+// on every page and the pages numbered. Throws std::runtime_error when the file
+// cannot be written.
 void write_pdf(const ReportDocument& doc, const std::string& path);
 
 }  // namespace brenlow::Ostikreport

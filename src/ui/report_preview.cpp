@@ -1,68 +1,54 @@
 #include "ui/report_preview.h"
 
-#include <QFontDatabase>
 #include <QFontMetricsF>
 #include <QPainter>
+#include <QPen>
 #include <QPointer>
 #include <QPrintPreviewDialog>
 #include <QPrinter>
 
+#include "suite/report_pages.h"
+
 namespace brenlow::ui {
-namespace {
 
-// The report is laid out on a grid of characters, so it is drawn in a fixed-pitch
-// face, scaled until the widest line fits the page.
-QFont report_font(const Ostikreport::ReportDocument& doc, std::size_t width_chars, double page_width_px,
-                  QPaintDevice* device) {
-    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    double size = doc.font_size > 0 ? doc.font_size : 9;
-    for (; size > 4; size -= 0.5) {
-        font.setPointSizeF(size);
-        const QFontMetricsF fm(font, device);
-        if (fm.horizontalAdvance(QString(static_cast<int>(std::max<std::size_t>(width_chars, 1)), 'M')) <=
-            page_width_px)
-            break;
-    }
-    font.setPointSizeF(size);
-    return font;
-}
-
-}  // namespace
-
+// Draws what the report's page placement gives, in points, on the device's pixels:
+// the preview shows the same lines, in the same face, as the PDF file.
 int paint_report(const Ostikreport::ReportDocument& doc, QPagedPaintDevice& device, QPainter& painter) {
-    const auto lay = Ostikreport::lay_out(doc);
-    const QRectF page = QRectF(0, 0, device.width(), device.height());
-    QFont font = report_font(doc, lay.width, page.width(), &device);
-    QFont bold = font;
+    const QString face = QString::fromStdString(Ostikreport::report_face(doc.font_name));
+    const double px = device.logicalDpiX() / 72.0;  // device pixels per point
+    QFont regular(face), bold(face);
     bold.setBold(true);
-    const QFontMetricsF fm(font, &device);
-    const double lead = fm.lineSpacing();
-    const int per_page = std::max(5, static_cast<int>((page.height() - lead) / lead));
-    const int room = std::max(1, per_page - static_cast<int>(lay.header.size()));
-
-    std::vector<Ostikreport::ReportLine> rest(lay.body.begin(), lay.body.end());
-    for (const auto& f : lay.footer) rest.push_back({f, false});
-    const int pages = std::max(1, static_cast<int>((rest.size() + static_cast<std::size_t>(room) - 1) /
-                                                   static_cast<std::size_t>(room)));
-    std::size_t at = 0;
-    for (int p = 0; p < pages; ++p) {
+    regular.setPointSizeF(100);
+    bold.setPointSizeF(100);
+    const QFontMetricsF regular_m(regular, &device), bold_m(bold, &device);
+    const auto width = [&](std::string_view text, bool b) {
+        const QString s = QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+        return (b ? bold_m : regular_m).horizontalAdvance(s) / px / 100;
+    };
+    const auto pages = Ostikreport::place_report(doc, width);
+    // The printer's page may be smaller than A4 less nothing: fit the placed page to it.
+    const double scale = pages.empty() ? 1.0
+                                       : std::min(device.width() / (pages[0].width * px),
+                                                  device.height() / (pages[0].height * px));
+    for (std::size_t p = 0; p < pages.size(); ++p) {
+        const auto& page = pages[p];
         if (p > 0) device.newPage();
-        double y = fm.ascent();
-        painter.setFont(font);
-        for (const auto& h : lay.header) {
-            painter.drawText(QPointF(0, y), QString::fromStdString(h));
-            y += lead;
+        painter.save();
+        painter.scale(scale, scale);
+        painter.setPen(QPen(Qt::black, 0.5 * px));
+        for (const auto& r : page.rules)
+            painter.drawLine(QPointF(r.x1 * px, r.y * px), QPointF(r.x2 * px, r.y * px));
+        QFont f(face), fb(face);
+        fb.setBold(true);
+        f.setPointSizeF(page.font_size);
+        fb.setPointSizeF(page.font_size);
+        for (const auto& t : page.texts) {
+            painter.setFont(t.bold ? fb : f);
+            painter.drawText(QPointF(t.x * px, t.y * px), QString::fromStdString(t.text));
         }
-        for (int k = 0; k < room && at < rest.size(); ++k, ++at) {
-            painter.setFont(rest[at].bold ? bold : font);
-            painter.drawText(QPointF(0, y), QString::fromStdString(rest[at].text));
-            y += lead;
-        }
-        painter.setFont(font);
-        const QString page_no = QString("Page %1 of %2").arg(p + 1).arg(pages);
-        painter.drawText(QRectF(0, page.height() - lead, page.width(), lead), Qt::AlignRight, page_no);
+        painter.restore();
     }
-    return pages;
+    return static_cast<int>(pages.size());
 }
 
 void show_report_preview(const Ostikreport::ReportDocument& doc, QWidget* parent) {

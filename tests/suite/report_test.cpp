@@ -1,11 +1,14 @@
 #include "suite/report.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <regex>
-#include <sstream>
+
+#include "suite/report_pages.h"
+#include "support/pdf_text.h"
 
 namespace brenlow::Ostikreport {
 namespace {
@@ -46,9 +49,15 @@ TEST(ReportText, BandsSpanTheirColumnsAndAmountsAlignRight) {
     EXPECT_NE(text.find("Note: figures in Rs."), std::string::npos);
 }
 
+std::string temp_pdf(const char* name) {
+    return (std::filesystem::temp_directory_path() /
+            (std::string("brenlow-") + name + "-" + std::to_string(::getpid()) + ".pdf"))
+        .string();
+}
+
 TEST(ReportPdf, PrintsTheDocumentsThatFollowOnPagesOfTheirOwn) {
-    const auto path =
-        std::filesystem::temp_directory_path() / ("brenlow-follows-" + std::to_string(::getpid()) + ".pdf");
+    if (!test::have_pdf_tools()) GTEST_SKIP() << "poppler-utils not installed";
+    const auto path = temp_pdf("follows");
     auto doc = chart_like(3);
     ReportDocument summary;
     summary.titles = {"BLOCK WISE SUMMARY"};
@@ -56,59 +65,105 @@ TEST(ReportPdf, PrintsTheDocumentsThatFollowOnPagesOfTheirOwn) {
     summary.rows = {{"MACHINERY AND PLANT", "33,000"}};
     summary.landscape = false;
     doc.follows.push_back(summary);
-    write_pdf(doc, path.string());
-    std::ifstream in(path, std::ios::binary);
-    std::stringstream ss;
-    ss << in.rdbuf();
-    const std::string pdf = ss.str();
+    write_pdf(doc, path);
+    const std::string info = test::pdf_info(path, 1, 2);
+    EXPECT_NE(info.find("Pages:           2"), std::string::npos) << info;
+    // The chart on landscape A4, the summary on a portrait page of its own.
+    EXPECT_NE(info.find("Page    1 size:  842 x 595 pts"), std::string::npos) << info;
+    EXPECT_NE(info.find("Page    2 size:  595 x 842 pts"), std::string::npos) << info;
+    const std::string first = test::pdf_text(path, 1), second = test::pdf_text(path, 2);
+    EXPECT_EQ(first.find("BLOCK WISE SUMMARY"), std::string::npos);
+    EXPECT_NE(second.find("BLOCK WISE SUMMARY"), std::string::npos) << second;
+    EXPECT_NE(second.find("33,000"), std::string::npos) << second;
+    EXPECT_NE(second.find("Page 2 of 2"), std::string::npos) << second;
     std::filesystem::remove(path);
-    EXPECT_NE(pdf.find("BLOCK WISE SUMMARY"), std::string::npos);
-    EXPECT_NE(pdf.find("33,000"), std::string::npos);
-    EXPECT_NE(pdf.find("/Count 2"), std::string::npos);
-    EXPECT_NE(pdf.find("(Page 2 of 2)"), std::string::npos);
-    // The summary keeps its own portrait page.
-    EXPECT_NE(pdf.find("/MediaBox [0 0 595.00 842.00]"), std::string::npos);
 }
 
-TEST(ReportPdf, IsAWellFormedFileWithTheHeadingsOnEveryPage) {
-    const auto path =
-        std::filesystem::temp_directory_path() / ("brenlow-report-" + std::to_string(::getpid()) + ".pdf");
-    write_pdf(chart_like(300), path.string());
-    std::ifstream in(path, std::ios::binary);
-    std::stringstream ss;
-    ss << in.rdbuf();
-    const std::string pdf = ss.str();
-    ASSERT_EQ(pdf.rfind("%PDF-1.4", 0), 0u);
-    EXPECT_NE(pdf.find("%%EOF"), std::string::npos);
-
-    // Every xref entry points at the start of its object.
-    const auto xref_at = std::stoul(pdf.substr(pdf.rfind("startxref") + 10));
-    std::istringstream xref(pdf.substr(xref_at));
-    std::string word;
-    int first = 0, count = 0;
-    xref >> word >> first >> count;
-    ASSERT_EQ(word, "xref");
-    std::string off, gen, kind;
-    xref >> off >> gen >> kind;  // the free entry
-    for (int n = 1; n < count; ++n) {
-        xref >> off >> gen >> kind;
-        const std::string expect = std::to_string(n) + " 0 obj";
-        EXPECT_EQ(pdf.compare(std::stoul(off), expect.size(), expect), 0) << "object " << n;
-    }
-
-    // 300 rows do not fit one page; each page repeats the heading.
-    std::smatch m;
-    ASSERT_TRUE(std::regex_search(pdf, m, std::regex("/Count (\\d+)")));
-    const int pages = std::stoi(m[1]);
+TEST(ReportPdf, RepeatsTheHeadingsOnEveryPageInTheReportFace) {
+    if (!test::have_pdf_tools()) GTEST_SKIP() << "poppler-utils not installed";
+    const auto path = temp_pdf("report");
+    write_pdf(chart_like(300), path);
+    const std::string info = test::pdf_info(path);
+    const auto at = info.find("Pages:");
+    ASSERT_NE(at, std::string::npos) << "poppler does not read the file: " << info;
+    const int pages = std::stoi(info.substr(at + 6));
     EXPECT_GT(pages, 1);
-    std::size_t headings = 0;
-    for (auto p = pdf.find("FIXED ASSETS"); p != std::string::npos; p = pdf.find("FIXED ASSETS", p + 1))
-        ++headings;
-    EXPECT_EQ(headings, static_cast<std::size_t>(pages));
-    EXPECT_NE(pdf.find("(PLANT 299"), std::string::npos);
-    // The rupee sign is spelt out in the fonts' encoding.
-    EXPECT_NE(pdf.find("Rs. Rs."), std::string::npos);
+    for (int p = 1; p <= pages; ++p) {
+        const std::string text = test::pdf_text(path, p);
+        EXPECT_NE(text.find("FIXED ASSETS"), std::string::npos) << "page " << p;
+        EXPECT_NE(text.find("Less than"), std::string::npos) << "page " << p;
+        EXPECT_NE(text.find("Page " + std::to_string(p) + " of " + std::to_string(pages)), std::string::npos);
+    }
+    const std::string last = test::pdf_text(path, pages);
+    EXPECT_NE(last.find("PLANT 299"), std::string::npos);
+    // The rupee sign is printed as itself, in a face embedded in the file.
+    EXPECT_NE(last.find("Note: figures in Rs. \xE2\x82\xB9"), std::string::npos) << last;
+    const std::string fonts = test::command_output("pdffonts '" + path + "'");
+    std::string face = report_face("Verdana");
+    face.erase(std::remove(face.begin(), face.end(), ' '), face.end());
+    EXPECT_NE(fonts.find("+" + face), std::string::npos) << fonts;
+    EXPECT_NE(fonts.find(" yes yes "), std::string::npos) << "embedded and subset: " << fonts;
     std::filesystem::remove(path);
+}
+
+TEST(ReportFace, IsTheFaceAskedForWhereInstalledElseDejaVuSans) {
+    EXPECT_EQ(report_face("DejaVu Sans"), "DejaVu Sans");
+    EXPECT_EQ(report_face("No Such Face Anywhere"), kFallbackFace);
+    EXPECT_EQ(report_face(""), kFallbackFace);
+    const std::string verdana = report_face("Verdana");
+    EXPECT_TRUE(verdana == "Verdana" || verdana == kFallbackFace) << verdana;
+}
+
+// Placement with a face whose every character is half an em wide.
+std::vector<PlacedPage> placed(const ReportDocument& doc) {
+    return place_report(doc, [](std::string_view s, bool bold) { return (bold ? 0.6 : 0.5) * s.size(); });
+}
+
+const PlacedText* find_text(const PlacedPage& page, std::string_view text) {
+    for (const auto& t : page.texts)
+        if (t.text == text) return &t;
+    return nullptr;
+}
+
+TEST(ReportPlacement, AmountsEndAtTheirColumnsRightEdgeAndBandsCentreOverTheirColumns) {
+    auto doc = chart_like(2);
+    doc.rows[0][4] = "1,05,000";
+    doc.rows[1][4] = "5";
+    const auto pages = placed(doc);
+    ASSERT_EQ(pages.size(), 1u);
+    const auto& page = pages[0];
+    EXPECT_EQ(page.font_size, 9);
+    const PlacedText* wide = find_text(page, "1,05,000");
+    const PlacedText* narrow = find_text(page, "5");
+    ASSERT_TRUE(wide && narrow);
+    EXPECT_DOUBLE_EQ(wide->x + 0.5 * 8 * 9, narrow->x + 0.6 * 1 * 9);  // row 2 is bold
+    EXPECT_TRUE(narrow->bold);
+    EXPECT_FALSE(wide->bold);
+    // "Addition" sits over both addition columns: between the first's left and the second's right.
+    const PlacedText* band = find_text(page, "Addition");
+    const PlacedText* more = find_text(page, "or More");
+    const PlacedText* less = find_text(page, "180 Days");
+    ASSERT_TRUE(band && more && less);
+    EXPECT_GT(band->x, more->x - 40);
+    EXPECT_LT(band->x + 0.5 * 8 * 9, less->x + 0.5 * 8 * 9 + 40);
+    EXPECT_LT(band->y, more->y);
+    EXPECT_NE(find_text(page, "Page 1 of 1"), nullptr);
+}
+
+TEST(ReportPlacement, AWideTableShrinksTheFaceToThePageButNotBelowFourPoints) {
+    ReportDocument doc;
+    doc.titles = {"WIDE"};
+    for (int c = 0; c < 20; ++c) doc.columns.push_back({"", "C" + std::to_string(c), true, false, 12});
+    doc.rows.push_back(std::vector<std::string>(20, "1,00,000"));
+    const auto wide = placed(doc);
+    EXPECT_LT(wide[0].font_size, 9);
+    EXPECT_GE(wide[0].font_size, 4);
+    double right = 0;
+    for (const auto& t : wide[0].texts)
+        right = std::max(right, t.x + 0.5 * t.text.size() * wide[0].font_size);
+    EXPECT_LE(right, 842 - 30 + 0.01);
+    doc.columns.resize(300, {"", "C", true, false, 12});
+    EXPECT_EQ(placed(doc)[0].font_size, 4);
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <QTemporaryDir>
 
 #include "qt_app.h"
+#include "support/pdf_text.h"
 
 namespace brenlow::ui {
 namespace {
@@ -39,6 +40,15 @@ TEST(ReportPreview, PaintsEveryRowOnAsManyPagesAsItNeeds) {
     EXPECT_GT(many, 1);
     // Twice the rows take about twice the pages: the heading block repeats, rows are not lost.
     EXPECT_GE(pages_for(800), 2 * many - 1);
+    // The preview and the PDF file place the same pages: what is previewed is what is filed.
+    const std::string file = dir.filePath("written.pdf").toStdString();
+    Ostikreport::write_pdf(rows_report(400), file);
+    EXPECT_NE(test::pdf_info(file).find("Pages:           " + std::to_string(many) + "\n"), std::string::npos)
+        << test::pdf_info(file);
+#ifdef BRENLOW_ARTIFACTS_DIR
+    QFile::remove(QString(BRENLOW_ARTIFACTS_DIR) + "/report-preview.pdf");
+    QFile::copy(dir.filePath("r400.pdf"), QString(BRENLOW_ARTIFACTS_DIR) + "/report-preview.pdf");
+#endif
 }
 
 TEST(ReportPreview, TheReportObjectShowsThroughTheViewerItWasGiven) {
