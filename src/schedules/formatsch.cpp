@@ -3,7 +3,9 @@
 #include <algorithm>
 
 #include "controls/number_format.h"
+#include "schedules/schedule_carry.h"
 #include "schedules/schedule_grids.h"
+#include "schedules/schedule_report.h"
 #include "schedules/schedule_rules.h"
 
 namespace brenlow::schedules {
@@ -58,12 +60,7 @@ void formatsch::Form_Load() {
     lblRndIT.Caption = "Round-Off Depreciation (As per IT Act)";
 
     suffix_ = base.GetTbName(base.CYrInd());
-    previous_suffix_ = base.PYrInd() > 0 ? base.GetTbName(base.PYrInd()) : std::string();
-    if (previous_suffix_.empty()) {
-        const int first = last_four(base.FirstDate()) - 1, second = last_four(base.SecondDate()) - 1;
-        if (const auto count = store::client_year_count(base.dbobj(), base.Temp_Code(), first, second))
-            previous_suffix_ = base.GetTbName(*count);
-    }
+    previous_suffix_ = previous_year_suffix(base);
 
     const auto groups = store::schedule_groups(base.dbobj(), suffix_, base.Temp_Code());
     const auto& kinds = sched_kinds();
@@ -144,11 +141,7 @@ void formatsch::check_carry_forward(const SchedKind& kind) {
     auto& db = c_.base->dbobj();
     const std::string code = c_.base->Temp_Code();
     try {
-        if (store::schedule_has_rows(db, kind.stem, suffix_, code)) return;
-        if (!db.table_exists(std::string(kind.stem) + previous_suffix_)) return;
-        if (!store::schedule_has_rows(db, kind.stem, previous_suffix_, code)) return;
-        if (!ui_.ask_yes_no(kCarryForward, MsgIcon::question)) return;
-        store::carry_forward_schedule(db, kind.stem, suffix_, previous_suffix_, code);
+        offer_carry_forward(db, ui_, kind, suffix_, previous_suffix_, code);
     } catch (const store::DbError& e) {
         ui_.critical(std::string("The previous year's particulars could not be carried forward: ") +
                      e.what());
@@ -252,6 +245,23 @@ void formatsch::show_trial_balance(bool report_empty) {
     vsTB.set_redraw(true);
     panel_visible = true;
     cmdshtb.Caption = kHideTB;
+}
+
+void formatsch::cmdPrint_Click() {
+    if (!current_ || !*current_->stem) return;
+    auto& base = *c_.base;
+    auto save = lines();
+    std::vector<store::FieldRow> rows = save.rows;
+    if (save.share_application != 0) {
+        store::FieldRow sam;
+        sam.set("sam", store::Value(save.share_application));
+        rows.insert(rows.begin(), std::move(sam));
+    }
+    const auto doc =
+        schedule_report(*current_, rows, read_lists(base.dbobj(), current_->loan_id),
+                        printed_for(base.dbobj(), base.Temp_Code(), last_four(base.SecondDate())));
+    c_.report->WriteToReport(doc);
+    c_.report->showreport();
 }
 
 bool formatsch::vsf1_ValidateEdit(int row, int col, const std::string& text) {

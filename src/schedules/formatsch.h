@@ -29,7 +29,6 @@ struct SchedButton {
 
 class formatsch : public frame::Screen {
 public:
-    static constexpr const char* kCarryForward = "Do you want to carry forward previous year particulars ?";
     static constexpr const char* kDeleteQuestion = "Do you want to delele the selected item?";
     static constexpr const char* kDeleteTitle = "Delete Confirmation";
     static constexpr const char* kShowTB = "Sho&w Trial Balance Data";
@@ -65,6 +64,8 @@ public:
     void cmdAdd_Click();
     void cmddel_Click();
     void cmdshtb_Click();
+    // Prints the open schedule as the grid holds it, through the report object.
+    void cmdPrint_Click();
     // A cell of vsf1 was edited: computed columns follow, new master items are asked for.
     void vsf1_AfterEdit(int row, int col);
     // Edits refused while typing (the paid-up rate above the rate per share).

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "schedules/schedule_carry.h"
 #include "schedules/schedule_grids.h"
 #include "support/component_fixture.h"
 #include "support/scripted_ui.h"
@@ -126,7 +127,7 @@ TEST_P(Formatsch, ReservesCarryTheirClosingBalanceForwardWithNoMovement) {
     base_->select_client_year("CO1", kComponentYear);
     ui_.answer_yes();
     auto s = screen(kReserves);
-    EXPECT_EQ(ui_.questions(), std::vector<std::string>{formatsch::kCarryForward});
+    EXPECT_EQ(ui_.questions(), std::vector<std::string>{kCarryForwardQuestion});
     const auto r = rows("select * from RESV_2025 where code_no='CO1'");
     ASSERT_EQ(r.size(), 1u);
     EXPECT_EQ(r.first("resv_id").as_int(), 4);

@@ -43,6 +43,11 @@ constexpr const char* kUsage =
     "                            the year's results into the trial balance or the capital-gains records\n"
     "  trial-balance --client CODE --year YYYY [--json]\n"
     "                            the client's trial balance of the year\n"
+    "  schedules export|import FILE.json --client CODE --year YYYY [--replace]\n"
+    "  schedules show NAME --client CODE --year YYYY [--json|--pdf FILE]\n"
+    "  schedules carry-forward --client CODE --year YYYY [--yes]\n"
+    "                            the balance-sheet schedules of the year: as a JSON document, one\n"
+    "                            schedule printed, last year's particulars carried forward\n"
     "  demo [--out DIR]          a demonstration client DEMO01 (F.Y. 2024-25) with both charts\n"
     "                            printed and written as PDF files into DIR\n"
     "\n"
@@ -96,6 +101,7 @@ const std::map<std::string, Handler>& commands() {
         {"register", register_command},
         {"transfer", transfer_command},
         {"trial-balance", trial_balance_command},
+        {"schedules", schedules_command},
     };
     return table;
 }
