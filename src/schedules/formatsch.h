@@ -84,6 +84,8 @@ public:
     // A combo column dropped open after a refusal (row, col), -1 when none.
     int dropped_row() const { return dropped_row_; }
     int dropped_col() const { return dropped_col_; }
+    // The view has dropped the list open.
+    void dropped_shown() { dropped_row_ = dropped_col_ = -1; }
 
     // The grid's lines as table rows (srno = line number) and the share application money.
     store::ScheduleSave lines() const;
