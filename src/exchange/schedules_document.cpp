@@ -89,7 +89,11 @@ std::string export_schedules(store::Database& db, const std::string& code, int y
     Json doc = {{"format", "brenlow-schedules"}, {"version", 1}, {"client", code}, {"year", year}};
     for (const auto& stem : store::schedule_stems()) {
         Json rows = Json::array();
-        for (const auto& r : store::read_schedule(db, stem, suffix, code)) {
+        // Secured loans first, then unsecured: each kind numbers its own lines.
+        auto read = store::read_schedule(db, stem, suffix, code, stem == "SECUR_" ? 1 : 0);
+        if (stem == "SECUR_")
+            for (auto& r : store::read_schedule(db, stem, suffix, code, 2)) read.push_back(std::move(r));
+        for (const auto& r : read) {
             Json row = Json::object();
             for (const auto& c : store::schedule_columns(stem))
                 if (c != "code_no") row[c] = value_json(c, r.get(c));
