@@ -125,6 +125,8 @@ void formatsch::open(const SchedKind& kind) {
     lblTitle.Caption = kind.loan_id ? std::string(kind.loan_id == 1 ? "Secured " : "Unsecured ") + "Loans"
                                     : std::string(kind.title);
     dropped_row_ = dropped_col_ = -1;
+    // The fixed forms keep their lines.
+    cmdAdd.Enabled = cmddel.Enabled = kind.group != kSundryDebtors && kind.group != kCashBank;
     lay_out(kind);
     if (!previous_suffix_.empty() && carries_forward(kind)) check_carry_forward(kind);
     load_rows(kind);

@@ -61,7 +61,7 @@ const std::vector<FormLine>* form_of(const SchedKind& kind) {
 std::vector<Col> columns_of(const SchedKind& kind, const SchedLists& l) {
     switch (kind.group) {
         case kShareCapital:
-            return {{"four_id", "Type of Share Capital", kShareTypeList, "", true, 30},
+            return {{"four_id", "Type of Share Capital", kShareTypeList, "", true, 34},
                     {"ref_ep", "Type of Share", kShareKindList, "", true, 16},
                     {"no_share", "No. of Shares", "", kCount, true, 12},
                     {"RS_SHARE", "Rs. / Share", "", kAmt, true, 10},
@@ -76,20 +76,20 @@ std::vector<Col> columns_of(const SchedKind& kind, const SchedLists& l) {
                     {"Ded_amt", "Deduction", "", kAmt, true, 14}};
         case kSecured:
         case kUnsecured:
-            return {{kItemKey, "Specify Item", l.heads, "", true, 30},
-                    {"PARTICUL", "Particulars", "", "", true, 30},
+            return {{kItemKey, "Specify Item", l.heads, "", true, 40},
+                    {"PARTICUL", "Particulars", "", "", true, 40},
                     {"rate", "No. of Debentures", "", kCount, true, 10},
                     {"EACH_AMT", "Rs. / Paid", "", kAmt, true, 12},
                     {"Amount", "Amount", "", kAmt, true, 14}};
         case kInvestments:
-            return {{"INVEST_ID", "Type of Investment", l.invest, "", true, 28},
+            return {{"INVEST_ID", "Type of Investment", l.invest, "", true, 36},
                     {"SHARE_ID", "Type of Share", kInvestShareList, "", true, 12},
                     {"no_shares", "No. of Shares", "", kCount, true, 10},
                     {"per_share_amt", "Per Share", "", kAmt, true, 10},
                     {"paidup", "Paid up Amount", "", kAmt, true, 12},
                     {"mktval", "Market Value", "", kAmt, true, 12},
                     {"Amount", "Amount", "", kAmt, true, 14},
-                    {"comp_id", "Name of Company", l.company, "", true, 24},
+                    {"comp_id", "Name of Company", l.company, "", true, 30},
                     {"particular", "Particulars", "", "", true, 20},
                     {"qu_ID", "Quoted or Unquoted", kQuotedList, "", true, 10},
                     {"TNT_ID", "Trading or Non Trading", kTradingList, "", true, 12}};

@@ -106,8 +106,9 @@ SchedulesWindow::SchedulesWindow(std::shared_ptr<formatsch> screen, QWidget* par
     commands->addWidget(close);
 
     auto* centre = new QHBoxLayout;
-    centre->addWidget(vsf1_, 3);
-    centre->addWidget(panel_, 2);
+    centre->addWidget(vsf1_, 1);
+    panel_->setFixedWidth(400);
+    centre->addWidget(panel_);
     auto* main = new QVBoxLayout;
     main->addWidget(title_);
     main->addWidget(message_);
@@ -154,7 +155,9 @@ void SchedulesWindow::refresh() {
     panel_->setVisible(screen_->panel_visible);
     shtb_->setText(q(screen_->cmdshtb.Caption));
     const bool open = screen_->current() != nullptr;
-    for (QPushButton* b : {add_, del_, print_}) b->setEnabled(open);
+    add_->setEnabled(open && screen_->cmdAdd.Enabled);
+    del_->setEnabled(open && screen_->cmddel.Enabled);
+    print_->setEnabled(open);
     if (screen_->dropped_row() >= 0) {
         const auto index = vsf1_->model()->index(screen_->dropped_row() - screen_->vsf1.fixed_rows(),
                                                  screen_->dropped_col());
