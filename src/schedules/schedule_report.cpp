@@ -21,6 +21,8 @@ std::string year_span(int closing_year) {
 // The columns a schedule totals: amounts, never rates or counts.
 bool totalled(const SchedKind& kind, const std::string& key) {
     if (kind.group == kSundryDebtors) return false;
+    // Authorised capital is not a figure of the balance sheet: only the paid-up one adds up.
+    if (kind.group == kShareCapital) return key == kPaidAmountKey;
     for (const char* k : {kAmountKey, kPaidAmountKey, kClosingKey, kFormAmountKey, "OP_BL", "ADD_AMT",
                           "Ded_amt", "Amount", "mktval", "OpBal"})
         if (key == k) return true;
