@@ -51,6 +51,16 @@ std::string formatsch::Caption() const {
 
 void formatsch::Form_Load() {
     auto& base = *c_.base;
+    // The screen is made once and shown again: every showing starts afresh, on the
+    // client and year open now.
+    current_ = nullptr;
+    loan_kind_.clear();
+    lblTitle.Caption.clear();
+    panel_visible = message_frame_visible = false;
+    cmdshtb.Caption = kShowTB;
+    vsf1.set_rows(vsf1.fixed_rows());
+    vsf1.set_cols(0);
+    row_ = col_ = dropped_row_ = dropped_col_ = -1;
     status_ = base.TSTATUS();
     FixOnly_ = frame::vb_is_true(c_.FixOnly);
     SchDef_ = c_.SchDef;

@@ -352,6 +352,20 @@ TEST_P(Formatsch, DeletingALineAsksFirstWithNoAsTheDefault) {
     EXPECT_EQ(s->vsf1.data_rows(), 0);
 }
 
+TEST_P(Formatsch, ShownAgainTheScreenStartsAfreshOnTheYearOpenNow) {
+    company(true);
+    auto s = screen(kReserves);
+    type_line(*s, {{"resv_id", "4"}, {"OP_BL", "10"}});
+    ASSERT_TRUE(s->save());
+    s->cmdshtb_Click();  // nothing in the trial balance
+    base_->select_client_year("CO1", kComponentYear - 1);
+    component_.SchDef = kReserves;
+    s->Form_Load();
+    EXPECT_STREQ(s->current()->title, "Reserve and Surplus");
+    EXPECT_EQ(s->vsf1.data_rows(), 0);
+    EXPECT_EQ(s->suffix(), "2024");
+}
+
 BRENLOW_INSTANTIATE_BACKENDS(Formatsch);
 
 }  // namespace
