@@ -306,6 +306,14 @@ void formatsch::vsf1_AfterEdit(int row, int col) {
         if (key == "resv_id") vsf1.set_text_matrix(row, vsf1.col_index(kUserReserveKey), "");
         if (key == kUserReserveKey) vsf1.set_text_matrix(row, vsf1.col_index("resv_id"), "");
     }
+    // An investment keeps only the columns of its type.
+    if (current_->group == kInvestments) {
+        const int type = static_cast<int>(vsf1.value_matrix(row, vsf1.col_index("INVEST_ID")));
+        const auto& keep = invest_columns(type);
+        for (int c = 0; type != 0 && c < vsf1.cols(); ++c)
+            if (std::find(keep.begin(), keep.end(), vsf1.col_key(c)) == keep.end())
+                vsf1.set_text_matrix(row, c, "");
+    }
     recompute_line(vsf1, *current_, row);
 }
 

@@ -366,6 +366,41 @@ TEST_P(Formatsch, ShownAgainTheScreenStartsAfreshOnTheYearOpenNow) {
     EXPECT_EQ(s->suffix(), "2024");
 }
 
+TEST_P(Formatsch, AnInvestmentKeepsTheColumnsOfItsType) {
+    company();
+    auto s = screen(kInvestments);
+    type_line(*s, {{"particular", "GOLD"}, {"no_shares", "5"}, {"INVEST_ID", "10"}, {"Amount", "700"}});
+    const int r = s->vsf1_Row();
+    EXPECT_EQ(s->vsf1.text_matrix(r, s->vsf1.col_index("particular")), "GOLD");
+    EXPECT_EQ(s->vsf1.text_matrix(r, s->vsf1.col_index("no_shares")), "");
+    s->vsf1.set_text_matrix(r, s->vsf1.col_index("qu_ID"), "1");
+    s->vsf1_AfterEdit(r, s->vsf1.col_index("qu_ID"));
+    EXPECT_EQ(s->vsf1.text_matrix(r, s->vsf1.col_index("qu_ID")), "");
+    ASSERT_TRUE(s->save());
+    const auto row = rows("select * from INVEST_2025");
+    EXPECT_EQ(row.first("particular").as_text(), "GOLD");
+    EXPECT_TRUE(row.first("comp_id").is_null());
+}
+
+TEST_P(Formatsch, PrintingGivesTheReportObjectTheScheduleAsTheGridHoldsIt) {
+    company();
+    auto s = screen(kUnsecured);
+    type_line(*s, {{kItemKey, "5"}, {"PARTICUL", "MR DIRECTOR"}, {"Amount", "1234567.5"}});
+    std::vector<Ostikreport::ReportDocument> shown;
+    component_.report->set_viewer([&](const Ostikreport::ReportDocument& d) { shown.push_back(d); });
+    s->cmdPrint_Click();
+    ASSERT_EQ(shown.size(), 1u);
+    const auto& doc = shown[0];
+    EXPECT_EQ(doc.titles[0], "SCHEDULE: Unsecured Loans");
+    EXPECT_EQ(doc.titles[1], "Client: CO1 - ACME LTD");
+    EXPECT_EQ(doc.titles[2], "F.Y. 2024-25");
+    ASSERT_EQ(doc.rows.size(), 2u);
+    EXPECT_EQ(doc.rows[0][0], "LOANS FROM DIRECTORS");
+    EXPECT_EQ(doc.rows[0][4], "1,234,567.50");
+    EXPECT_EQ(doc.rows[1][0], "Total");
+    EXPECT_EQ(count("select count(*) as n from SECUR_2025"), 0);  // printing writes nothing
+}
+
 BRENLOW_INSTANTIATE_BACKENDS(Formatsch);
 
 }  // namespace
