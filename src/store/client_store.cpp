@@ -4,6 +4,7 @@
 #include <cctype>
 
 #include "store/client_code.h"
+#include "store/schedule_store.h"
 #include "store/schema.h"
 #include "store/seed.h"
 #include "store/table_lock.h"
@@ -131,6 +132,7 @@ CreatedYear create_client_year(Database& db, std::string_view typed_code, int ye
     result.client_year = *find_client_year(db, code, year);
 
     create_year_tables(db, result.client_year.tbl_nm);
+    ensure_schedule_groups(db, result.client_year.tbl_nm, code, result.client_year.status);
     create_register_tables(db, year);
     ensure_year_masters(db, year);
 

@@ -8,6 +8,7 @@
 #include <set>
 #include <sstream>
 #include <stdexcept>
+#include <tuple>
 #include <vector>
 
 #include "controls/number_format.h"
@@ -188,6 +189,25 @@ void seed_allgrp(Database& db) {
                    "," + quoted(name) + ")");
 }
 
+// Heads of loans: secured (Loan_Id 1) and unsecured (2), numbered through both.
+void seed_loan_heads(Database& db) {
+    if (!is_empty(db, "Mast_Head")) return;
+    const std::vector<std::tuple<int, std::string, int>> rows = {
+        {1, "TERM LOANS FROM BANKS", 1},
+        {2, "CASH CREDIT AND OVERDRAFT FROM BANKS", 1},
+        {3, "LOANS FROM FINANCIAL INSTITUTIONS", 1},
+        {4, "VEHICLE LOANS", 1},
+        {5, "LOANS FROM DIRECTORS", 2},
+        {6, "LOANS FROM SHAREHOLDERS", 2},
+        {7, "INTER-CORPORATE DEPOSITS", 2},
+        {8, "PUBLIC DEPOSITS", 2},
+        {9, "LOANS FROM OTHERS", 2},
+    };
+    for (const auto& [id, name, kind] : rows)
+        db.execute("INSERT INTO Mast_Head Values (" + std::to_string(id) + "," + quoted(name) + "," +
+                   std::to_string(kind) + ")");
+}
+
 }  // namespace
 
 int it_nature_of(const std::string& group_name) {
@@ -257,6 +277,19 @@ void seed_masters(Database& db, const std::string& data_dir) {
                 {8, "NATIONAL SAVINGS CERTIFICATES"},
                 {9, "SHARES IN CO-OPERATIVE SOCIETIES"},
                 {10, "OTHER INVESTMENTS"}});
+    seed_pairs(db, "Mast_Oth_Loan",
+               {{1, "ADVANCES RECOVERABLE IN CASH OR KIND"},
+                {2, "SECURITY DEPOSITS"},
+                {3, "LOANS TO EMPLOYEES"},
+                {4, "ADVANCE TAX AND TAX DEDUCTED AT SOURCE"},
+                {5, "PREPAID EXPENSES"},
+                {6, "BALANCE WITH REVENUE AUTHORITIES"}});
+    seed_pairs(db, "MAST_MISCEXP",
+               {{1, "PRELIMINARY EXPENSES"},
+                {2, "SHARE ISSUE EXPENSES"},
+                {3, "DEFERRED REVENUE EXPENDITURE"},
+                {4, "DISCOUNT ON ISSUE OF SHARES OR DEBENTURES"}});
+    seed_loan_heads(db);
     if (db.query("Select Count(*) as n from BlockGroup Where GrpId=0").first("n").as_int() == 0)
         db.execute("INSERT INTO BlockGroup Values (0,' ',0,0)");
     tx.commit();
@@ -264,8 +297,8 @@ void seed_masters(Database& db, const std::string& data_dir) {
 }
 
 bool masters_seeded(Database& db) {
-    for (const char* t :
-         {"NewITBM", "NewCLBM", "MAST_GUNDER", "Mast_AllGrp", "mast_depmethod", "MAST_RESV", "Mast_Invest"}) {
+    for (const char* t : {"NewITBM", "NewCLBM", "MAST_GUNDER", "Mast_AllGrp", "mast_depmethod", "MAST_RESV",
+                          "Mast_Invest", "Mast_Oth_Loan", "MAST_MISCEXP", "Mast_Head"}) {
         if (is_empty(db, t)) return false;
     }
     return db.query("Select Count(*) as n from BlockGroup Where GrpId=0").first("n").as_int() > 0;

@@ -2,13 +2,15 @@
 
 #include "ui/masters_windows.h"
 #include "ui/register_window.h"
+#include "ui/schedules_window.h"
 
 namespace brenlow::ui {
 
 QWidget* make_screen_window(std::shared_ptr<frame::Screen> screen, frame::Component& component,
                             QWidget* parent) {
-    // The register is the one screen Forms hands out that has a window yet.
-    return make_register_window(std::move(screen), component, parent);
+    // By the screen's type: the register, the schedules.
+    if (auto* window = make_register_window(screen, component, parent)) return window;
+    return make_schedules_window(std::move(screen), parent);
 }
 
 QWidget* make_block_master_window(frame::Component& component, int kind, QWidget* parent) {

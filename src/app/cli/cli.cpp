@@ -46,6 +46,11 @@ constexpr const char* kUsage =
     "  settings [digit-grouping indian|western]\n"
     "                            the practice's settings: amounts grouped in lakhs (the default)\n"
     "                            or in thousands\n"
+    "  schedules export|import FILE.json --client CODE --year YYYY [--replace]\n"
+    "  schedules show NAME --client CODE --year YYYY [--json|--pdf FILE]\n"
+    "  schedules carry-forward --client CODE --year YYYY [--yes]\n"
+    "                            the balance-sheet schedules of the year: as a JSON document, one\n"
+    "                            schedule printed, last year's particulars carried forward\n"
     "  demo [--out DIR]          a demonstration client DEMO01 (F.Y. 2024-25) with both charts\n"
     "                            printed and written as PDF files into DIR\n"
     "\n"
@@ -100,6 +105,7 @@ const std::map<std::string, Handler>& commands() {
         {"transfer", transfer_command},
         {"trial-balance", trial_balance_command},
         {"settings", settings_command},
+        {"schedules", schedules_command},
     };
     return table;
 }

@@ -17,6 +17,7 @@
 #include "suite/defaults.h"
 #include "ui/register_window.h"
 #include "ui/report_preview.h"
+#include "ui/schedules_window.h"
 #include "ui/screen_windows.h"
 
 namespace brenlow::tarrow {
@@ -92,6 +93,14 @@ bool HostWindow::open_database(const QString& url) {
         frame::ScreenMakers makers;
         // A register screen speaks through the boxes of the window that shows it.
         makers.frmNewFATR = [this](frame::Component& c) { return ui::make_register_screen(c, this); };
+        // The schedules screen opens the partners' capital screen through the host's own
+        // menu command (which says when it is not available); the Fixed Assets
+        // schedule's opener is set where its window is made.
+        makers.formatsch = [this](frame::Component& c) {
+            auto screen = ui::make_schedules_screen(c, this);
+            screen->open_capital = [this] { open_capital(); };
+            return screen;
+        };
         forms_ = std::make_unique<frame::Forms>(catalogue, ui_, makers);
         ui::preview_reports_on_desktop(*forms_->component().report, this);
         url_ = url;

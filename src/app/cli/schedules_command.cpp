@@ -1,0 +1,229 @@
+// brenlow schedules export|import|show|carry-forward: a client's balance-sheet
+// schedules of one year as a JSON document, one schedule printed, and last year's
+// particulars carried into this year.
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <iomanip>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "app/cli/commands.h"
+#include "app/cli/options.h"
+#include "controls/cli_ui.h"
+#include "exchange/schedules_document.h"
+#include "schedules/schedule_carry.h"
+#include "schedules/schedule_grids.h"
+#include "schedules/schedule_report.h"
+#include "store/schedule_store.h"
+#include "suite/output_file.h"
+
+namespace brenlow::cli {
+namespace {
+
+constexpr const char* kHelp =
+    "Usage: brenlow [--db URL] schedules export FILE.json --client CODE --year YYYY\n"
+    "       brenlow [--db URL] schedules import FILE.json --client CODE --year YYYY [--replace]\n"
+    "       brenlow [--db URL] schedules show NAME --client CODE --year YYYY [--secured|--unsecured]\n"
+    "                                         [--json|--pdf FILE]\n"
+    "       brenlow [--db URL] schedules carry-forward --client CODE --year YYYY [--yes]\n"
+    "\n"
+    "The balance-sheet schedules of the client's year, as the schedules screen keeps them:\n"
+    "  export          every schedule table of the year (SHARE_, RESV_, SECUR_, INVEST_, LOAN_ADV_,\n"
+    "                  MiscExpAsst_, SUNDEB_, BANK_) as one JSON document, rows keyed by column names\n"
+    "  import          reads such a document; every row is checked with the screen's checks before\n"
+    "                  anything is written; --replace replaces the tables the document holds\n"
+    "  show NAME       prints one schedule: \"Share Capital\", \"Reserve and Surplus\", \"Loans\" (with\n"
+    "                  --secured or --unsecured), \"Investments\", \"Sundry Debtors\", \"Cash and Bank\n"
+    "                  Balance\", \"Loans and Advances\", \"Misc. Expenses (Assets)\"; --json its rows,\n"
+    "                  --pdf FILE the printed schedule as a PDF file\n"
+    "  carry-forward   brings last year's particulars into each schedule that has none this year\n"
+    "                  (reserves: last year's closing balance as the opening one); --yes answers the\n"
+    "                  question \"Do you want to carry forward previous year particulars ?\"\n"
+    "Example: brenlow schedules show \"Reserve and Surplus\" --client ACME --year 2025 --pdf resv.pdf\n";
+
+// Answers the schedules' questions Yes with --yes; otherwise the command stops at one.
+class SchedulesUi : public CliUi {
+public:
+    SchedulesUi(std::ostream& err, bool yes) : CliUi(err, yes), yes_(yes) {}
+    bool ask_yes_no(std::string_view text, MsgIcon icon, bool default_yes, std::string_view title) override {
+        if (yes_) return CliUi::ask_yes_no(text, icon, default_yes, title);
+        throw QuestionUnanswered(std::string(text) + " (answer it with --yes)");
+    }
+
+private:
+    bool yes_;
+};
+
+struct Target {
+    std::string code;
+    int year = 0;
+};
+
+Target target_of(Context& ctx, const Options& opt) {
+    Target t{opt.client(), opt.require_int("year", 1990, 2099)};
+    if (!ctx.base().select_client_year(t.code, t.year))
+        throw UsageError("client " + t.code + " has no financial year " + fy_text(t.year) +
+                         " (create it with brenlow init).");
+    return t;
+}
+
+std::string one_file(const Options& opt, const char* sub) {
+    if (opt.positional().size() != 1) throw UsageError(std::string(sub) + " takes one file name.");
+    return opt.positional()[0];
+}
+
+int export_schedules(Context& ctx, const std::vector<std::string>& args) {
+    const Options opt(args, {});
+    opt.reject_unknown({"client", "year"});
+    ctx.reads_only();
+    const std::string file = one_file(opt, "export");
+    const auto t = target_of(ctx, opt);
+    suite::write_file_whole(file, exchange::export_schedules(ctx.base().dbobj(), t.code, t.year));
+    ctx.out << "Wrote the schedules of " << t.code << " for F.Y. " << fy_text(t.year) << " to " << file
+            << "\n";
+    return 0;
+}
+
+int import_schedules(Context& ctx, const std::vector<std::string>& args) {
+    const Options opt(args, {"replace"});
+    opt.reject_unknown({"client", "year", "replace"});
+    const std::string file = one_file(opt, "import");
+    const auto t = target_of(ctx, opt);
+    const auto refuse = [&](const std::vector<std::string>& why) {
+        for (const auto& e : why) ctx.err << file << ": " << e << "\n";
+        ctx.err << "Nothing was imported.\n";
+        return 1;
+    };
+    std::error_code ec;
+    const auto kind = std::filesystem::status(file, ec).type();
+    if (kind == std::filesystem::file_type::not_found) return refuse({"there is no such file"});
+    if (kind == std::filesystem::file_type::directory)
+        return refuse({"this is a folder, not a schedules document"});
+    std::ifstream f(file, std::ios::binary);
+    std::ostringstream text;
+    if (f) text << f.rdbuf();
+    if (!f || f.bad()) return refuse({"the file cannot be read"});
+    exchange::SchedulesImportResult r;
+    try {
+        r = exchange::import_schedules(ctx.base().dbobj(), t.code, t.year, text.str(), opt.has("replace"));
+    } catch (const store::DbError& e) {
+        return refuse({std::string("the database refused it: ") + e.what()});
+    }
+    if (!r.errors.empty()) return refuse(r.errors);
+    ctx.out << "Imported into " << t.code << " for F.Y. " << fy_text(t.year) << ": " << r.rows << " rows of "
+            << r.tables << " schedules\n";
+    return 0;
+}
+
+int show_schedule(Context& ctx, const std::vector<std::string>& args) {
+    const Options opt(args, {"secured", "unsecured", "json"});
+    opt.reject_unknown({"client", "year", "secured", "unsecured", "json", "pdf"});
+    ctx.reads_only();
+    if (opt.positional().size() != 1) throw UsageError("show takes the name of one schedule.");
+    if (opt.has("json") && opt.has("pdf")) throw UsageError("--json and --pdf do not go together.");
+    if (opt.has("secured") && opt.has("unsecured"))
+        throw UsageError("--secured and --unsecured do not go together.");
+    const std::string name = opt.positional()[0];
+    const int loan = opt.has("unsecured") ? 2 : 1;
+    const auto* kind = schedules::kind_of_title(name, loan);
+    if (!kind || !*kind->stem)
+        throw UsageError("no schedule is called \"" + name + "\" (brenlow schedules --help lists them).");
+    if (kind->loan_id == 0 && (opt.has("secured") || opt.has("unsecured")))
+        throw UsageError("--secured and --unsecured go with \"Loans\" only.");
+    const auto t = target_of(ctx, opt);
+    auto& base = ctx.base();
+    auto& db = base.dbobj();
+    const std::string suffix = base.GetTbName(base.CYrInd());
+    const auto rows = store::read_schedule(db, kind->stem, suffix, t.code, kind->loan_id);
+    if (opt.has("json")) {
+        auto out = nlohmann::ordered_json::array();
+        for (const auto& r : rows) {
+            nlohmann::ordered_json row = nlohmann::ordered_json::object();
+            for (const auto& column : store::schedule_columns(kind->stem)) {
+                const auto& value = r.get(column);
+                if (column == "code_no") continue;
+                if (value.is_null())
+                    row[column] = nullptr;
+                else if (store::schedule_text_column(column))
+                    row[column] = value.as_text();
+                else if (const double v = value.as_double(); v == std::floor(v) && std::fabs(v) < 1e15)
+                    row[column] = static_cast<long long>(v);
+                else
+                    row[column] = v;
+            }
+            out.push_back(std::move(row));
+        }
+        ctx.out << out.dump(2) << "\n";
+        return 0;
+    }
+    const auto doc = schedules::schedule_report(*kind, rows, schedules::read_lists(db, kind->loan_id),
+                                                schedules::printed_for(db, t.code, t.year));
+    if (const auto pdf = opt.get("pdf")) {
+        Ostikreport::write_pdf(doc, *pdf);
+        ctx.out << "Wrote " << *pdf << "\n";
+        return 0;
+    }
+    ctx.out << Ostikreport::render_text(doc);
+    return 0;
+}
+
+int carry_forward(Context& ctx, const std::vector<std::string>& args) {
+    const Options opt(args, {"yes"});
+    opt.reject_unknown({"client", "year", "yes"});
+    const auto t = target_of(ctx, opt);
+    auto& base = ctx.base();
+    const std::string suffix = base.GetTbName(base.CYrInd());
+    const std::string previous = schedules::previous_year_suffix(base);
+    if (previous.empty()) {
+        ctx.out << t.code << " has no year before F.Y. " << fy_text(t.year)
+                << ": nothing to carry forward.\n";
+        return 0;
+    }
+    SchedulesUi ui(ctx.err, opt.has("yes"));
+    // The schedules the client's screen shows: its schedule groups, and share capital
+    // for a company only.
+    const auto groups = store::schedule_groups(base.dbobj(), suffix, t.code);
+    const auto has = [&](const schedules::SchedKind& k) {
+        if (k.group == schedules::kShareCapital && base.TSTATUS() != 3 && base.TSTATUS() != 4) return false;
+        return std::find(groups.begin(), groups.end(), k.gunder) != groups.end();
+    };
+    std::string done_stem;
+    for (const auto& kind : schedules::sched_kinds()) {
+        if (!schedules::carries_forward(kind) || !*kind.stem || kind.stem == done_stem || !has(kind))
+            continue;
+        done_stem = kind.stem;  // both kinds of loan live in one table
+        const int n = schedules::offer_carry_forward(base.dbobj(), ui, kind, suffix, previous, t.code);
+        ctx.out << std::left << std::setw(26)
+                << (kind.loan_id ? std::string("Loans") : std::string(kind.title))
+                << (n > 0 ? std::to_string(n) + " rows carried forward"
+                          : std::string("nothing carried forward"))
+                << "\n";
+    }
+    return 0;
+}
+
+}  // namespace
+
+int schedules_command(Context& ctx, const std::vector<std::string>& args) {
+    if (args.empty() || args[0] == "--help" || args[0] == "-h") {
+        ctx.out << kHelp;
+        return args.empty() ? 1 : 0;
+    }
+    for (const auto& a : args)
+        if (a == "--help" || a == "-h") {
+            ctx.out << kHelp;
+            return 0;
+        }
+    const std::string sub = args[0];
+    const std::vector<std::string> rest(args.begin() + 1, args.end());
+    if (sub == "export") return export_schedules(ctx, rest);
+    if (sub == "import") return import_schedules(ctx, rest);
+    if (sub == "show") return show_schedule(ctx, rest);
+    if (sub == "carry-forward") return carry_forward(ctx, rest);
+    throw UsageError("unknown schedules subcommand \"" + sub + "\" (export, import, show or carry-forward).");
+}
+
+}  // namespace brenlow::cli

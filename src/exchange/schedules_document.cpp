@@ -1,0 +1,200 @@
+#include "exchange/schedules_document.h"
+
+#include <cmath>
+#include <nlohmann/json.hpp>
+
+#include "schedules/schedule_kinds.h"
+#include "schedules/schedule_rules.h"
+#include "store/client_store.h"
+#include "store/schedule_store.h"
+#include "store/sql_dialect.h"
+
+namespace brenlow::exchange {
+namespace {
+
+using Json = nlohmann::ordered_json;
+using store::FieldRow;
+using store::Value;
+
+Json num(double v) {
+    if (std::isfinite(v) && v == std::floor(v) && std::fabs(v) < 1e15) return static_cast<long long>(v);
+    return v;
+}
+
+Json value_json(const std::string& column, const Value& v) {
+    if (v.is_null()) return nullptr;
+    if (store::schedule_text_column(column)) return v.as_text();
+    return num(v.as_double());
+}
+
+std::string suffix_of(store::Database& db, const std::string& code, int year) {
+    const auto cy = store::find_client_year(db, code, year);
+    if (!cy) throw store::DbError(0, "client " + code + " has no financial year " + std::to_string(year));
+    return cy->tbl_nm;
+}
+
+std::string where(const std::string& stem, std::size_t index) {
+    return stem + " row " + std::to_string(index + 1);
+}
+
+// A document row as a table row: known columns only, of the right kind.
+std::optional<FieldRow> read_row(const std::string& stem, std::size_t index, const Json& j,
+                                 std::vector<std::string>& errors) {
+    if (!j.is_object()) {
+        errors.push_back(where(stem, index) + ": not an object");
+        return std::nullopt;
+    }
+    const auto& columns = store::schedule_columns(stem);
+    FieldRow row;
+    bool ok = true;
+    for (const auto& [key, value] : j.items()) {
+        std::string column;
+        for (const auto& c : columns)
+            if (store::equals_case_blind(c, key)) column = c;
+        if (column.empty() || column == "code_no") {
+            errors.push_back(where(stem, index) + ": unknown field " + key);
+            ok = false;
+            continue;
+        }
+        if (value.is_null()) {
+            row.set(column, Value());
+        } else if (store::schedule_text_column(column)) {
+            if (!value.is_string()) {
+                errors.push_back(where(stem, index) + ": field " + column + " must be text");
+                ok = false;
+                continue;
+            }
+            row.set(column, Value(value.get<std::string>()));
+        } else if (!value.is_number() || !std::isfinite(value.get<double>())) {
+            errors.push_back(where(stem, index) + ": field " + column + " must be a number");
+            ok = false;
+        } else {
+            row.set(column, Value(value.get<double>()));
+        }
+    }
+    if (!ok) return std::nullopt;
+    if (!row.has("srno") || row.get("srno").is_null()) row.set("srno", Value(static_cast<double>(index + 1)));
+    return row;
+}
+
+struct TableSave {
+    store::ScheduleSave save;
+    std::vector<std::size_t> indexes;  // document row of each line
+};
+
+}  // namespace
+
+std::string export_schedules(store::Database& db, const std::string& code, int year) {
+    const std::string suffix = suffix_of(db, code, year);
+    Json doc = {{"format", "brenlow-schedules"}, {"version", 1}, {"client", code}, {"year", year}};
+    for (const auto& stem : store::schedule_stems()) {
+        Json rows = Json::array();
+        // Secured loans first, then unsecured: each kind numbers its own lines.
+        auto read = store::read_schedule(db, stem, suffix, code, stem == "SECUR_" ? 1 : 0);
+        if (stem == "SECUR_")
+            for (auto& r : store::read_schedule(db, stem, suffix, code, 2)) read.push_back(std::move(r));
+        for (const auto& r : read) {
+            Json row = Json::object();
+            for (const auto& c : store::schedule_columns(stem))
+                if (c != "code_no") row[c] = value_json(c, r.get(c));
+            rows.push_back(std::move(row));
+        }
+        doc[stem] = std::move(rows);
+    }
+    return doc.dump(2) + "\n";
+}
+
+SchedulesImportResult import_schedules(store::Database& db, const std::string& code, int year,
+                                       const std::string& json, bool replace) {
+    SchedulesImportResult result;
+    auto& errors = result.errors;
+    Json doc;
+    try {
+        doc = Json::parse(json);
+    } catch (const std::exception& e) {
+        errors.push_back(std::string("not a JSON document: ") + e.what());
+        return result;
+    }
+    if (!doc.is_object() || doc.value("format", "") != "brenlow-schedules") {
+        errors.push_back("not a schedules document (format \"brenlow-schedules\")");
+        return result;
+    }
+    if (doc.value("version", 0) != 1) {
+        errors.push_back("unknown version of the schedules document");
+        return result;
+    }
+    for (const auto& [key, value] : doc.items()) {
+        if (key == "format" || key == "version" || key == "client" || key == "year") continue;
+        bool known = false;
+        for (const auto& s : store::schedule_stems()) known = known || s == key;
+        if (!known) errors.push_back("unknown table " + key);
+    }
+    const std::string suffix = suffix_of(db, code, year);
+
+    std::vector<TableSave> saves;
+    for (const auto& stem : store::schedule_stems()) {
+        if (!doc.contains(stem)) continue;
+        const Json& rows = doc[stem];
+        if (!rows.is_array()) {
+            errors.push_back(stem + ": not a list of rows");
+            continue;
+        }
+        if ((stem == "SUNDEB_" || stem == "BANK_") && rows.size() > 1) {
+            errors.push_back(stem + ": a client has one row of it, the document " +
+                             std::to_string(rows.size()));
+            continue;
+        }
+        // SECUR_ is saved per kind of loan, as the screen saves it.
+        std::vector<TableSave> kinds(stem == "SECUR_" ? 2 : 1);
+        for (std::size_t k = 0; k < kinds.size(); ++k) {
+            kinds[k].save.stem = stem;
+            kinds[k].save.loan_id = stem == "SECUR_" ? static_cast<int>(k) + 1 : 0;
+        }
+        for (std::size_t i = 0; i < rows.size(); ++i) {
+            auto row = read_row(stem, i, rows[i], errors);
+            if (!row) continue;
+            if (stem == "SHARE_" && row->get("four_id").as_int() == 0 && !row->get("sam").is_null()) {
+                kinds[0].save.share_application += row->get("sam").as_double();
+                continue;
+            }
+            std::size_t k = 0;
+            if (stem == "SECUR_") {
+                const auto loan = row->get("loan_id").as_int();
+                if (loan != 1 && loan != 2) {
+                    errors.push_back(where(stem, i) + ": field loan_id must be 1 (secured) or 2 (unsecured)");
+                    continue;
+                }
+                k = static_cast<std::size_t>(loan - 1);
+            }
+            kinds[k].save.rows.push_back(std::move(*row));
+            kinds[k].indexes.push_back(i);
+        }
+        for (auto& t : kinds) {
+            const auto* kind = t.save.loan_id == 2 ? schedules::kind_of_group(schedules::kUnsecured)
+                                                   : schedules::kind_of_stem(stem);
+            if (auto refusal = schedules::check_schedule(*kind, t.save.rows)) {
+                errors.push_back(where(stem, t.indexes[static_cast<std::size_t>(refusal->line)]) + ": " +
+                                 refusal->message + " (field " + refusal->column + ")");
+                continue;
+            }
+            t.save.rows = schedules::written_rows(*kind, t.save.rows);
+            saves.push_back(std::move(t));
+        }
+        if (!replace && store::schedule_has_rows(db, stem, suffix, code))
+            errors.push_back(stem + ": the client's year already has rows (use --replace to replace them)");
+    }
+    if (!errors.empty()) return result;
+
+    store::Transaction tx(db);
+    std::string last_stem;
+    for (const auto& t : saves) {
+        store::save_schedule(db, suffix, code, t.save);
+        result.rows += static_cast<int>(t.save.rows.size()) + (t.save.share_application != 0 ? 1 : 0);
+        if (t.save.stem != last_stem) ++result.tables;
+        last_stem = t.save.stem;
+    }
+    tx.commit();
+    return result;
+}
+
+}  // namespace brenlow::exchange

@@ -1,0 +1,65 @@
+#pragma once
+// The grid of each schedule: its columns and lists, a table's rows laid into its
+// lines, its lines read back as rows, and the columns computed from others.
+
+#include <string>
+#include <vector>
+
+#include "controls/grid.h"
+#include "schedules/schedule_kinds.h"
+#include "store/schedule_store.h"
+
+namespace brenlow::schedules {
+
+// The id;text lists the grids take from the masters.
+struct SchedLists {
+    std::string heads;          // "#-1;Debentures" and the loan kind's heads
+    std::string invest;         // types of investment
+    std::string oth_loan;       // other loans and advances
+    std::string misc;           // misc expenses, after "#0;(New Item)"
+    std::string company;        // companies, after "#0;(New Item)"
+    std::string user_reserves;  // "#0;(New Item)" and the user's own reserves
+    std::string reserves;       // every reserve, for prints
+};
+SchedLists read_lists(store::Database& db, int loan_id);
+
+// Lists as the combos hold them.
+inline constexpr const char* kShareTypeList =
+    "#1;Authorised|#4;Issued, Subscribed and Paid up|#5;Partly Paid up";
+inline constexpr const char* kShareKindList = "#E;Equity Share|#P;Preference";
+inline constexpr const char* kReserveList =
+    "#1;Capital Redemption Reserve|#2;Debenture Redemption Reserve|#3;Foreign Project Reserve|#4;General "
+    "Reserve|#7;Others|#5;Profit and Loss Account|#6;Share Premium";
+inline constexpr const char* kInvestShareList = "#1;Equity|#2;Preference";
+inline constexpr const char* kQuotedList = "#1;Quoted|#2;Unquoted";
+inline constexpr const char* kTradingList = "#1;Trading|#2;Non Trading";
+inline constexpr const char* kSubsidiaryList = "#1;WHOLLY OWNED|#2;OTHER SUBSIDIARY|#3;OTHER";
+inline constexpr const char* kNewItem = "#0;(New Item)";
+// Row data of the special lines: the share application money and a heading of the
+// bank form without amount; the other lines of a fixed form carry their index.
+inline constexpr long kApplicationLineData = -2;
+inline constexpr long kHeadingLineData = -1;
+inline constexpr const char* kApplicationCaption = "Share Application Money";
+
+// Keys of the computed and second-list columns (the others are named by their column).
+inline constexpr const char* kAmountKey = "amount";
+inline constexpr const char* kPaidAmountKey = "amount_paid";
+inline constexpr const char* kClosingKey = "closing";
+inline constexpr const char* kUserReserveKey = "resv_user";
+inline constexpr const char* kItemKey = "item";
+inline constexpr const char* kFormAmountKey = "form_amount";
+
+// Lays the grid out for a schedule with no lines but the fixed ones (the share
+// application line, the debtors' and bank forms).
+void lay_out_grid(Grid& g, const SchedKind& kind, const SchedLists& lists);
+// Fills the laid-out grid with a table's rows.
+void fill_grid(Grid& g, const SchedKind& kind, const std::vector<store::FieldRow>& rows);
+// The filled lines as rows numbered by line (srno), empty lines left out; for
+// SHARE_ the application money apart.
+store::ScheduleSave grid_lines(const Grid& g, const SchedKind& kind);
+// A line's computed columns from the others.
+void recompute_line(Grid& g, const SchedKind& kind, int row);
+// Whether a line holds nothing at all.
+bool line_empty(const Grid& g, int row);
+
+}  // namespace brenlow::schedules

@@ -1,0 +1,113 @@
+#include "exchange/schedules_document.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "store/client_store.h"
+#include "store/schedule_store.h"
+#include "support/test_databases.h"
+
+namespace brenlow::exchange {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+std::string year_document() {
+    std::ifstream f(std::string(BRENLOW_TEST_FILES_DIR) + "/schedules-year.json");
+    std::ostringstream s;
+    s << f.rdbuf();
+    return s.str();
+}
+
+class SchedulesDocument : public test::BackendTest {
+protected:
+    void SetUp() override {
+        test::BackendTest::SetUp();
+        if (IsSkipped()) return;
+        store::prepare_schema(db(), BRENLOW_TEST_DATA_DIR);
+        store::create_client_year(db(), "ACME", 2025, "ACME LTD", 3);
+        store::create_client_year(db(), "COPY", 2025, "COPY LTD", 3);
+    }
+    long long count(const std::string& table, const std::string& code) {
+        return db()
+            .query("select count(*) as n from " + table + "2025 where code_no='" + code + "'")
+            .first("n")
+            .as_int();
+    }
+};
+
+TEST_P(SchedulesDocument, AYearWithEverySchedulesRoundTripsUnchanged) {
+    const std::string doc = year_document();
+    const auto r = import_schedules(db(), "ACME", 2025, doc, false);
+    ASSERT_TRUE(r.errors.empty()) << r.errors.front();
+    EXPECT_EQ(r.tables, 8);
+    const Json exported = Json::parse(export_schedules(db(), "ACME", 2025));
+    EXPECT_EQ(exported, Json::parse(doc));
+    // Into another client and out again: the same document under its own code.
+    ASSERT_TRUE(import_schedules(db(), "COPY", 2025, exported.dump(), false).errors.empty());
+    Json again = Json::parse(export_schedules(db(), "COPY", 2025));
+    EXPECT_EQ(again["client"], "COPY");
+    again["client"] = "ACME";
+    EXPECT_EQ(again, exported);
+    EXPECT_EQ(count("SUNDEB_", "COPY"), 1);
+    EXPECT_EQ(count("SECUR_", "COPY"), 5);
+    // The share application money is a row of its own without a serial.
+    EXPECT_TRUE(
+        db().query("select * from SHARE_2025 where code_no='COPY' and sam=25000").first("srno").is_null());
+}
+
+struct Refused {
+    const char* name;
+    const char* table;
+    const char* rows;
+    const char* error;
+};
+
+TEST_P(SchedulesDocument, ARefusedRowNamesTableRowAndFieldAndNothingIsWritten) {
+    const std::vector<Refused> cases = {
+        {"no reserve", "RESV_", R"([{"srno":1,"resv_id":4,"OP_BL":1},{"srno":2,"OP_BL":5}])",
+         "RESV_ row 2: Please specify a item. (field resv_id)"},
+        {"issued above authorised", "SHARE_",
+         R"([{"four_id":1,"ref_ep":"E","no_share":10,"RS_SHARE":10},{"four_id":4,"ref_ep":"E","no_share":11,"RS_SHARE":10}])",
+         "SHARE_ row 2: Nos. of Authorised Shares cannot be Lesser than Issued Shares. (field no_share)"},
+        {"no such share", "SHARE_", R"([{"four_id":4,"ref_ep":"E","no_share":11,"RS_SHARE":10}])",
+         "SHARE_ row 1: Share of Rs. 10 is not available. (field RS_SHARE)"},
+        {"investment without company", "INVEST_", R"([{"INVEST_ID":1,"Amount":5}])",
+         "INVEST_ row 1: Each field is required (field comp_id)"},
+        {"unknown loan kind", "SECUR_", R"([{"loan_id":3,"DEB_OTH_ID":2,"head_id":1,"Amount":5}])",
+         "SECUR_ row 1: field loan_id must be 1 (secured) or 2 (unsecured)"},
+        {"text for a number", "BANK_", R"([{"CASH":"lots"}])", "BANK_ row 1: field CASH must be a number"},
+        {"unknown column", "RESV_", R"([{"resv_id":4,"Colour":"red"}])", "RESV_ row 1: unknown field Colour"},
+        {"two bank rows", "BANK_", R"([{"CASH":1},{"CASH":2}])",
+         "BANK_: a client has one row of it, the document 2"},
+    };
+    for (const auto& c : cases) {
+        const std::string doc = std::string(R"({"format":"brenlow-schedules","version":1,"MiscExpAsst_":[)"
+                                            R"({"srno":1,"ExpID":1,"OpBal":10,"Amount":1}],")") +
+                                c.table + "\":" + c.rows + "}";
+        const auto r = import_schedules(db(), "ACME", 2025, doc, true);
+        ASSERT_EQ(r.errors.size(), 1u) << c.name;
+        EXPECT_EQ(r.errors[0], c.error) << c.name;
+        EXPECT_EQ(count("MiscExpAsst_", "ACME"), 0) << c.name;
+        EXPECT_EQ(count(c.table, "ACME"), 0) << c.name;
+    }
+}
+
+TEST_P(SchedulesDocument, ATableWithRowsNeedsReplace) {
+    const std::string doc =
+        R"({"format":"brenlow-schedules","version":1,"RESV_":[{"srno":1,"resv_id":4,"OP_BL":1}]})";
+    ASSERT_TRUE(import_schedules(db(), "ACME", 2025, doc, false).errors.empty());
+    const auto again = import_schedules(db(), "ACME", 2025, doc, false);
+    ASSERT_EQ(again.errors.size(), 1u);
+    EXPECT_EQ(again.errors[0], "RESV_: the client's year already has rows (use --replace to replace them)");
+    EXPECT_TRUE(import_schedules(db(), "ACME", 2025, doc, true).errors.empty());
+    EXPECT_EQ(count("RESV_", "ACME"), 1);
+}
+
+BRENLOW_INSTANTIATE_BACKENDS(SchedulesDocument);
+
+}  // namespace
+}  // namespace brenlow::exchange
