@@ -92,6 +92,7 @@ public:
     // State read by the views, the command line and the print.
     bool reading_only() const { return reading_only_; }
     const std::string& suffix() const { return suffix_; }
+    const std::string& client() const { return client_; }
     const std::string& client_name() const { return client_name_; }
     int year() const { return year_; }
     long opening_balance_id() const { return opening_id_; }

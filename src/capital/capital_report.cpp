@@ -26,7 +26,9 @@ Ostikreport::ReportDocument capital_schedule_report(const capital& s) {
     using Ostikreport::ReportColumn;
     Ostikreport::ReportDocument doc;
     doc.landscape = false;
-    doc.titles = {s.Caption(), "F.Y. " + fy(s.year()) + "   A.Y. " + fy(s.year() + 1), "(Amount in Rs.)"};
+    doc.titles = {s.Caption(),
+                  "Client: " + s.client() + (s.client_name().empty() ? "" : " - " + s.client_name()),
+                  "F.Y. " + fy(s.year()) + "   A.Y. " + fy(s.year() + 1), "(Amount in Rs.)"};
     doc.columns = {ReportColumn{"", "Particulars", false, false, 40},
                    ReportColumn{"", "Debit", true, false, 14}, ReportColumn{"", "Credit", true, false, 14}};
     auto row = [&](std::vector<std::string> cells, bool bold) {

@@ -43,6 +43,11 @@ constexpr const char* kUsage =
     "                            the year's results into the trial balance or the capital-gains records\n"
     "  trial-balance --client CODE --year YYYY [--json]\n"
     "                            the client's trial balance of the year\n"
+    "  capital show|ratios|share|import|export|result|partners --client CODE --year YYYY ...\n"
+    "                            the partners' capital accounts: ratios, profit share, the schedule\n"
+    "                            (brenlow capital --help)\n"
+    "  ledger list|add|rename|delete|replace --master capital|trial-balance ...\n"
+    "                            the particulars of the capital and trial-balance ledger masters\n"
     "  demo [--out DIR]          a demonstration client DEMO01 (F.Y. 2024-25) with both charts\n"
     "                            printed and written as PDF files into DIR\n"
     "\n"
@@ -96,6 +101,8 @@ const std::map<std::string, Handler>& commands() {
         {"register", register_command},
         {"transfer", transfer_command},
         {"trial-balance", trial_balance_command},
+        {"capital", capital_command},
+        {"ledger", ledger_command},
     };
     return table;
 }
