@@ -18,7 +18,8 @@ using Json = nlohmann::ordered_json;
 // The year's table suffix and number of the client's year; throws when it has none.
 store::ClientYear client_year(store::Database& db, const std::string& code, int year) {
     const auto cy = store::find_client_year(db, code, year);
-    if (!cy) throw std::runtime_error("client " + code + " has no financial year ending " + std::to_string(year));
+    if (!cy)
+        throw std::runtime_error("client " + code + " has no financial year ending " + std::to_string(year));
     return *cy;
 }
 
@@ -45,8 +46,12 @@ std::string export_capital(store::Database& db, const std::string& code, int yea
                          {"PARTICULAR_ID", l.particular_id},
                          {"Particular", store::ledger_name(db, store::Ledger::capital, l.particular_id)},
                          {"AMT", vb_round(l.amt, 2)}});
-    Json doc{{"format", "brenlow-capital"}, {"version", 1},    {"client", code},
-             {"year", year},                {"ratios", ratios}, {"CAPITAL_", lines}};
+    Json doc{{"format", "brenlow-capital"},
+             {"version", 1},
+             {"client", code},
+             {"year", year},
+             {"ratios", ratios},
+             {"CAPITAL_", lines}};
     return doc.dump(2) + "\n";
 }
 
@@ -114,7 +119,8 @@ CapitalImportResult import_capital(store::Database& db, const std::string& code,
         p.line.amt = number("AMT");
         if (errors.size() != before) continue;
         if (p.line.actyp != store::kCapitalAccount && p.line.actyp != store::kCurrentAccount) {
-            errors.push_back(where + ", field actyp: 0 (Capital A/c) or 1 (Current A/c), not " + shown(r["actyp"]));
+            errors.push_back(where + ", field actyp: 0 (Capital A/c) or 1 (Current A/c), not " +
+                             shown(r["actyp"]));
             continue;
         }
         if (!p.line.code.empty() && !capital::is_other_partner(p.line.code) &&

@@ -102,10 +102,11 @@ void print_balances(Context& ctx, const capital::capital& s) {
     for (int r = s.vsPL.fixed_rows(); r < s.vsPL.rows(); ++r) {
         using C = capital::capital;
         const std::string ratio = s.vsPL.text_matrix(r, C::kPLRatio);
-        ctx.out << std::left << std::setw(30) << s.vsPL.text_matrix(r, C::kPLName) << std::right << std::setw(8)
+        ctx.out << std::left << std::setw(30) << s.vsPL.text_matrix(r, C::kPLName) << std::right
+                << std::setw(8)
                 << (ratio.empty() ? "" : format_mask(s.vsPL.value_matrix(r, C::kPLRatio), "###0.00") + "%")
-                << "  Capital A/c " << std::setw(16) << s.vsPL.text_matrix(r, C::kPLCapital) << "  Current A/c "
-                << std::setw(16) << s.vsPL.text_matrix(r, C::kPLCurrent) << "\n";
+                << "  Capital A/c " << std::setw(16) << s.vsPL.text_matrix(r, C::kPLCapital)
+                << "  Current A/c " << std::setw(16) << s.vsPL.text_matrix(r, C::kPLCurrent) << "\n";
     }
 }
 
@@ -123,11 +124,12 @@ int show(Context& ctx, const std::vector<std::string>& args) {
         auto partners = nlohmann::ordered_json::array();
         for (const auto& r : s.ratios()) {
             const std::string code = C::partner_code(r);
-            partners.push_back({{"code", code},
-                                {"name", r.name},
-                                {"rat", r.rat},
-                                {"capital_balance", vb_round(s.closing_balance(code, store::kCapitalAccount), 2)},
-                                {"current_balance", vb_round(s.closing_balance(code, store::kCurrentAccount), 2)}});
+            partners.push_back(
+                {{"code", code},
+                 {"name", r.name},
+                 {"rat", r.rat},
+                 {"capital_balance", vb_round(s.closing_balance(code, store::kCapitalAccount), 2)},
+                 {"current_balance", vb_round(s.closing_balance(code, store::kCurrentAccount), 2)}});
         }
         auto lines = nlohmann::ordered_json::array();
         for (const auto& l : s.lines())
@@ -152,8 +154,8 @@ int show(Context& ctx, const std::vector<std::string>& args) {
     const auto doc = capital::capital_schedule_report(s);
     if (const auto pdf = opt.get("pdf")) {
         Ostikreport::write_pdf(doc, *pdf);
-        ctx.out << "Wrote the capital schedule of " << y.code << " for F.Y. " << fy_text(y.year) << " to " << *pdf
-                << "\n";
+        ctx.out << "Wrote the capital schedule of " << y.code << " for F.Y. " << fy_text(y.year) << " to "
+                << *pdf << "\n";
         return 0;
     }
     ctx.out << Ostikreport::render_text(doc);
@@ -187,8 +189,9 @@ int ratios(Context& ctx, const std::vector<std::string>& args) {
     for (const auto& [who, pct] : typed) {
         s.cmdAddP_Click();
         const int row = s.vsfR.rows() - 1;
-        const bool is_code = std::any_of(listed.begin(), listed.end(),
-                                         [&](const store::ListedPartner& p) { return std::to_string(p.code) == who; });
+        const bool is_code = std::any_of(listed.begin(), listed.end(), [&](const store::ListedPartner& p) {
+            return std::to_string(p.code) == who;
+        });
         if (is_code) {
             s.vsfR.set_text_matrix(row, capital::capital::kRPartner, who);
             s.vsfR_AfterEdit(row, capital::capital::kRPartner);
@@ -213,7 +216,8 @@ int share(Context& ctx, const std::vector<std::string>& args) {
     if (const auto n = opt.get("net-profit")) {
         char* end = nullptr;
         typed = std::strtod(n->c_str(), &end);
-        if (n->empty() || *end != '\0') throw UsageError("Option --net-profit must be a number, not \"" + *n + "\".");
+        if (n->empty() || *end != '\0')
+            throw UsageError("Option --net-profit must be a number, not \"" + *n + "\".");
     }
     auto component = component_of(ctx);
     CapitalUi ui(ctx.err, opt.has("yes"));
@@ -251,7 +255,8 @@ int export_document(Context& ctx, const std::vector<std::string>& args) {
     if (opt.positional().size() != 2) throw UsageError("export takes one file name.");
     ctx.reads_only();
     const auto y = open_year(ctx, opt);
-    suite::write_file_whole(opt.positional()[1], exchange::export_capital(ctx.base().dbobj(), y.code, y.year));
+    suite::write_file_whole(opt.positional()[1],
+                            exchange::export_capital(ctx.base().dbobj(), y.code, y.year));
     ctx.out << "Wrote the capital accounts of " << y.code << " for F.Y. " << fy_text(y.year) << " to "
             << opt.positional()[1] << "\n";
     return 0;
@@ -296,7 +301,8 @@ int result(Context& ctx, const std::vector<std::string>& args) {
     if (const auto t = opt.get("tax")) {
         char* end = nullptr;
         tax = std::strtod(t->c_str(), &end);
-        if (t->empty() || *end != '\0') throw UsageError("Option --tax must be a number, not \"" + *t + "\".");
+        if (t->empty() || *end != '\0')
+            throw UsageError("Option --tax must be a number, not \"" + *t + "\".");
     }
     auto& base = ctx.base();
     store::write_year_result(base.dbobj(), base.GetTbName(base.CYrInd()), y.code, items, tax);
@@ -324,7 +330,8 @@ int partners(Context& ctx, const std::vector<std::string>& args) {
             store::add_listed_partner(db, code, parts[0], middle, parts.size() > 1 ? parts.back() : "");
         ctx.out << "Added partner " << added << " to " << code << "\n";
     }
-    for (const auto& p : store::listed_partners(db, code)) ctx.out << std::setw(4) << p.code << "  " << p.name << "\n";
+    for (const auto& p : store::listed_partners(db, code))
+        ctx.out << std::setw(4) << p.code << "  " << p.name << "\n";
     return 0;
 }
 

@@ -77,7 +77,8 @@ int ledger_command(Context& ctx, const std::vector<std::string>& args) {
 
     auto row_of = [&](const std::string& name) {
         const int row = s.row_named(name);
-        if (row < 0) throw UsageError("there is no particular \"" + name + "\" in the " + master + " master.");
+        if (row < 0)
+            throw UsageError("there is no particular \"" + name + "\" in the " + master + " master.");
         return row;
     };
     auto finish = [&](bool done) {
@@ -100,7 +101,8 @@ int ledger_command(Context& ctx, const std::vector<std::string>& args) {
         }
         for (int r = s.vsf.fixed_rows(); r < s.vsf.rows(); ++r)
             ctx.out << std::setw(6) << s.particular_id(r) << "  " << std::left << std::setw(50)
-                    << s.vsf.text_matrix(r, S::kColName) << std::right << (s.in_use(r) ? "  in use" : "") << "\n";
+                    << s.vsf.text_matrix(r, S::kColName) << std::right << (s.in_use(r) ? "  in use" : "")
+                    << "\n";
         return 0;
     }
     if (sub == "add") {
