@@ -1,5 +1,7 @@
 #include "ui/screen_windows.h"
 
+#include "ui/capital_window.h"
+#include "ui/ledger_master_window.h"
 #include "ui/masters_windows.h"
 #include "ui/register_window.h"
 
@@ -7,8 +9,13 @@ namespace brenlow::ui {
 
 QWidget* make_screen_window(std::shared_ptr<frame::Screen> screen, frame::Component& component,
                             QWidget* parent) {
-    // The register is the one screen Forms hands out that has a window yet.
+    // Each screen Forms hands out has its own window.
+    if (auto* window = make_capital_window(screen, parent)) return window;
     return make_register_window(std::move(screen), component, parent);
+}
+
+QWidget* make_capital_ledger_master_window(frame::Component& component, QWidget* parent) {
+    return make_ledger_master_window(component, parent);
 }
 
 QWidget* make_block_master_window(frame::Component& component, int kind, QWidget* parent) {

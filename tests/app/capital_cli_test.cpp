@@ -49,7 +49,8 @@ protected:
     CliRun capital(std::vector<std::string> words, const std::string& client = "FIRM",
                    const std::string& year = "2025") {
         words.insert(words.begin(), "capital");
-        for (const auto& w : {std::string("--client"), client, std::string("--year"), year}) words.push_back(w);
+        for (const auto& w : {std::string("--client"), client, std::string("--year"), year})
+            words.push_back(w);
         return cli(words);
     }
     std::filesystem::path file_;
@@ -89,14 +90,16 @@ TEST_P(CapitalCli, TheLinesGoOutAndComeBackInCheckedFirst) {
     std::ifstream in(file_);
     auto doc = nlohmann::json::parse(in);
     ASSERT_EQ(doc["CAPITAL_"].size(), 2u);
-    doc["CAPITAL_"].push_back({{"code", "1"}, {"actyp", 1}, {"nid", 1}, {"Particular", "DRAWINGS"}, {"AMT", 50}});
+    doc["CAPITAL_"].push_back(
+        {{"code", "1"}, {"actyp", 1}, {"nid", 1}, {"Particular", "DRAWINGS"}, {"AMT", 50}});
     doc["CAPITAL_"].push_back({{"code", "2"}, {"actyp", 0}, {"nid", 0}, {"Particular", "X"}, {"AMT", 5}});
     doc["CAPITAL_"].push_back({{"code", "9"}, {"actyp", 0}, {"nid", 2}, {"Particular", "X"}, {"AMT", 5}});
     std::ofstream(file_) << doc.dump();
     r = capital({"import", file_.string()});
     EXPECT_EQ(r.code, 1);
     EXPECT_NE(r.err.find("CAPITAL_ row 4: Please Specify DR/CR."), std::string::npos) << r.err;
-    EXPECT_NE(r.err.find("CAPITAL_ row 5, field code: the client has no partner 9"), std::string::npos) << r.err;
+    EXPECT_NE(r.err.find("CAPITAL_ row 5, field code: the client has no partner 9"), std::string::npos)
+        << r.err;
     EXPECT_NE(r.err.find("Nothing was imported."), std::string::npos);
     doc["CAPITAL_"].erase(4);
     doc["CAPITAL_"].erase(3);
@@ -113,13 +116,16 @@ TEST_P(CapitalCli, TheLedgerRefusesAParticularInUseElsewhereAndReplacesEverywher
     ASSERT_EQ(capital({"share", "--net-profit", "5"}, "OTHER", "2024").code, 0);
     auto r = cli({"ledger", "delete", "profit share (00711)", "--master", "capital", "--yes"});
     EXPECT_EQ(r.code, 1);
-    EXPECT_NE(r.err.find("Particulars already in use. You can not delete this Particulars."), std::string::npos);
-    EXPECT_NE(r.err.find("List of Clients/F.Y. using Particulars \"PROFIT SHARE (00711)\": OTHER  OTHER TRADERS  "
-                         "F.Y. 2023-24"),
-              std::string::npos)
+    EXPECT_NE(r.err.find("Particulars already in use. You can not delete this Particulars."),
+              std::string::npos);
+    EXPECT_NE(
+        r.err.find("List of Clients/F.Y. using Particulars \"PROFIT SHARE (00711)\": OTHER  OTHER TRADERS  "
+                   "F.Y. 2023-24"),
+        std::string::npos)
         << r.err;
     ASSERT_EQ(cli({"ledger", "add", "SHARE OF PROFIT", "--master", "capital"}).code, 0);
-    r = cli({"ledger", "replace", "PROFIT SHARE (00711)", "--with", "SHARE OF PROFIT", "--master", "capital"});
+    r = cli(
+        {"ledger", "replace", "PROFIT SHARE (00711)", "--with", "SHARE OF PROFIT", "--master", "capital"});
     EXPECT_EQ(r.code, 2);
     r = cli({"ledger", "replace", "PROFIT SHARE (00711)", "--with", "SHARE OF PROFIT", "--master", "capital",
              "--yes"});
