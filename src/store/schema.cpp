@@ -77,6 +77,23 @@ std::string chart_columns(const std::string& client) {
     return cols;
 }
 
+// The name columns of the two ledger masters were called PartNm and Particular by
+// earlier versions; a database made then keeps its rows under the new names.
+void rename_old_name_columns(Database& db) {
+    const struct {
+        const char* table;
+        const char* old_name;
+        const char* name;
+    } renames[] = {{"Mast_Part", "PartNm", "particular"}, {"Mast_Capital", "Particular", "Part"}};
+    for (const auto& r : renames) {
+        const auto columns = db.query(std::string("select * from ") + r.table + " where 1=0").names();
+        for (const auto& c : columns)
+            if (c == r.old_name)
+                db.execute(std::string("ALTER TABLE ") + r.table + " RENAME COLUMN " + r.old_name + " TO " +
+                           r.name);
+    }
+}
+
 }  // namespace
 
 const std::vector<std::string>& year_table_stems() {
@@ -138,6 +155,7 @@ void create_shared_tables(Database& db) {
     db.execute(create("mast_depmethod", "METHOD_ID Int(11), METHOD_NM " + name));
     db.execute(create("Mast_Capital", "Particular_Id Int(11), Part " + name));
     db.execute(create("Mast_Part", "PartId Int(11), particular " + name));
+    rename_old_name_columns(db);
     // The capital-gains records of depreciable assets, as the suite keeps them.
     db.execute(create("capital_depr",
                       "code_no " + client + ", ass_year Int(11), capital_no Int(11), assets_name " + name +

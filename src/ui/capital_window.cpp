@@ -53,7 +53,8 @@ CapitalWindow::CapitalWindow(std::shared_ptr<S> screen, QWidget* parent)
     title_->setFont(big);
     txtNetProfit_ = entry_field(s.txtNetProfit);
     chkautocalcnp_ = new QCheckBox(q(s.chkautocalcnp.Caption), this);
-    connect(chkautocalcnp_, &QCheckBox::clicked, this, [this] { run([this] { screen_->chkautocalcnp_Click(); }); });
+    connect(chkautocalcnp_, &QCheckBox::clicked, this,
+            [this] { run([this] { screen_->chkautocalcnp_Click(); }); });
 
     vsPL_ = grid_view(s.vsPL, [this](int row) { screen_->vsPL_RowColChange(row); });
     vsPL_->setObjectName("vsPL");
@@ -69,7 +70,8 @@ CapitalWindow::CapitalWindow(std::shared_ptr<S> screen, QWidget* parent)
     });
 
     fraRatio_ = new QGroupBox("Profit Sharing Ratio", this);
-    vsfR_ = grid_view(s.vsfR, [this](int row) { screen_->vsfR_RowColChange(row); }, fraRatio_);
+    vsfR_ = grid_view(
+        s.vsfR, [this](int row) { screen_->vsfR_RowColChange(row); }, fraRatio_);
     vsfR_->setObjectName("vsfR");
     editable(vsfR_);
     on_edit(vsfR_, [this](int row, int col) { screen_->vsfR_AfterEdit(row, col); });

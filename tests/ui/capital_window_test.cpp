@@ -22,7 +22,8 @@ protected:
         auto& d = db();
         // A firm of three: two listed partners and one entered by hand, opening
         // balances in the trial balance, and a year's result of 90,000 less tax.
-        for (const auto& [f, l] : std::vector<std::pair<std::string, std::string>>{{"ANIL", "SHAH"}, {"BINA", "MEHTA"}})
+        for (const auto& [f, l] :
+             std::vector<std::pair<std::string, std::string>>{{"ANIL", "SHAH"}, {"BINA", "MEHTA"}})
             store::add_listed_partner(d, "C001", f, "", l);
         store::RatioRow other;
         other.other = true;
@@ -36,9 +37,12 @@ protected:
         store::rewrite_ratios(d, "C001", base_->CYrInd(), {a, b, other});
         suffix_ = base_->GetTbName(base_->CYrInd());
         store::write_year_result(d, suffix_, "C001", {{1, 125000}, {2, -20000}}, 5000);
-        const long anil = base_->GetMax_MastPartId("ANIL SHAH"), bina = base_->GetMax_MastPartId("BINA MEHTA");
-        d.execute("insert into TAB_" + suffix_ + " values (1,'C001',1," + std::to_string(anil) + ",2,250000)");
-        d.execute("insert into TAB_" + suffix_ + " values (2,'C001',101," + std::to_string(bina) + ",1,12000)");
+        const long anil = base_->GetMax_MastPartId("ANIL SHAH"),
+                   bina = base_->GetMax_MastPartId("BINA MEHTA");
+        d.execute("insert into TAB_" + suffix_ + " values (1,'C001',1," + std::to_string(anil) +
+                  ",2,250000)");
+        d.execute("insert into TAB_" + suffix_ + " values (2,'C001',101," + std::to_string(bina) +
+                  ",1,12000)");
     }
 
     void save_picture(QWidget& window, const std::string& name) {
@@ -59,8 +63,10 @@ TEST_P(CapitalWindows, ThreePartnersAfterAProfitShare) {
     EXPECT_EQ(s.net_profit(), 100000);
     window->run([&] { s.cmdShare_Click(); });
     EXPECT_EQ(window->vsfC()->model()->rowCount(), 5);
-    EXPECT_EQ(window->vsPL()->model()->index(0, capital::capital::kPLCapital).data().toString(), "283330.00 Cr.");
-    EXPECT_EQ(window->vsPL()->model()->index(1, capital::capital::kPLCurrent).data().toString(), "12000.00 Dr.");
+    EXPECT_EQ(window->vsPL()->model()->index(0, capital::capital::kPLCapital).data().toString(),
+              "283330.00 Cr.");
+    EXPECT_EQ(window->vsPL()->model()->index(1, capital::capital::kPLCurrent).data().toString(),
+              "12000.00 Dr.");
     EXPECT_FALSE(window->fraRatio()->isVisible());
     save_picture(*window, "capital_three_partners_after_profit_share");
     // The ratio frame opens over the partners.
