@@ -28,7 +28,8 @@ TEST_P(CapitalStoreTest, OlderNameColumnsOfTheLedgerMastersAreRenamedWithTheirRo
 TEST_P(CapitalStoreTest, TheYearsResultReadsItsItemsThenItsTax) {
     prepare_schema(db(), BRENLOW_TEST_DATA_DIR);
     const auto cy = create_client_year(db(), "C001", 2025, "ACME", 2).client_year;
-    db().execute("insert into tp_NCPLoss_" + cy.tbl_nm + " values ('C001',2,-50),('C001',1,400),('C002',1,9)");
+    db().execute("insert into tp_NCPLoss_" + cy.tbl_nm +
+                 " values ('C001',2,-50),('C001',1,400),('C002',1,9)");
     auto rows = year_result(db(), cy.tbl_nm, "C001");
     ASSERT_EQ(rows.size(), 2u);
     EXPECT_EQ(rows[0].id, 1);
