@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "capital/capital.h"
+#include "capital/capital_report.h"
 #include "capital_fixture.h"
 #include "controls/number_format.h"
 
@@ -165,6 +166,16 @@ TEST_P(CapitalScreen, ALossIsDebitedAndNettedAgainstTheCredits) {
     EXPECT_EQ(balance_text(s.closing_balance("2", store::kCapitalAccount)), "150.50 Dr.");
     EXPECT_EQ(s.vsPL.text_matrix(1, capital::kPLCapital), "849.50 Cr.");
     EXPECT_EQ(s.vsPL.text_matrix(2, capital::kPLCapital), "150.50 Dr.");
+    // The print: each balance on its own side.
+    const auto doc = capital_schedule_report(s);
+    EXPECT_EQ(doc.titles[0], "CAPITAL SCHEDULE - ACME");
+    EXPECT_EQ(doc.titles[1], "Client: C001 - ACME");
+    EXPECT_EQ(doc.titles[2], "F.Y. 2024-25   A.Y. 2025-26");
+    std::vector<std::vector<std::string>> closing;
+    for (const auto& r : doc.rows)
+        if (r[0] == "    Closing Balance") closing.push_back(r);
+    EXPECT_EQ(closing, (std::vector<std::vector<std::string>>{{"    Closing Balance", "", "849.50"},
+                                                              {"    Closing Balance", "150.50", ""}}));
 }
 
 TEST_P(CapitalScreen, LinesNeedASideAndAParticularAndTheShareLineStays) {

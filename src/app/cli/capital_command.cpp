@@ -192,6 +192,8 @@ int ratios(Context& ctx, const std::vector<std::string>& args) {
         const bool is_code = std::any_of(listed.begin(), listed.end(), [&](const store::ListedPartner& p) {
             return std::to_string(p.code) == who;
         });
+        if (!is_code && who.find_first_not_of("0123456789") == std::string::npos)
+            throw UsageError("the client has no partner " + who + " (brenlow capital partners lists them).");
         if (is_code) {
             s.vsfR.set_text_matrix(row, capital::capital::kRPartner, who);
             s.vsfR_AfterEdit(row, capital::capital::kRPartner);
