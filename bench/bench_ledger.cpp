@@ -45,8 +45,9 @@ struct Practice {
         dir = std::filesystem::temp_directory_path() / ("brenlow-bench-ledger-" + std::to_string(::getpid()));
         std::filesystem::remove_all(dir);
         std::filesystem::create_directories(dir);
-        base = std::make_shared<suite::BaseServices>(store::open_database("sqlite:" + (dir / "t.db").string()),
-                                                     dir.string(), store::reference_data_dir());
+        base =
+            std::make_shared<suite::BaseServices>(store::open_database("sqlite:" + (dir / "t.db").string()),
+                                                  dir.string(), store::reference_data_dir());
         auto& db = base->dbobj();
         for (int p = 1; p <= 500; ++p) {
             store::ledger_insert(db, store::Ledger::capital, "CAPITAL PARTICULAR " + std::to_string(p));
@@ -55,11 +56,12 @@ struct Practice {
         for (int year = 2006; year < 2026; ++year) {
             store::Transaction tx(db);
             for (int c = 1; c <= 200; ++c) {
-                const auto cy = base->create_client_year("C" + std::to_string(c), year, "CLIENT", 2).client_year;
+                const auto cy =
+                    base->create_client_year("C" + std::to_string(c), year, "CLIENT", 2).client_year;
                 const std::string code = "'" + cy.code_no + "'";
                 for (int l = 0; l < 12; ++l)
-                    db.execute("insert into CAPITAL_" + cy.tbl_nm + " values (" + code + ",'1'," + std::to_string(l) +
-                               "," + std::to_string(1 + (c * 7 + l) % 400) + ",100,2,0)");
+                    db.execute("insert into CAPITAL_" + cy.tbl_nm + " values (" + code + ",'1'," +
+                               std::to_string(l) + "," + std::to_string(1 + (c * 7 + l) % 400) + ",100,2,0)");
                 for (int l = 0; l < 40; ++l)
                     db.execute("insert into TAB_" + cy.tbl_nm + " values (" + std::to_string(l) + "," + code +
                                ",1," + std::to_string(1 + (c * 11 + l) % 450) + ",1,10)");
