@@ -199,21 +199,22 @@ void set_setting(Database& db, std::string_view section, std::string_view key, s
 }
 
 long mast_part_id(Database& db, std::string_view name) {
-    const auto rs = db.query("select PartId from Mast_Part where UCASE(PartNm)=UCASE(" + q(name) + ")");
+    const auto rs = db.query("select PartId from Mast_Part where UCASE(particular)=UCASE(" + q(name) + ")");
     if (!rs.empty()) return static_cast<long>(rs.first("PartId").as_int());
-    check_text("Mast_Part new row", "PartNm", name, kNameChars);
+    check_text("Mast_Part new row", "particular", name, kNameChars);
     TableLock lock(db, "Mast_Part");
     const long id =
         static_cast<long>(db.query("select max(PartId) as cntr from Mast_Part").first("cntr").as_int()) + 1;
-    db.execute("insert into Mast_Part (PartId, PartNm) values (" + std::to_string(id) + "," + q(name) + ")");
+    db.execute("insert into Mast_Part (PartId, particular) values (" + std::to_string(id) + "," + q(name) +
+               ")");
     db.flush_tables();
     lock.release();
     return id;
 }
 
 std::string mast_part_name(Database& db, long id) {
-    return db.query("select PartNm from Mast_Part where PartId=" + std::to_string(id))
-        .first("PartNm")
+    return db.query("select particular from Mast_Part where PartId=" + std::to_string(id))
+        .first("particular")
         .as_text();
 }
 

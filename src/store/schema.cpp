@@ -77,12 +77,32 @@ std::string chart_columns(const std::string& client) {
     return cols;
 }
 
+// The name columns of the two ledger masters were called PartNm and Particular by
+// earlier versions; a database made then keeps its rows under the new names.
+void rename_old_name_columns(Database& db) {
+    const struct {
+        const char* table;
+        const char* old_name;
+        const char* name;
+    } renames[] = {{"Mast_Part", "PartNm", "particular"}, {"Mast_Capital", "Particular", "Part"}};
+    for (const auto& r : renames) {
+        const auto columns = db.query(std::string("select * from ") + r.table + " where 1=0").names();
+        for (const auto& c : columns)
+            if (c == r.old_name)
+                db.execute(std::string("ALTER TABLE ") + r.table + " RENAME COLUMN " + r.old_name + " TO " +
+                           r.name);
+    }
+}
+
 }  // namespace
 
 const std::vector<std::string>& year_table_stems() {
     static const std::vector<std::string> stems = {
-        "SHARE_", "RESV_",  "SECUR_", "INVEST_", "LOAN_ADV_", "MiscExpAsst_", "SUNDEB_",
-        "BANK_",  "FIXED_", "FDA_",   "TAB_",    "SCHED_",    "CAPITAL_"};
+        "SHARE_", "RESV_", "SECUR_", "INVEST_", "LOAN_ADV_", "MiscExpAsst_", "SUNDEB_", "BANK_", "FIXED_",
+        "FDA_", "TAB_", "SCHED_", "CAPITAL_",
+        // The suite's own per-year tables that the capital accounts and the ledger
+        // master read: the year's result, its tax, the journal and the trading account.
+        "tp_NCPLoss_", "tp_Tax_", "JRNL_", "TRADE_"};
     return stems;
 }
 
@@ -133,8 +153,9 @@ void create_shared_tables(Database& db) {
     db.execute(create("mast_company", "comp_id Int(11), comp_nm " + name));
     db.execute(create("mast_fix_part", "REF_ID Int(11), PART_NM " + name));
     db.execute(create("mast_depmethod", "METHOD_ID Int(11), METHOD_NM " + name));
-    db.execute(create("Mast_Capital", "Particular_Id Int(11), Particular " + name));
-    db.execute(create("Mast_Part", "PartId Int(11), PartNm " + name));
+    db.execute(create("Mast_Capital", "Particular_Id Int(11), Part " + name));
+    db.execute(create("Mast_Part", "PartId Int(11), particular " + name));
+    rename_old_name_columns(db);
     // The capital-gains records of depreciable assets, as the suite keeps them.
     db.execute(create("capital_depr",
                       "code_no " + client + ", ass_year Int(11), capital_no Int(11), assets_name " + name +
@@ -219,6 +240,16 @@ void create_year_tables(Database& db, std::string_view suffix) {
     db.execute(create(t("CAPITAL_"), "code_no " + client + ", code " + name +
                                          ", srno Int(11), PARTICULAR_ID Int(11), AMT Double, nid Int(11), "
                                          "actyp Int(11)"));
+    // As the suite makes them: the items of the year's result and its tax rows (RType
+    // 0 the tax on the result), the journal and the trading account by particular.
+    db.execute(create(t("tp_NCPLoss_"), "Code_No " + client + ", ItemId Int(11), Amount Double"));
+    db.execute(create(t("tp_Tax_"), "Code_No " + client + ", RType Int(11), Amount Double"));
+    db.execute(create(t("JRNL_"), "srno Int(11), code_no " + client +
+                                      ", jdate Char(10), PartId Int(11), "
+                                      "nid Int(11), Amt Double, narration " +
+                                      name));
+    db.execute(create(t("TRADE_"), "srno Int(11), code_no " + client +
+                                       ", allid Int(11), PartId Int(11), nid Int(11), Amt Double"));
 }
 
 void create_register_tables(Database& db, int year) {

@@ -19,5 +19,8 @@ QWidget* make_screen_window(std::shared_ptr<frame::Screen> screen, frame::Compon
 QWidget* make_block_master_window(frame::Component& component, int kind, QWidget* parent);
 QWidget* make_group_master_window(frame::Component& component, QWidget* parent);
 QWidget* make_particulars_master_window(frame::Component& component, QWidget* parent);
+// The capital ledger master (the particulars of the capital accounts and of the
+// trial balance).
+QWidget* make_capital_ledger_master_window(frame::Component& component, QWidget* parent);
 
 }  // namespace brenlow::ui

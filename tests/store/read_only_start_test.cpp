@@ -38,7 +38,7 @@ TEST_P(ReadOnlyStart, StartUpOnAPreparedDatabaseDoesNotWaitForAWriter) {
     create_client_year(db(), "ACME", 2025, "ACME", 1);
     auto writer = temp().open_another();
     Transaction busy(*writer);
-    writer->execute("INSERT INTO Mast_Part (PartId, PartNm) VALUES (900, 'BUSY')");
+    writer->execute("INSERT INTO Mast_Part (PartId, particular) VALUES (900, 'BUSY')");
 
     auto reader = temp().open_another();
     const auto start = std::chrono::steady_clock::now();

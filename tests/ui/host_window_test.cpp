@@ -55,6 +55,29 @@ TEST_P(HostWindowTest, BackOnTheRegisterClosesTheRegisterOnly) {
     again->close();
 }
 
+// Forms keeps one capital screen: a second window shows the same one, read again
+// for the open year; the ledger master opens beside it.
+TEST_P(HostWindowTest, TheCapitalScreenIsOneAndTheLedgerMasterOpens) {
+    HostWindow host;
+    host.show();
+    ASSERT_TRUE(host.open_database(QString::fromStdString(temp().url())));
+    ASSERT_TRUE(host.open_client_year("FIRM", 2025, true, "SHAH AND CO", 2));
+    QPointer<QWidget> first = host.open_by_name("capital");
+    ASSERT_NE(first, nullptr);
+    EXPECT_EQ(first->windowTitle(), "CAPITAL SCHEDULE - SHAH AND CO");
+    const auto screen = host.forms()->ObjCapital();
+    first->close();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QPointer<QWidget> second = host.open_by_name("capital");
+    ASSERT_NE(second, nullptr);
+    EXPECT_EQ(host.forms()->ObjCapital(), screen);
+    second->close();
+    QPointer<QWidget> ledger = host.open_by_name("capital-ledger");
+    ASSERT_NE(ledger, nullptr);
+    EXPECT_EQ(ledger->windowTitle(), "Capital Ledger Master");
+    ledger->close();
+}
+
 }  // namespace
 
 BRENLOW_INSTANTIATE_BACKENDS(HostWindowTest);

@@ -51,6 +51,11 @@ constexpr const char* kUsage =
     "  schedules carry-forward --client CODE --year YYYY [--yes]\n"
     "                            the balance-sheet schedules of the year: as a JSON document, one\n"
     "                            schedule printed, last year's particulars carried forward\n"
+    "  capital show|ratios|share|import|export|result|partners --client CODE --year YYYY ...\n"
+    "                            the partners' capital accounts: ratios, profit share, the schedule\n"
+    "                            (brenlow capital --help)\n"
+    "  ledger list|add|rename|delete|replace --master capital|trial-balance ...\n"
+    "                            the particulars of the capital and trial-balance ledger masters\n"
     "  demo [--out DIR]          a demonstration client DEMO01 (F.Y. 2024-25) with both charts\n"
     "                            printed and written as PDF files into DIR\n"
     "\n"
@@ -106,6 +111,8 @@ const std::map<std::string, Handler>& commands() {
         {"trial-balance", trial_balance_command},
         {"settings", settings_command},
         {"schedules", schedules_command},
+        {"capital", capital_command},
+        {"ledger", ledger_command},
     };
     return table;
 }

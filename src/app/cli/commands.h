@@ -17,6 +17,8 @@ int transfer_command(Context& ctx, const std::vector<std::string>& args);
 int settings_command(Context& ctx, const std::vector<std::string>& args);
 int trial_balance_command(Context& ctx, const std::vector<std::string>& args);
 int schedules_command(Context& ctx, const std::vector<std::string>& args);
+int capital_command(Context& ctx, const std::vector<std::string>& args);
+int ledger_command(Context& ctx, const std::vector<std::string>& args);
 // `register export|import`: the words after the subcommand's name.
 int register_io_command(Context& ctx, const std::string& sub, const std::vector<std::string>& args);
 

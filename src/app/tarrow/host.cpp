@@ -15,6 +15,7 @@
 #include "register/frm_new_fatr.h"
 #include "store/seed.h"
 #include "suite/defaults.h"
+#include "ui/capital_window.h"
 #include "ui/register_window.h"
 #include "ui/report_preview.h"
 #include "ui/schedules_window.h"
@@ -80,6 +81,8 @@ void HostWindow::build_menus() {
     auto* accounts = menuBar()->addMenu("Final &Accounts");
     needs_year_ << accounts->addAction("Balance Sheet &Schedules", this, &HostWindow::open_schedules);
     needs_year_ << accounts->addAction("Partners' &Capital", this, &HostWindow::open_capital);
+    needs_year_ << accounts->addAction("Capital &Ledger Master", this,
+                                       &HostWindow::open_capital_ledger_master);
 
     auto* help = menuBar()->addMenu("&Help");
     help->addAction("&About", this, &HostWindow::about);
@@ -101,6 +104,7 @@ bool HostWindow::open_database(const QString& url) {
             screen->open_capital = [this] { open_capital(); };
             return screen;
         };
+        makers.capital = [this](frame::Component& c) { return ui::make_capital_screen(c, this); };
         forms_ = std::make_unique<frame::Forms>(catalogue, ui_, makers);
         ui::preview_reports_on_desktop(*forms_->component().report, this);
         url_ = url;
@@ -218,6 +222,8 @@ QWidget* HostWindow::open_by_name(const QString& name) {
         open_schedules();
     else if (name == "capital")
         open_capital();
+    else if (name == "capital-ledger")
+        open_capital_ledger_master();
     return last_window_;
 }
 
@@ -241,6 +247,12 @@ void HostWindow::open_capital() {
     auto screen = forms_->ObjCapital();
     show_screen_window(screen ? ui::make_screen_window(screen, forms_->component(), this) : nullptr,
                        "The partners' capital screen");
+}
+
+void HostWindow::open_capital_ledger_master() {
+    if (!need_client_year()) return;
+    show_screen_window(ui::make_capital_ledger_master_window(forms_->component(), this),
+                       "The capital ledger master");
 }
 
 void HostWindow::open_block_master(int kind) {

@@ -34,7 +34,7 @@ public:
     frame::Forms* forms() const { return forms_.get(); }
     QString database_url() const { return url_; }
     // Opens a screen by its menu name: register, groups, company-blocks, income-tax-blocks,
-    // particulars, schedules, capital. Returns its window, or nothing.
+    // particulars, schedules, capital, capital-ledger. Returns its window, or nothing.
     QWidget* open_by_name(const QString& name);
 
 public slots:
@@ -44,6 +44,7 @@ public slots:
     void open_register();
     void open_schedules();
     void open_capital();
+    void open_capital_ledger_master();
     void open_block_master(int kind);
     void open_group_master();
     void open_particulars_master();

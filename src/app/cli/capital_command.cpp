@@ -1,0 +1,360 @@
+// brenlow capital: the partners' capital accounts of a client's year, through the
+// capital screen's own events: listed and printed, the ratios typed, the year's
+// result divided, the lines out to a JSON document and back in, the year's result
+// and the client's partners recorded.
+
+#include <filesystem>
+#include <fstream>
+#include <iomanip>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "app/cli/commands.h"
+#include "app/cli/options.h"
+#include "capital/capital.h"
+#include "capital/capital_report.h"
+#include "controls/cli_ui.h"
+#include "controls/number_format.h"
+#include "exchange/capital_document.h"
+#include "store/capital_store.h"
+#include "store/text_limits.h"
+#include "suite/defaults.h"
+#include "suite/output_file.h"
+
+namespace brenlow::cli {
+namespace {
+
+constexpr const char* kHelp =
+    "Usage: brenlow [--db URL] capital show --client CODE --year YYYY [--json|--pdf FILE]\n"
+    "       brenlow [--db URL] capital ratios --client CODE --year YYYY PARTNER=PCT... [--yes]\n"
+    "       brenlow [--db URL] capital share --client CODE --year YYYY [--net-profit N] [--yes]\n"
+    "       brenlow [--db URL] capital export FILE.json --client CODE --year YYYY\n"
+    "       brenlow [--db URL] capital import FILE.json --client CODE --year YYYY\n"
+    "       brenlow [--db URL] capital result --client CODE --year YYYY [ITEM=AMOUNT...] [--tax N]\n"
+    "       brenlow [--db URL] capital partners --client CODE [--add \"FIRST [MIDDLE] LAST\"]\n"
+    "\n"
+    "  show      the capital schedule: each partner's ratio, lines and closing balances (only reads)\n"
+    "  ratios    the year's profit-sharing ratios, which must total 100: a listed partner by its\n"
+    "            code (capital partners), a partner entered by hand by name (RAVI KUMAR=40)\n"
+    "  share     divides the year's net profit (the year's result less its tax, or --net-profit N)\n"
+    "            by the ratios into each partner's \"PROFIT SHARE (00711)\" line and saves the\n"
+    "            schedule: a profit is credited, a loss debited; the last partner takes the remainder\n"
+    "  export    the year's lines (and its ratios, for reading) as a JSON document\n"
+    "  import    replaces the year's lines with a document's, every row checked first\n"
+    "  result    records the year's result as the final accounts do: its items and its tax\n"
+    "  partners  lists the client's partners (owner1), or adds one\n"
+    "A question the options do not answer stops the command (exit code 2); --yes answers Yes.\n";
+
+// The command line's Ui: --yes answers Yes; without it the screen hears No (so it
+// writes nothing) and the command stops at that question afterwards.
+class CapitalUi : public CliUi {
+public:
+    CapitalUi(std::ostream& err, bool yes) : CliUi(err, yes), yes_(yes) {}
+    void message(std::string_view text, MsgIcon icon, std::string_view title) override {
+        ++messages_;
+        CliUi::message(text, icon, title);
+    }
+    bool ask_yes_no(std::string_view text, MsgIcon icon, bool default_yes, std::string_view title) override {
+        if (yes_) return CliUi::ask_yes_no(text, icon, default_yes, title);
+        if (!unanswered_) unanswered_ = std::string(text);
+        return false;
+    }
+    int messages() const { return messages_; }
+    const std::optional<std::string>& unanswered() const { return unanswered_; }
+
+private:
+    bool yes_;
+    int messages_ = 0;
+    std::optional<std::string> unanswered_;
+};
+
+struct Year {
+    std::string code;
+    int year = 0;
+};
+
+Year open_year(Context& ctx, const Options& opt) {
+    Year y{opt.client(), opt.require_int("year", 1990, 2099)};
+    if (!ctx.base().select_client_year(y.code, y.year))
+        throw UsageError("client " + y.code + " has no financial year " + fy_text(y.year) +
+                         " (create it with brenlow init).");
+    return y;
+}
+
+frame::Component component_of(Context& ctx) {
+    frame::Component c;
+    c.base = std::shared_ptr<TarrowBase::ClsMain>(&ctx.base(), [](TarrowBase::ClsMain*) {});
+    c.log.set_exe_path(Context::exe_dir());
+    return c;
+}
+
+// How the command ends after the screen's event: 2 at an unanswered question, 1
+// after a refusal, else 0.
+int outcome(Context& ctx, const CapitalUi& ui, bool done) {
+    if (ui.unanswered()) {
+        ctx.err << "brenlow: stopped at the question: " << *ui.unanswered() << " (--yes answers Yes)\n";
+        return 2;
+    }
+    return done ? 0 : 1;
+}
+
+void print_balances(Context& ctx, const capital::capital& s) {
+    for (int r = s.vsPL.fixed_rows(); r < s.vsPL.rows(); ++r) {
+        using C = capital::capital;
+        const std::string ratio = s.vsPL.text_matrix(r, C::kPLRatio);
+        ctx.out << std::left << std::setw(30) << s.vsPL.text_matrix(r, C::kPLName) << std::right
+                << std::setw(8)
+                << (ratio.empty() ? "" : format_mask(s.vsPL.value_matrix(r, C::kPLRatio), "###0.00") + "%")
+                << "  Capital A/c " << std::setw(16) << s.vsPL.text_matrix(r, C::kPLCapital)
+                << "  Current A/c " << std::setw(16) << s.vsPL.text_matrix(r, C::kPLCurrent) << "\n";
+    }
+}
+
+int show(Context& ctx, const std::vector<std::string>& args) {
+    const Options opt(args, {"json"});
+    opt.reject_unknown({"client", "year", "json", "pdf"});
+    ctx.reads_only();
+    const auto y = open_year(ctx, opt);
+    auto component = component_of(ctx);
+    CapitalUi ui(ctx.err, false);
+    capital::capital s(component, ui, true);
+    s.Form_Load();
+    if (opt.has("json")) {
+        using C = capital::capital;
+        auto partners = nlohmann::ordered_json::array();
+        for (const auto& r : s.ratios()) {
+            const std::string code = C::partner_code(r);
+            partners.push_back(
+                {{"code", code},
+                 {"name", r.name},
+                 {"rat", r.rat},
+                 {"capital_balance", vb_round(s.closing_balance(code, store::kCapitalAccount), 2)},
+                 {"current_balance", vb_round(s.closing_balance(code, store::kCurrentAccount), 2)}});
+        }
+        auto lines = nlohmann::ordered_json::array();
+        for (const auto& l : s.lines())
+            lines.push_back({{"code", l.code},
+                             {"partner", s.partner_name(l.code)},
+                             {"srno", l.srno},
+                             {"actyp", l.actyp},
+                             {"nid", l.nid},
+                             {"Particular", s.particular_name(l.particular_id)},
+                             {"AMT", vb_round(l.amt, 2)}});
+        ctx.out << nlohmann::ordered_json{{"client", y.code},
+                                          {"year", y.year},
+                                          {"title", s.Caption()},
+                                          {"net_profit", vb_round(s.net_profit(), 2)},
+                                          {"auto_net_profit", s.chkautocalcnp.Value},
+                                          {"partners", partners},
+                                          {"lines", lines}}
+                       .dump(2)
+                << "\n";
+        return 0;
+    }
+    const auto doc = capital::capital_schedule_report(s);
+    if (const auto pdf = opt.get("pdf")) {
+        Ostikreport::write_pdf(doc, *pdf);
+        ctx.out << "Wrote the capital schedule of " << y.code << " for F.Y. " << fy_text(y.year) << " to "
+                << *pdf << "\n";
+        return 0;
+    }
+    ctx.out << Ostikreport::render_text(doc);
+    return 0;
+}
+
+int ratios(Context& ctx, const std::vector<std::string>& args) {
+    const Options opt(args, {"yes"});
+    opt.reject_unknown({"client", "year", "yes"});
+    const auto y = open_year(ctx, opt);
+    std::vector<std::pair<std::string, double>> typed;
+    for (std::size_t i = 1; i < opt.positional().size(); ++i) {
+        const std::string& a = opt.positional()[i];
+        const auto eq = a.rfind('=');
+        if (eq == std::string::npos || eq == 0)
+            throw UsageError("a ratio is PARTNER=PERCENT (1=50 or \"RAVI KUMAR=50\"), not \"" + a + "\".");
+        char* end = nullptr;
+        const std::string pct = a.substr(eq + 1);
+        const double v = std::strtod(pct.c_str(), &end);
+        if (pct.empty() || *end != '\0') throw UsageError("the percentage of \"" + a + "\" is not a number.");
+        typed.emplace_back(a.substr(0, eq), v);
+    }
+    auto component = component_of(ctx);
+    CapitalUi ui(ctx.err, opt.has("yes"));
+    capital::capital s(component, ui);
+    s.Form_Load();
+    if (ui.unanswered()) return outcome(ctx, ui, false);
+    s.cmdProfitDet_Click();
+    while (s.vsfR.data_rows() > 0) s.vsfR.remove_item(s.vsfR.fixed_rows());
+    const auto listed = store::listed_partners(ctx.base().dbobj(), y.code);
+    for (const auto& [who, pct] : typed) {
+        s.cmdAddP_Click();
+        const int row = s.vsfR.rows() - 1;
+        const bool is_code = std::any_of(listed.begin(), listed.end(), [&](const store::ListedPartner& p) {
+            return std::to_string(p.code) == who;
+        });
+        if (!is_code && who.find_first_not_of("0123456789") == std::string::npos)
+            throw UsageError("the client has no partner " + who + " (brenlow capital partners lists them).");
+        if (is_code) {
+            s.vsfR.set_text_matrix(row, capital::capital::kRPartner, who);
+            s.vsfR_AfterEdit(row, capital::capital::kRPartner);
+        } else if (!s.set_other_partner(row, who)) {
+            return 1;
+        }
+        if (s.vsfR.text_matrix(row, capital::capital::kRPartner).empty()) return 1;
+        s.vsfR.set_value_matrix(row, capital::capital::kRRatio, pct);
+        s.vsfR_AfterEdit(row, capital::capital::kRRatio);
+    }
+    ctx.err << s.lblTotal.Caption << "\n";
+    const bool saved = s.cmdbackP_Click();
+    if (saved) print_balances(ctx, s);
+    return outcome(ctx, ui, saved);
+}
+
+int share(Context& ctx, const std::vector<std::string>& args) {
+    const Options opt(args, {"yes"});
+    opt.reject_unknown({"client", "year", "yes", "net-profit"});
+    const auto y = open_year(ctx, opt);
+    std::optional<double> typed;
+    if (const auto n = opt.get("net-profit")) {
+        char* end = nullptr;
+        typed = std::strtod(n->c_str(), &end);
+        if (n->empty() || *end != '\0')
+            throw UsageError("Option --net-profit must be a number, not \"" + *n + "\".");
+    }
+    auto component = component_of(ctx);
+    CapitalUi ui(ctx.err, opt.has("yes"));
+    capital::capital s(component, ui);
+    s.Form_Load();
+    if (ui.unanswered()) return outcome(ctx, ui, false);
+    if (typed) {
+        // Typed for this run; the client's option is left as it is.
+        s.chkautocalcnp.Value = false;
+        s.txtNetProfit.set_text(plain_number(*typed));
+    }
+    if (!s.cmdShare_Click() || !s.cmdsave_Click()) return outcome(ctx, ui, false);
+    ctx.out << "Net profit of " << y.code << " for F.Y. " << fy_text(y.year) << ": "
+            << format_mask(s.net_profit(), "###0.00") << "\n";
+    for (const auto& [code, amount] : s.last_shares())
+        ctx.out << "  " << std::left << std::setw(30) << s.partner_name(code) << std::right << std::setw(14)
+                << format_mask(std::abs(amount), "###0.00") << (amount < 0 ? " Dr." : " Cr.") << "\n";
+    print_balances(ctx, s);
+    return outcome(ctx, ui, true);
+}
+
+std::string read_document(const std::string& file) {
+    std::error_code ec;
+    if (!std::filesystem::is_regular_file(file, ec)) throw UsageError(file + ": there is no such file.");
+    std::ifstream f(file, std::ios::binary);
+    std::ostringstream text;
+    text << f.rdbuf();
+    if (!f) throw UsageError(file + ": the file cannot be read.");
+    return text.str();
+}
+
+int export_document(Context& ctx, const std::vector<std::string>& args) {
+    const Options opt(args, {});
+    opt.reject_unknown({"client", "year"});
+    if (opt.positional().size() != 2) throw UsageError("export takes one file name.");
+    ctx.reads_only();
+    const auto y = open_year(ctx, opt);
+    suite::write_file_whole(opt.positional()[1],
+                            exchange::export_capital(ctx.base().dbobj(), y.code, y.year));
+    ctx.out << "Wrote the capital accounts of " << y.code << " for F.Y. " << fy_text(y.year) << " to "
+            << opt.positional()[1] << "\n";
+    return 0;
+}
+
+int import_document(Context& ctx, const std::vector<std::string>& args) {
+    const Options opt(args, {});
+    opt.reject_unknown({"client", "year"});
+    if (opt.positional().size() != 2) throw UsageError("import takes one file name.");
+    const auto y = open_year(ctx, opt);
+    const std::string file = opt.positional()[1];
+    const auto r = exchange::import_capital(ctx.base().dbobj(), y.code, y.year, read_document(file));
+    if (!r.errors.empty()) {
+        for (const auto& e : r.errors) ctx.err << file << ": " << e << "\n";
+        ctx.err << "Nothing was imported.\n";
+        return 1;
+    }
+    ctx.out << "Imported into " << y.code << " for F.Y. " << fy_text(y.year) << ": " << r.lines << " lines, "
+            << r.particulars_created << " particulars created\n";
+    return 0;
+}
+
+int result(Context& ctx, const std::vector<std::string>& args) {
+    const Options opt(args, {});
+    opt.reject_unknown({"client", "year", "tax"});
+    const auto y = open_year(ctx, opt);
+    std::vector<std::pair<long, double>> items;
+    for (std::size_t i = 1; i < opt.positional().size(); ++i) {
+        const std::string& a = opt.positional()[i];
+        const auto eq = a.find('=');
+        char* end1 = nullptr;
+        char* end2 = nullptr;
+        const std::string id = eq == std::string::npos ? a : a.substr(0, eq);
+        const std::string amt = eq == std::string::npos ? "" : a.substr(eq + 1);
+        const long item = std::strtol(id.c_str(), &end1, 10);
+        const double amount = std::strtod(amt.c_str(), &end2);
+        if (id.empty() || *end1 != '\0' || amt.empty() || *end2 != '\0')
+            throw UsageError("an item of the result is ITEM=AMOUNT (3=125000), not \"" + a + "\".");
+        items.emplace_back(item, amount);
+    }
+    double tax = 0;
+    if (const auto t = opt.get("tax")) {
+        char* end = nullptr;
+        tax = std::strtod(t->c_str(), &end);
+        if (t->empty() || *end != '\0')
+            throw UsageError("Option --tax must be a number, not \"" + *t + "\".");
+    }
+    auto& base = ctx.base();
+    store::write_year_result(base.dbobj(), base.GetTbName(base.CYrInd()), y.code, items, tax);
+    double net = -tax;
+    for (const auto& [id, amount] : items) net += amount;
+    ctx.out << "The result of " << y.code << " for F.Y. " << fy_text(y.year) << ": " << items.size()
+            << " items, tax " << format_mask(tax, "###0.00") << ", net profit " << format_mask(net, "###0.00")
+            << "\n";
+    return 0;
+}
+
+int partners(Context& ctx, const std::vector<std::string>& args) {
+    const Options opt(args, {});
+    opt.reject_unknown({"client", "add"});
+    const std::string code = opt.client();
+    auto& db = ctx.base().dbobj();
+    if (const auto name = opt.text("add", store::kNameChars)) {
+        std::istringstream words(*name);
+        std::vector<std::string> parts;
+        for (std::string w; words >> w;) parts.push_back(w);
+        if (parts.empty()) throw UsageError("Option --add needs the partner's name.");
+        std::string middle;
+        for (std::size_t i = 1; i + 1 < parts.size(); ++i) middle += (middle.empty() ? "" : " ") + parts[i];
+        const long added =
+            store::add_listed_partner(db, code, parts[0], middle, parts.size() > 1 ? parts.back() : "");
+        ctx.out << "Added partner " << added << " to " << code << "\n";
+    }
+    for (const auto& p : store::listed_partners(db, code))
+        ctx.out << std::setw(4) << p.code << "  " << p.name << "\n";
+    return 0;
+}
+
+}  // namespace
+
+int capital_command(Context& ctx, const std::vector<std::string>& args) {
+    const std::string sub = args.empty() ? std::string() : args[0];
+    for (const auto& a : args)
+        if (a == "--help" || a == "-h") {
+            ctx.out << kHelp;
+            return 0;
+        }
+    if (sub == "show") return show(ctx, args);
+    if (sub == "ratios") return ratios(ctx, args);
+    if (sub == "share") return share(ctx, args);
+    if (sub == "export") return export_document(ctx, args);
+    if (sub == "import") return import_document(ctx, args);
+    if (sub == "result") return result(ctx, args);
+    if (sub == "partners") return partners(ctx, args);
+    ctx.err << kHelp;
+    return 1;
+}
+
+}  // namespace brenlow::cli
