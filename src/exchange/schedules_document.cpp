@@ -3,6 +3,7 @@
 #include <cmath>
 #include <nlohmann/json.hpp>
 
+#include "schedules/schedule_grids.h"
 #include "schedules/schedule_kinds.h"
 #include "schedules/schedule_rules.h"
 #include "store/client_store.h"
@@ -175,6 +176,13 @@ SchedulesImportResult import_schedules(store::Database& db, const std::string& c
             if (auto refusal = schedules::check_schedule(*kind, t.save.rows)) {
                 errors.push_back(where(stem, t.indexes[static_cast<std::size_t>(refusal->line)]) + ": " +
                                  refusal->message + " (field " + refusal->column + ")");
+                continue;
+            }
+            const auto lists = schedules::read_lists(db, t.save.loan_id);
+            if (auto unknown = schedules::unknown_choice(*kind, lists, t.save.rows)) {
+                errors.push_back(where(stem, t.indexes[static_cast<std::size_t>(unknown->line)]) + ": '" +
+                                 unknown->heading + "' has no entry " + unknown->id + " (field " +
+                                 unknown->column + ")");
                 continue;
             }
             t.save.rows = schedules::written_rows(*kind, t.save.rows);

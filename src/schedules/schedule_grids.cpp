@@ -155,6 +155,42 @@ SchedLists read_lists(store::Database& db, int loan_id) {
     return l;
 }
 
+std::optional<UnknownChoice> unknown_choice(const SchedKind& kind, const SchedLists& lists,
+                                            const std::vector<FieldRow>& lines) {
+    struct Choice {
+        std::string column, heading;
+        IdTextList list;
+    };
+    std::vector<Choice> choices;
+    for (const Col& c : columns_of(kind, lists)) {
+        // Lists the practice extends from the grid (companies, misc. expenses) are left to
+        // the masters of the database the document comes from.
+        if (c.combo.empty() || std::string_view(c.key) == kItemKey ||
+            std::string_view(c.key) == kUserReserveKey || c.combo.rfind(kNewItem, 0) == 0)
+            continue;
+        // A reserve is one of the fixed ones or one the practice added.
+        const std::string& list = std::string_view(c.key) == "resv_id" ? lists.reserves : c.combo;
+        choices.push_back({c.key, c.heading, IdTextList::parse(list)});
+    }
+    if (kind.group == kSecured || kind.group == kUnsecured)
+        choices.push_back({"head_id", "Specify Item", IdTextList::parse(lists.heads)});
+    for (int i = 0; i < static_cast<int>(lines.size()); ++i) {
+        const FieldRow& r = lines[static_cast<std::size_t>(i)];
+        const bool debentures =
+            (kind.group == kSecured || kind.group == kUnsecured) && id_cell(r.get("DEB_OTH_ID")) == "1";
+        for (const Choice& c : choices) {
+            if (debentures && c.column == "head_id") continue;
+            const Value& v = r.get(c.column);
+            const std::string id = v.is_null()
+                                       ? std::string()
+                                       : (store::schedule_text_column(c.column) ? v.as_text() : id_cell(v));
+            if (id.empty() || id == "0") continue;
+            if (!c.list.text_of(id)) return UnknownChoice{i, c.column, c.heading, id};
+        }
+    }
+    return std::nullopt;
+}
+
 void lay_out_grid(Grid& g, const SchedKind& kind, const SchedLists& lists) {
     g.set_redraw(false);
     g.set_rows(g.fixed_rows());

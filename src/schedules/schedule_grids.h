@@ -2,6 +2,7 @@
 // The grid of each schedule: its columns and lists, a table's rows laid into its
 // lines, its lines read back as rows, and the columns computed from others.
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -48,6 +49,18 @@ inline constexpr const char* kClosingKey = "closing";
 inline constexpr const char* kUserReserveKey = "resv_user";
 inline constexpr const char* kItemKey = "item";
 inline constexpr const char* kFormAmountKey = "form_amount";
+
+// The first line whose id names nothing its list offers (a reserve, a head of loan, a
+// type of investment ... that the masters do not have): what the screen's lists never
+// let through, refused in a document too.
+struct UnknownChoice {
+    int line = -1;
+    std::string column;
+    std::string heading;
+    std::string id;
+};
+std::optional<UnknownChoice> unknown_choice(const SchedKind& kind, const SchedLists& lists,
+                                            const std::vector<store::FieldRow>& lines);
 
 // Lays the grid out for a schedule with no lines but the fixed ones (the share
 // application line, the debtors' and bank forms).

@@ -83,6 +83,16 @@ TEST_P(SchedulesDocument, ARefusedRowNamesTableRowAndFieldAndNothingIsWritten) {
         {"unknown column", "RESV_", R"([{"resv_id":4,"Colour":"red"}])", "RESV_ row 1: unknown field Colour"},
         {"two bank rows", "BANK_", R"([{"CASH":1},{"CASH":2}])",
          "BANK_: a client has one row of it, the document 2"},
+        // Ids the screen's lists would never offer.
+        {"no such reserve", "RESV_",
+         R"([{"srno":1,"resv_id":4,"OP_BL":1},{"srno":2,"resv_id":99,"OP_BL":5}])",
+         "RESV_ row 2: 'Specify Item' has no entry 99 (field resv_id)"},
+        {"no such head of loan", "SECUR_", R"([{"loan_id":1,"DEB_OTH_ID":2,"head_id":999,"Amount":5}])",
+         "SECUR_ row 1: 'Specify Item' has no entry 999 (field head_id)"},
+        {"no such type of investment", "INVEST_", R"([{"INVEST_ID":77,"Amount":5}])",
+         "INVEST_ row 1: Please specify a item (field INVEST_ID)"},
+        {"no such kind of share", "SHARE_", R"([{"four_id":1,"ref_ep":"X","no_share":10,"RS_SHARE":10}])",
+         "SHARE_ row 1: 'Type of Share' has no entry X (field ref_ep)"},
     };
     for (const auto& c : cases) {
         const std::string doc = std::string(R"({"format":"brenlow-schedules","version":1,"MiscExpAsst_":[)"
