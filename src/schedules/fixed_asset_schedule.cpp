@@ -507,9 +507,13 @@ bool FixedAssetSchedule::save_sub_view(std::size_t row, SubView view) {
     for (auto& a : list)
         if (a.srno == 0) a.srno = ++sr;
     store::FixedScheduleStore(db_, suffix_, code_).replace_lines(l.row.ref_id, static_cast<int>(view), list);
-    if (view == SubView::Additions)
-        l.deductions =
-            store::FixedScheduleStore(db_, suffix_, code_).lines(l.row.ref_id, store::kFdaDeduction);
+    if (view == SubView::Additions) {
+        // A deduction whose source addition is gone is taken from the opening figures.
+        std::set<long> sources;
+        for (const auto& a : l.additions) sources.insert(a.srno);
+        for (auto& d : l.deductions)
+            if (d.src != 0 && !sources.count(d.src)) d.src = 0;
+    }
     return true;
 }
 
