@@ -118,7 +118,10 @@ ScheduleImportResult import_schedule(store::Database& db, const std::string& cod
         ctx.year = year;
         ctx.group_known = true;
         ctx.options = options;
-        for (const auto& finding : reg::row_findings(reg::draft_of(o), ctx, o.ShiftDet, o.DetESA)) {
+        // The entry's group is the one the import finds or makes for it.
+        auto draft = reg::draft_of(o);
+        draft.group_id = -1;
+        for (const auto& finding : reg::row_findings(draft, ctx, o.ShiftDet, o.DetESA)) {
             if (finding.kind == reg::FindingKind::Notice) continue;
             if (finding.kind == reg::FindingKind::Question && yes) continue;
             result.errors.push_back(
