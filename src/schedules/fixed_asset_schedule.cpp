@@ -56,7 +56,7 @@ FixedAssetSchedule::FixedAssetSchedule(frame::Component& component, Ui& ui)
     status_ = base.TSTATUS();
 }
 
-bool FixedAssetSchedule::Form_Load() {
+bool FixedAssetSchedule::Form_Load(bool offer_carry_forward) {
     books_blocks_ = store::schedule_blocks(db_, 1);
     it_blocks_ = store::schedule_blocks(db_, 2);
     store::FixedScheduleStore st(db_, suffix_, code_);
@@ -64,7 +64,7 @@ bool FixedAssetSchedule::Form_Load() {
         ui_.info("The schedule tables of the year are missing.");
         return false;
     }
-    if (st.particulars().empty() && !previous_suffix_.empty()) carry_forward();
+    if (offer_carry_forward) carry_forward();
     load_rows();
     return true;
 }
@@ -83,6 +83,8 @@ void FixedAssetSchedule::load_rows() {
 }
 
 bool FixedAssetSchedule::carry_forward() {
+    if (previous_suffix_.empty() || !store::FixedScheduleStore(db_, suffix_, code_).particulars().empty())
+        return false;
     store::FixedScheduleStore prev(db_, previous_suffix_, code_);
     if (!prev.tables_exist()) return false;
     const auto rows = prev.particulars();
@@ -143,6 +145,7 @@ bool FixedAssetSchedule::carry_forward() {
         }
     }
     store::FixedScheduleStore(db_, suffix_, code_).write_carried(out, carried);
+    load_rows();
     return true;
 }
 
@@ -438,6 +441,22 @@ bool FixedAssetSchedule::e_filing_check() {
     return !any_red || ui_.ask_yes_no(e_filing_list(year_));
 }
 
+std::vector<FixedLine> fixed_lines_of(const store::FixedScheduleRows& rows) {
+    std::vector<FixedLine> out;
+    for (const auto& f : rows.fixed) {
+        FixedLine l;
+        l.row = f;
+        for (const auto& a : rows.fda) {
+            if (a.ref_id != f.ref_id) continue;
+            if (a.ad_ded_id == store::kFdaAddition) l.additions.push_back(a);
+            if (a.ad_ded_id == store::kFdaDeduction) l.deductions.push_back(a);
+            if (a.ad_ded_id == store::kFdaCarriedHalf) l.carried.push_back(a);
+        }
+        out.push_back(std::move(l));
+    }
+    return out;
+}
+
 std::string reconciliation_question(store::Database& db, const std::string& suffix, const std::string& code,
                                     const ScheduleTotals& schedule) {
     const auto sum = [&](int gid, std::string_view allgrp) {
@@ -462,8 +481,18 @@ bool FixedAssetSchedule::reconcile() {
 }
 
 bool FixedAssetSchedule::cmdSave_Click() {
+    // The questions reach the person (or stop a command line) before anything is written.
+    bool checked = false;
     try {
-        if (!row_checks() || !line_checks() || !warnings() || !e_filing_check() || !reconcile()) return false;
+        checked = row_checks() && line_checks() && warnings() && e_filing_check() && reconcile();
+    } catch (const store::DbError& e) {
+        comp_.log.set_context("formatsch", "cmdSave_Click");
+        comp_.log.log(e);
+        ui_.critical(e.what());
+        return false;
+    }
+    if (!checked) return false;
+    try {
         std::vector<store::SavedParticular> rows;
         long sr = 0;
         for (auto& l : vsFixed) {

@@ -60,8 +60,10 @@ public:
     FixedAssetSchedule(frame::Component& component, Ui& ui);
 
     // Opening the schedule: the carry-forward question when this year has no rows and
-    // the previous year has, then the rows of the year.
-    bool Form_Load();
+    // the previous year has (unless only reading), then the rows of the year.
+    bool Form_Load(bool offer_carry_forward = true);
+    // The carry-forward alone: true when rows were carried.
+    bool carry_forward();
 
     // The grid's heading lines and combo lists.
     std::string books_heading() const;  // "As per Company Law" / "As per Books"
@@ -91,7 +93,6 @@ public:
     const std::string& suffix() const { return suffix_; }
 
 private:
-    bool carry_forward();
     void load_rows();
     // The checks of a save in their order; false when one refuses or is answered No.
     bool row_checks();
@@ -111,6 +112,10 @@ private:
     int status_ = 1;
     std::vector<store::BlockChoice> books_blocks_, it_blocks_;
 };
+
+// A client-year's stored rows as the grid's rows: each particular with its lines (the
+// FDA_ rows of its ref_id; marker rows left out).
+std::vector<FixedLine> fixed_lines_of(const store::FixedScheduleRows& rows);
 
 // The reconciliation question of a save, or "" when the trial balance agrees.
 std::string reconciliation_question(store::Database& db, const std::string& suffix, const std::string& code,

@@ -2,6 +2,9 @@
 // (cmdtrans) and the income-tax particulars that ended nil into the capital-gains
 // records (cmdfatrans).
 
+#include <map>
+#include <optional>
+
 #include "controls/number_format.h"
 #include "depreciation/regime_check.h"
 #include "schedules/fixed_asset_schedule.h"
@@ -41,15 +44,30 @@ bool FixedAssetSchedule::cmdtrans_Click() {
         auto& base = *comp_.base;
         const auto groups = store::transfer_groups(db_, false);
         // Net block under the particular's own head when the trial balance has one of
-        // that name, else the first fixed-asset head.
-        const auto head_of = [&groups](const std::string& name) -> long {
+        // that name, else under the head of its income-tax block's nature, else the
+        // first fixed-asset head.
+        const auto head_named = [&groups](const std::string& name) -> std::optional<long> {
             for (const auto& h : groups.fixed_asset_heads)
                 if (h.allgrp == name) return h.AllId;
+            return std::nullopt;
+        };
+        const auto head_of = [&](const std::string& name, long it_block) -> long {
+            if (const auto h = head_named(name)) return *h;
+            static const std::map<int, const char*> by_nature = {{1, "BUILDING"},
+                                                                 {2, "FURNITURE AND FIXTURES"},
+                                                                 {3, "PLANT AND MACHINERY"},
+                                                                 {4, "INTANGIBLE ASSETS"},
+                                                                 {100, "LAND"}};
+            for (const auto& b : it_blocks_)
+                if (b.GrpId == it_block && by_nature.count(b.BlockNo))
+                    if (const auto h = head_named(by_nature.at(b.BlockNo))) return *h;
             return groups.fixed_asset_heads.empty() ? 5 : groups.fixed_asset_heads.front().AllId;
         };
         std::vector<store::TrialBalanceRow> rows;
         const auto figs = figures();
-        for (const auto& f : figs) {
+        const auto in = inputs();
+        for (std::size_t i = 0; i < figs.size(); ++i) {
+            const auto& f = figs[i];
             if (!f.books_considered) continue;
             const long part = base.GetMax_MastPartId(f.name);
             const auto add = [&](long allid, double amount, bool credit_when_positive) {
@@ -58,7 +76,7 @@ bool FixedAssetSchedule::cmdtrans_Click() {
                 rows.push_back(
                     {0, allid, part, credit ? store::kCredit : store::kDebit, amount < 0 ? -amount : amount});
             };
-            add(head_of(f.name), f.books.net_block, false);
+            add(head_of(f.name, in[i].row.IGrpId), f.books.net_block, false);
             if (groups.depreciation) add(*groups.depreciation, f.books.depreciation, false);
             if (groups.profit_on_sale) add(*groups.profit_on_sale, f.books.profit_on_sale, true);
         }

@@ -39,6 +39,12 @@ constexpr const char* kUsage =
     "  register export FILE.json --client CODE --year YYYY\n"
     "  register import FILE.json --client CODE --year YYYY [--replace] [--yes]\n"
     "                            the year's register as a JSON document, out and back in\n"
+    "  register import-schedule --client CODE --year YYYY [--yes]\n"
+    "  register merge --client CODE --year YYYY SERIAL... [--additions] [--yes]\n"
+    "                            last year's fixed-asset schedule into the register; entries merged\n"
+    "  schedules fixed show|export|import|carry-forward ... --client CODE --year YYYY\n"
+    "  schedules transfer trial-balance|capital-gains --client CODE --year YYYY [--yes]\n"
+    "                            the per-particular fixed-asset schedule (brenlow schedules --help)\n"
     "  transfer trial-balance|capital-gains --client CODE --year YYYY [--yes]\n"
     "                            the year's results into the trial balance or the capital-gains records\n"
     "  trial-balance --client CODE --year YYYY [--json]\n"
@@ -96,6 +102,12 @@ const std::map<std::string, Handler>& commands() {
         {"register", register_command},
         {"transfer", transfer_command},
         {"trial-balance", trial_balance_command},
+        // The fixed-asset schedule's words of `schedules`.
+        {"schedules",
+         [](Context& ctx, const std::vector<std::string>& a) {
+             return fixed_schedule_command(ctx, a.empty() ? std::string() : a[0],
+                                           a.empty() ? a : std::vector<std::string>(a.begin() + 1, a.end()));
+         }},
     };
     return table;
 }

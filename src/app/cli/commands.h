@@ -17,5 +17,8 @@ int transfer_command(Context& ctx, const std::vector<std::string>& args);
 int trial_balance_command(Context& ctx, const std::vector<std::string>& args);
 // `register export|import`: the words after the subcommand's name.
 int register_io_command(Context& ctx, const std::string& sub, const std::vector<std::string>& args);
+// The per-particular fixed-asset schedule: `schedules fixed|transfer ...` and the
+// register's `import-schedule` and `merge`; the words after the subcommand's name.
+int fixed_schedule_command(Context& ctx, const std::string& sub, const std::vector<std::string>& args);
 
 }  // namespace brenlow::cli
