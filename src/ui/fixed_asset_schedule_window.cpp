@@ -13,6 +13,8 @@
 
 #include "controls/id_text_list.h"
 #include "controls/number_format.h"
+#include "schedules/fixed_schedule_report.h"
+#include "store/client_store.h"
 
 namespace brenlow::ui {
 namespace {
@@ -47,7 +49,7 @@ long combo_id(QTableWidget* grid, int row, int col) {
 }  // namespace
 
 FixedAssetScheduleWindow::FixedAssetScheduleWindow(frame::Component& component, QWidget* parent)
-    : QWidget(parent), ui_(this) {
+    : QWidget(parent), component_(component), ui_(this) {
     setWindowTitle("Fixed Assets");
     screen_ = std::make_unique<FixedAssetSchedule>(component, ui_);
     grid_ = new QTableWidget(0, kColumns, this);
@@ -64,7 +66,11 @@ FixedAssetScheduleWindow::FixedAssetScheduleWindow(frame::Component& component, 
     auto* fatrans = new QPushButton("Transfer to Capital &Gain", this);
     auto* add_line = new QPushButton("Add &Line", this);
     auto* save_lines = new QPushButton("Save &List", this);
+    auto* print_it = new QPushButton("&Print IT Chart", this);
+    auto* print_books = new QPushButton("Print &Books Chart", this);
     auto* close = new QPushButton("&Close", this);
+    connect(print_it, &QPushButton::clicked, this, [this] { print(true); });
+    connect(print_books, &QPushButton::clicked, this, [this] { print(false); });
     connect(add_row, &QPushButton::clicked, this, [this] {
         take_grid();
         screen_->vsFixed.emplace_back();
@@ -108,7 +114,8 @@ FixedAssetScheduleWindow::FixedAssetScheduleWindow(frame::Component& component, 
     });
 
     auto* buttons = new QHBoxLayout;
-    for (QPushButton* b : {add_row, save_button, trans, fatrans}) buttons->addWidget(b);
+    for (QPushButton* b : {add_row, save_button, trans, fatrans, print_it, print_books})
+        buttons->addWidget(b);
     buttons->addStretch(1);
     buttons->addWidget(close);
     auto* line_buttons = new QHBoxLayout;
@@ -282,6 +289,19 @@ void FixedAssetScheduleWindow::save() {
     take_lines();
     screen_->cmdSave_Click();
     refresh();
+}
+
+void FixedAssetScheduleWindow::print(bool income_tax) {
+    if (!component_.report) return;
+    take_grid();
+    take_lines();
+    const auto cy = store::find_client_year(component_.base->dbobj(), screen_->code(), screen_->year());
+    const sched::ChartClient client{screen_->code(), cy ? cy->client_name : std::string()};
+    sched::ClsDepC charts(*component_.report);
+    if (income_tax)
+        charts.print_income_tax(screen_->figures(), screen_->year(), client);
+    else
+        charts.print_books(screen_->figures(), screen_->year(), client);
 }
 
 QWidget* open_fixed_asset_schedule(frame::Component& component, QWidget* parent) {

@@ -39,7 +39,10 @@ private:
     void take_grid();
     void take_lines();
     void save();
+    // The schedule's charts through the report object (ClsDepC).
+    void print(bool income_tax);
 
+    frame::Component& component_;
     QtUi ui_;
     std::unique_ptr<sched::FixedAssetSchedule> screen_;
     QTableWidget* grid_;

@@ -19,6 +19,8 @@
 #include "exchange/fixed_schedule_import.h"
 #include "frame/component.h"
 #include "schedules/fixed_asset_schedule.h"
+#include "schedules/fixed_schedule_report.h"
+#include "store/client_store.h"
 #include "suite/output_file.h"
 
 namespace brenlow::cli {
@@ -29,6 +31,7 @@ constexpr const char* kSchedulesHelp =
     "       brenlow [--db URL] schedules fixed export FILE.json --client CODE --year YYYY\n"
     "       brenlow [--db URL] schedules fixed import FILE.json --client CODE --year YYYY [--yes]\n"
     "       brenlow [--db URL] schedules fixed carry-forward --client CODE --year YYYY [--yes-40]\n"
+    "       brenlow [--db URL] schedules fixed chart --it|--books --client CODE --year YYYY [--pdf FILE]\n"
     "       brenlow [--db URL] schedules transfer trial-balance|capital-gains --client CODE --year YYYY "
     "[--yes]\n"
     "\n"
@@ -36,6 +39,8 @@ constexpr const char* kSchedulesHelp =
     "  fixed show            each particular's figures as per the books and as per the Income-tax Act\n"
     "  fixed export/import   its FIXED_ and FDA_ rows as a JSON document; import saves them through the\n"
     "                        schedule's checks (refusals name the row; its questions need --yes)\n"
+    "  fixed chart           the schedule's income-tax chart (a line per particular) or books chart,\n"
+    "                        as text or as a PDF file\n"
     "  fixed carry-forward   last year's particulars at their closing figures (rates above 40% kept\n"
     "                        unless --yes-40)\n"
     "  transfer trial-balance  books figures per particular replace the trial balance's 'Fixed Assets',\n"
@@ -205,6 +210,27 @@ int carry_forward(Context& ctx, const Options& opt) {
     return 0;
 }
 
+int chart(Context& ctx, const Options& opt) {
+    opt.reject_unknown({"client", "year", "it", "books", "pdf"});
+    if (opt.has("it") == opt.has("books")) throw UsageError("chart needs one of --it and --books.");
+    int year = 0;
+    const std::string code = code_and_year(ctx, opt, year);
+    ctx.reads_only();
+    const auto s = open_schedule(ctx, false, false, false);
+    const auto cy = store::find_client_year(ctx.base().dbobj(), code, year);
+    const sched::ChartClient client{code, cy ? cy->client_name : std::string()};
+    const auto figs = s->screen->figures();
+    const auto doc = opt.has("it") ? sched::schedule_income_tax_chart(figs, year, client)
+                                   : sched::schedule_books_chart(figs, year, client);
+    if (const auto pdf = opt.get("pdf")) {
+        Ostikreport::write_pdf(doc, *pdf);
+        ctx.out << "Wrote " << *pdf << "\n";
+        return 0;
+    }
+    ctx.out << Ostikreport::render_text(doc);
+    return 0;
+}
+
 int transfer(Context& ctx, const Options& opt) {
     opt.reject_unknown({"client", "year", "yes"});
     if (opt.positional().size() != 1) throw UsageError("transfer what? trial-balance or capital-gains.");
@@ -268,19 +294,21 @@ int fixed_schedule_command(Context& ctx, const std::string& sub, const std::vect
         (help ? ctx.out : ctx.err) << kSchedulesHelp;
         return help ? 0 : 1;
     }
-    const Options opt(args, {"json", "yes", "yes-40"});
+    const Options opt(args, {"json", "yes", "yes-40", "it", "books"});
     if (sub == "transfer") return transfer(ctx, opt);
     if (opt.positional().empty())
         throw UsageError("schedules fixed what? show, export, import or carry-forward.");
     const std::string what = opt.positional()[0];
     std::vector<std::string> rest(args);
     rest.erase(std::find(rest.begin(), rest.end(), what));
-    const Options sub_opt(rest, {"json", "yes", "yes-40"});
+    const Options sub_opt(rest, {"json", "yes", "yes-40", "it", "books"});
     if (what == "show") return show(ctx, sub_opt);
     if (what == "export") return export_rows(ctx, sub_opt);
     if (what == "import") return import_rows(ctx, sub_opt);
     if (what == "carry-forward") return carry_forward(ctx, sub_opt);
-    throw UsageError("schedules fixed what? show, export, import or carry-forward, not \"" + what + "\".");
+    if (what == "chart") return chart(ctx, sub_opt);
+    throw UsageError("schedules fixed what? show, export, import, carry-forward or chart, not \"" + what +
+                     "\".");
 }
 
 }  // namespace brenlow::cli
