@@ -203,6 +203,28 @@ TEST_P(FixedAssetScheduleTest, SaveRefusesWithTheFirstMessageAndWritesNothing) {
     }
 }
 
+TEST_P(FixedAssetScheduleTest, AssetWiseEntriesAreWarnedAndALargeSaleIsAsked) {
+    auto plant = particular("PLANT", 150000, 50000, 15, 100000, 15);
+    plant.additions = {addition(1, 20000, "15/06/15")};
+    plant.deductions = {deduction(1, 20000, 0, 120000, "16/06/15", 1)};
+    auto s = open_screen();
+    s->vsFixed = {plant};
+    ui_.answer_no();
+    EXPECT_FALSE(s->cmdSave_Click());
+    ASSERT_EQ(ui_.shown().size(), 2u);
+    EXPECT_EQ(
+        ui_.shown()[0].text,
+        "You have done assets wise entry in Block wise chart so in case of Sale/Deduction you may get "
+        "incorrect "
+        "calculation of depreciation so you are suggested to do Block wise entry\n\nOR\n\nYou may prepare "
+        "New Assets wise Depreciation Chart.");
+    EXPECT_EQ(ui_.shown()[1].text,
+              "If the Sale value of any asset is greater than opening WDV then you are advised to do the "
+              "block wise "
+              "entry i.e(Consolidated Entry for a particular block)\nDo you want to Continue?");
+    EXPECT_EQ(count("FIXED_" + suffix(kYear)), 0);
+}
+
 TEST_P(FixedAssetScheduleTest, ReconciliationNoKeepsTheScheduleUnsaved) {
     auto s = open_screen();
     s->vsFixed = {particular("PLANT", 150000, 50000, 15, 100000, 15)};
@@ -368,6 +390,23 @@ TEST_P(FixedAssetScheduleTest, BlockNilParticularGoesToCapitalGains) {
     EXPECT_EQ(rows[1].block.dtsale, "10/10/2015");
     EXPECT_DOUBLE_EQ(rows[1].block.assets_trans, 10000);
     EXPECT_DOUBLE_EQ(rows[1].block.wdv, 50000);
+}
+
+TEST_P(FixedAssetScheduleTest, AConcessionalRegimeRefusesAdditionalDepreciation) {
+    base_->create_client_year("C001", kYear, "ACME TRADERS", 3);
+    base_->SetMiscOthInf("REGIME115BA", "1", base_->SecondDate(), "C001", "");
+    auto plant = particular("PLANT", 150000, 50000, 15, 100000, 15);
+    plant.row.AddDepRt = 20;
+    plant.additions = {addition(1, 40000, "15/06/2015", true)};
+    auto s = open_screen();
+    s->vsFixed = {plant};
+    EXPECT_FALSE(s->cmdfatrans_Click());
+    EXPECT_EQ(ui_.last_message().rfind(
+                  "Additional Depreciation is not allowed, if opted for taxation u/s 115BA", 0),
+              0u)
+        << ui_.last_message();
+    EXPECT_TRUE(ui_.questions().empty());
+    EXPECT_TRUE(store::capital_gain_rows(db(), "C001", kYear).empty());
 }
 
 BRENLOW_INSTANTIATE_BACKENDS(FixedAssetScheduleTest);
