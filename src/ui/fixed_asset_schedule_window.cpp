@@ -196,6 +196,12 @@ void FixedAssetScheduleWindow::refresh() {
     grid_->resizeColumnsToContents();
     grid_->setColumnWidth(sched::colParticulars, 220);
     if (line_row_ >= grid_->rowCount()) line_row_ = -1;
+    if (line_row_ < 0) {
+        // No row chosen yet: the additions' headings over an empty list.
+        title_->setText(QString::fromStdString(FixedAssetSchedule::sub_view_title(SubView::Additions)));
+        lines_->setRowCount(0);
+        line_columns(SubView::Additions);
+    }
     refreshing_ = false;
 }
 
@@ -226,9 +232,6 @@ void FixedAssetScheduleWindow::show_sub_view(int row, SubView view) {
     line_row_ = row;
     view_ = view;
     title_->setText(QString::fromStdString(FixedAssetSchedule::sub_view_title(view)));
-    const auto heads = screen_->sub_view_headings(view);
-    for (int c = 0; c < 12; ++c)
-        lines_->setHorizontalHeaderItem(c, new QTableWidgetItem(QString::fromStdString(heads[c])));
     const auto& l = screen_->vsFixed[static_cast<std::size_t>(row)];
     const auto& list = view == SubView::Additions    ? l.additions
                        : view == SubView::Deductions ? l.deductions
@@ -250,6 +253,13 @@ void FixedAssetScheduleWindow::show_sub_view(int row, SubView view) {
                                    QString::fromStdString(a.adddepapp == "1" ? "Yes" : "No")};
         for (int c = 0; c < 12; ++c) lines_->setItem(r, c, new QTableWidgetItem(cells[c]));
     }
+    line_columns(view);
+}
+
+void FixedAssetScheduleWindow::line_columns(SubView view) {
+    const auto heads = screen_->sub_view_headings(view);
+    for (int c = 0; c < 12; ++c)
+        lines_->setHorizontalHeaderItem(c, new QTableWidgetItem(QString::fromStdString(heads[c])));
     // Only what the kind of line uses.
     lines_->setColumnHidden(8, view != SubView::Deductions);
     lines_->setColumnHidden(10, view != SubView::Deductions);

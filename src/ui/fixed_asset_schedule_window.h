@@ -38,6 +38,7 @@ public:
 private:
     void take_grid();
     void take_lines();
+    void line_columns(sched::SubView view);
     void save();
     // The schedule's charts through the report object (ClsDepC).
     void print(bool income_tax);
