@@ -139,11 +139,11 @@ std::vector<ParticularFigures> particular_figures(const std::vector<ParticularIn
     }
     if (it.entries.empty()) return out;
     const auto run = depreciation::calculate_income_tax(it);
+    std::map<std::string, const depreciation::ItBlockResult*> by_id;
+    for (const auto& b : run.blocks) by_id[b.block_id] = &b;
     for (std::size_t i = 0; i < particulars.size(); ++i) {
         if (!out[i].it_considered) continue;
-        const std::string id = "P" + std::to_string(i + 1);
-        for (const auto& b : run.blocks)
-            if (b.block_id == id) out[i].it = b;
+        if (const auto b = by_id.find("P" + std::to_string(i + 1)); b != by_id.end()) out[i].it = *b->second;
     }
     return out;
 }
