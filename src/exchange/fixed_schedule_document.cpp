@@ -107,6 +107,7 @@ store::FixedScheduleRows read_fixed_schedule(const Json& doc, std::vector<std::s
     const Json& fixed = table("FIXED_");
     for (std::size_t i = 0; i < fixed.size(); ++i) {
         Fields r(fixed[i], "FIXED_ row " + std::to_string(i + 1), errors);
+        if (!fixed[i].is_object()) continue;
         store::FixedRow f;
         f.compit_id = r.whole("compit_id");
         f.srno = r.whole("srno");
@@ -131,6 +132,7 @@ store::FixedScheduleRows read_fixed_schedule(const Json& doc, std::vector<std::s
     const Json& fda = table("FDA_");
     for (std::size_t i = 0; i < fda.size(); ++i) {
         Fields r(fda[i], "FDA_ row " + std::to_string(i + 1), errors);
+        if (!fda[i].is_object()) continue;
         store::FdaRow a;
         a.srno = r.whole("srno");
         a.ad_ded_id = static_cast<int>(r.whole("ad_ded_id"));
