@@ -35,7 +35,7 @@ std::string money(double v) {
 // Companies keep their books under the Companies Act; the others "As per Books", with
 // only the two methods a non-corporate's books use.
 bool company_status(int status) {
-    return status == 3;
+    return status == 3 || status == 4;
 }
 
 }  // namespace

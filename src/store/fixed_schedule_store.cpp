@@ -161,6 +161,19 @@ std::vector<long> FixedScheduleStore::save_particulars(const std::vector<SavedPa
                             " where code_no=" + quoted(code_) + " and ref_id=" + num(f.ref_id));
             f.ref_id = id;
         }
+        // "[New]": the particular gets a block of its own name, of the books or of income tax.
+        for (const auto& [kind, id] :
+             {std::pair<int, long*>{kBooksBlock, &f.CGrpId}, {kIncomeTaxBlock, &f.IGrpId}}) {
+            if (*id != 0) continue;
+            const auto rs = db_.query("Select GrpId from BlockGroup where GrpDesc=" + quoted(p.name) +
+                                      " and GrpType=" + num(long{kind}));
+            if (!rs.empty()) {
+                *id = as_long(rs.first("GrpId"));
+            } else {
+                *id = next_block_id(db_);
+                insert_block(db_, {*id, p.name, kind, 0});
+            }
+        }
         insert_fixed(db_, fixed_table(), code_, f);
         db_.execute("INSERT INTO " + fda_table() + " (srno,code_no,ad_ded_id,ref_id,particular) VALUES (1," +
                     quoted(code_) + "," + num(static_cast<long>(kFdaMarker)) + "," + num(f.ref_id) + "," +

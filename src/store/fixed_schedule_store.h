@@ -103,7 +103,8 @@ public:
     void replace_all_rows(const FixedScheduleRows& rows);
 
     // The schedule's save: delete the client's FIXED_ rows and its marker rows, give
-    // each new name its mast_fix_part id (re-pointing the FDA_ rows of the old id),
+    // each new name its mast_fix_part id (re-pointing the FDA_ rows of the old id), give
+    // a particular whose block is "[New]" (0) a block of its own name (made when missing),
     // insert every row with its srno and compit_id, and write each marker row. Returns
     // the ref_id written for each particular, in order. All or nothing.
     std::vector<long> save_particulars(const std::vector<SavedParticular>& rows);

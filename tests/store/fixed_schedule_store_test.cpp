@@ -56,6 +56,21 @@ TEST_P(FixedScheduleStoreTest, SaveGivesNewNamesTheNextIdAndKeepsOneMarkerEach) 
     EXPECT_TRUE(store("C002").particulars().empty());
 }
 
+TEST_P(FixedScheduleStoreTest, ANewBlockIsMadeInTheParticularsName) {
+    db().execute("INSERT INTO BlockGroup Values (3,'PLANT',1,0)");
+    auto plant = row(1, "PLANT");
+    plant.CGrpId = 0;  // "[New]"
+    plant.IGrpId = 0;
+    store().save_particulars({{plant, "PLANT"}, {row(2, "SHED"), "SHED"}});
+    const auto rows = store().particulars();
+    EXPECT_EQ(rows[0].CGrpId, 3);  // the books block of that name
+    EXPECT_EQ(rows[0].IGrpId, 4);  // a new income-tax block
+    EXPECT_EQ(rows[1].CGrpId, kNotConsidered);
+    EXPECT_EQ(
+        db().query("Select GrpDesc from BlockGroup where GrpId=4 and GrpType=2").first("GrpDesc").as_text(),
+        "PLANT");
+}
+
 TEST_P(FixedScheduleStoreTest, AllRowsGoOutAndComeBackWhole) {
     store().save_particulars({{row(1, "PLANT"), "PLANT"}});
     FdaRow d;
