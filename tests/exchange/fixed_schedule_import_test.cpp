@@ -95,6 +95,27 @@ TEST_P(ScheduleImportTest, ABlockTheYearDoesNotHaveRefusesTheWholeImport) {
     EXPECT_EQ(count("NewFAGM where Yr=" + std::to_string(kNext)), 0);
 }
 
+TEST_P(ScheduleImportTest, TheScreensAskFirstAndSayWhatWasDone) {
+    base_->create_client_year("C001", kNext, "ACME TRADERS", 2);
+    save_year(kYear, last_year());
+    base_->select_client_year("C001", kNext);
+    exchange::frmImport import(comp_, ui_);
+    ui_.answer_no();
+    EXPECT_FALSE(import.cmdImport_Click());
+    EXPECT_EQ(ui_.shown().back().default_button, "No");
+    EXPECT_EQ(count("NewFATRo" + std::to_string(kNext)), 0);
+    ui_.answer_yes();
+    EXPECT_TRUE(import.cmdImport_Click());
+    EXPECT_EQ(ui_.last_message(), "Imported 2 particulars into 2 asset groups.");
+
+    exchange::frmmerge merge(comp_, ui_);
+    merge.chosen = {1, 2};
+    ui_.answer_yes();
+    EXPECT_FALSE(merge.cmdMerge_Click());  // two groups
+    EXPECT_EQ(ui_.last_message(), "Entries of one asset group only can be merged.");
+    EXPECT_EQ(count("NewFATRo" + std::to_string(kNext)), 2);
+}
+
 TEST_P(ScheduleImportTest, NoPreviousYearIsSaid) {
     const auto r = exchange::import_schedule(db(), "C001", kYear - 1, false);
     ASSERT_EQ(r.errors.size(), 1u);
