@@ -21,5 +21,8 @@ int capital_command(Context& ctx, const std::vector<std::string>& args);
 int ledger_command(Context& ctx, const std::vector<std::string>& args);
 // `register export|import`: the words after the subcommand's name.
 int register_io_command(Context& ctx, const std::string& sub, const std::vector<std::string>& args);
+// The per-particular fixed-asset schedule: `schedules fixed|transfer ...` and the
+// register's `import-schedule` and `merge`; the words after the subcommand's name.
+int fixed_schedule_command(Context& ctx, const std::string& sub, const std::vector<std::string>& args);
 
 }  // namespace brenlow::cli

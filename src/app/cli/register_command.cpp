@@ -35,6 +35,8 @@ constexpr const char* kHelp =
     "       brenlow register manual-depreciation --client CODE --year YYYY [--set ID=AMOUNT,...] [--json]\n"
     "       brenlow register export FILE --client CODE --year YYYY\n"
     "       brenlow register import FILE --client CODE --year YYYY [--replace] [--yes]\n"
+    "       brenlow register import-schedule --client CODE --year YYYY [--yes]\n"
+    "       brenlow register merge --client CODE --year YYYY SERIAL... [--additions] [--yes]\n"
     "\n"
     "Fields (amounts in rupees, dates dd/mm/yyyy):\n"
     "  both sides:  --put-date D --residual N --life YEARS --rate R --rate-it R --method WDV|SLM\n"
@@ -469,6 +471,7 @@ int register_command(Context& ctx, const std::vector<std::string>& args) {
     const std::string sub = args[0];
     const std::vector<std::string> rest(args.begin() + 1, args.end());
     if (sub == "export" || sub == "import") return register_io_command(ctx, sub, rest);
+    if (sub == "import-schedule" || sub == "merge") return fixed_schedule_command(ctx, sub, rest);
     const std::set<std::string> flags = {"json", "yes",      "opening", "addition",
                                          "all",  "addl-dep", "partial", "yes-40"};
     try {

@@ -29,6 +29,10 @@ constexpr const char* kHelp =
     "       brenlow [--db URL] schedules show NAME --client CODE --year YYYY [--secured|--unsecured]\n"
     "                                         [--json|--pdf FILE]\n"
     "       brenlow [--db URL] schedules carry-forward --client CODE --year YYYY [--yes]\n"
+    "       brenlow [--db URL] schedules fixed show|export|import|carry-forward|chart ... (schedules fixed "
+    "--help)\n"
+    "       brenlow [--db URL] schedules transfer trial-balance|capital-gains --client CODE --year YYYY "
+    "[--yes]\n"
     "\n"
     "The balance-sheet schedules of the client's year, as the schedules screen keeps them:\n"
     "  export          every schedule table of the year (SHARE_, RESV_, SECUR_, INVEST_, LOAN_ADV_,\n"
@@ -208,6 +212,9 @@ int carry_forward(Context& ctx, const std::vector<std::string>& args) {
 }  // namespace
 
 int schedules_command(Context& ctx, const std::vector<std::string>& args) {
+    // The per-particular Fixed Assets schedule and the transfers have their own words.
+    if (!args.empty() && (args[0] == "fixed" || args[0] == "transfer"))
+        return fixed_schedule_command(ctx, args[0], std::vector<std::string>(args.begin() + 1, args.end()));
     if (args.empty() || args[0] == "--help" || args[0] == "-h") {
         ctx.out << kHelp;
         return args.empty() ? 1 : 0;
@@ -223,7 +230,8 @@ int schedules_command(Context& ctx, const std::vector<std::string>& args) {
     if (sub == "import") return import_schedules(ctx, rest);
     if (sub == "show") return show_schedule(ctx, rest);
     if (sub == "carry-forward") return carry_forward(ctx, rest);
-    throw UsageError("unknown schedules subcommand \"" + sub + "\" (export, import, show or carry-forward).");
+    throw UsageError("unknown schedules subcommand \"" + sub +
+                     "\" (export, import, show, carry-forward, fixed or transfer).");
 }
 
 }  // namespace brenlow::cli

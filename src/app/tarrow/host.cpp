@@ -12,10 +12,13 @@
 
 #include "app/cli/context.h"
 #include "app/tarrow/client_dialog.h"
+#include "exchange/asset_merge.h"
+#include "exchange/fixed_schedule_import.h"
 #include "register/frm_new_fatr.h"
 #include "store/seed.h"
 #include "suite/defaults.h"
 #include "ui/capital_window.h"
+#include "ui/fixed_asset_schedule_window.h"
 #include "ui/register_window.h"
 #include "ui/report_preview.h"
 #include "ui/schedules_window.h"
@@ -77,6 +80,22 @@ void HostWindow::build_menus() {
     needs_year_ << assets->addAction("&Company Block Master", this, [this] { open_block_master(1); });
     needs_year_ << assets->addAction("&Income Tax Block Master", this, [this] { open_block_master(2); });
     needs_year_ << assets->addAction("&Particulars Master", this, &HostWindow::open_particulars_master);
+    // The older schedule kept per particular, and its way into the register.
+    assets->addSeparator();
+    needs_year_ << assets->addAction("Fixed Assets &Schedule (Per Particular)", this,
+                                     &HostWindow::open_fixed_schedule);
+    needs_year_ << assets->addAction("Import from Schedule of Pre&vious Year", this, [this] {
+        exchange::frmImport screen(forms_->component(), ui_);
+        screen.cmdImport_Click();
+    });
+    needs_year_ << assets->addAction("&Merge Assets...", this, [this] {
+        ui::run_merge_entries(this, [this](Ui& ui, bool additions, const std::vector<long>& serials) {
+            exchange::frmmerge screen(forms_->component(), ui);
+            screen.side = additions ? exchange::MergeSide::Addition : exchange::MergeSide::Opening;
+            screen.chosen = serials;
+            return screen.cmdMerge_Click();
+        });
+    });
 
     auto* accounts = menuBar()->addMenu("Final &Accounts");
     needs_year_ << accounts->addAction("Balance Sheet &Schedules", this, &HostWindow::open_schedules);
@@ -96,12 +115,12 @@ bool HostWindow::open_database(const QString& url) {
         frame::ScreenMakers makers;
         // A register screen speaks through the boxes of the window that shows it.
         makers.frmNewFATR = [this](frame::Component& c) { return ui::make_register_screen(c, this); };
-        // The schedules screen opens the partners' capital screen through the host's own
-        // menu command (which says when it is not available); the Fixed Assets
-        // schedule's opener is set where its window is made.
+        // The schedules screen's Fixed Assets and capital buttons open those screens
+        // through the host's own menu commands.
         makers.formatsch = [this](frame::Component& c) {
             auto screen = ui::make_schedules_screen(c, this);
             screen->open_capital = [this] { open_capital(); };
+            screen->open_fixed_assets = [this] { open_fixed_schedule(); };
             return screen;
         };
         makers.capital = [this](frame::Component& c) { return ui::make_capital_screen(c, this); };
@@ -218,6 +237,8 @@ QWidget* HostWindow::open_by_name(const QString& name) {
         open_block_master(2);
     else if (name == "particulars")
         open_particulars_master();
+    else if (name == "fixed-schedule")
+        open_fixed_schedule();
     else if (name == "schedules")
         open_schedules();
     else if (name == "capital")
@@ -269,6 +290,11 @@ void HostWindow::open_particulars_master() {
     if (!need_client_year()) return;
     show_screen_window(ui::make_particulars_master_window(forms_->component(), this),
                        "The particulars master");
+}
+
+void HostWindow::open_fixed_schedule() {
+    if (!need_client_year()) return;
+    show_screen_window(ui::open_fixed_asset_schedule(forms_->component(), this), "The fixed-asset schedule");
 }
 
 void HostWindow::about() {

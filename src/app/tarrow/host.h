@@ -48,6 +48,7 @@ public slots:
     void open_block_master(int kind);
     void open_group_master();
     void open_particulars_master();
+    void open_fixed_schedule();
     void about();
 
 private:

@@ -1,0 +1,314 @@
+// The per-particular fixed-asset schedule on the command line: `schedules fixed
+// show|export|import|carry-forward`, `schedules transfer trial-balance|capital-gains`,
+// and the register's `import-schedule` (last year's schedule into this year's register)
+// and `merge`. Each drives the same screen class the desktop shows, with its questions
+// answered by --yes (stopped at the first without it).
+
+#include <filesystem>
+#include <fstream>
+#include <iomanip>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "app/cli/commands.h"
+#include "app/cli/options.h"
+#include "controls/cli_ui.h"
+#include "controls/number_format.h"
+#include "exchange/asset_merge.h"
+#include "exchange/fixed_schedule_document.h"
+#include "exchange/fixed_schedule_import.h"
+#include "frame/component.h"
+#include "schedules/fixed_asset_schedule.h"
+#include "schedules/fixed_schedule_report.h"
+#include "store/client_store.h"
+#include "suite/output_file.h"
+
+namespace brenlow::cli {
+namespace {
+
+constexpr const char* kSchedulesHelp =
+    "Usage: brenlow [--db URL] schedules fixed show --client CODE --year YYYY [--json]\n"
+    "       brenlow [--db URL] schedules fixed export FILE.json --client CODE --year YYYY\n"
+    "       brenlow [--db URL] schedules fixed import FILE.json --client CODE --year YYYY [--yes]\n"
+    "       brenlow [--db URL] schedules fixed carry-forward --client CODE --year YYYY [--yes-40]\n"
+    "       brenlow [--db URL] schedules fixed chart --it|--books --client CODE --year YYYY [--pdf FILE]\n"
+    "       brenlow [--db URL] schedules transfer trial-balance|capital-gains --client CODE --year YYYY "
+    "[--yes]\n"
+    "\n"
+    "The per-particular fixed-asset schedule of the year:\n"
+    "  fixed show            each particular's figures as per the books and as per the Income-tax Act\n"
+    "  fixed export/import   its FIXED_ and FDA_ rows as a JSON document; import saves them through the\n"
+    "                        schedule's checks (refusals name the row; its questions need --yes)\n"
+    "  fixed chart           the schedule's income-tax chart (a line per particular) or books chart,\n"
+    "                        as text or as a PDF file\n"
+    "  fixed carry-forward   last year's particulars at their closing figures (rates above 40% kept\n"
+    "                        unless --yes-40)\n"
+    "  transfer trial-balance  books figures per particular replace the trial balance's 'Fixed Assets',\n"
+    "                        'Depreciation' and 'Profit on Sale of Fixed Assets' particulars\n"
+    "  transfer capital-gains  each particular that ended nil becomes a capital-gains row\n"
+    "Questions are answered No unless --yes (exit code 2 when one stopped the command).\n";
+
+constexpr const char* kImportHelp =
+    "Usage: brenlow [--db URL] register import-schedule --client CODE --year YYYY [--yes]\n"
+    "\n"
+    "Brings last year's per-particular fixed-asset schedule into this year's asset register: one\n"
+    "opening entry per particular at its closing figures, under an asset group of its name, blocks and\n"
+    "rates. Every entry is checked by the register's rules first; a refusal imports nothing.\n";
+
+constexpr const char* kMergeHelp =
+    "Usage: brenlow [--db URL] register merge --client CODE --year YYYY SERIAL... [--additions] [--yes]\n"
+    "\n"
+    "Merges register entries of one asset group into the first one given: costs, depreciation and\n"
+    "written down values added, the earliest date of put to use kept. Opening entries unless\n"
+    "--additions.\n";
+
+// The command line's Ui: Yes with --yes, else the first question stops the command.
+class ScheduleUi : public CliUi {
+public:
+    ScheduleUi(std::ostream& err, bool yes, bool yes_40 = false)
+        : CliUi(err, yes), yes_(yes), yes_40_(yes_40) {}
+    bool ask_yes_no(std::string_view text, MsgIcon icon, bool default_yes, std::string_view title) override {
+        if (text.find("Change Rate for") != std::string_view::npos) return yes_40_;
+        if (yes_) return CliUi::ask_yes_no(text, icon, default_yes, title);
+        throw QuestionUnanswered(std::string(text));
+    }
+
+private:
+    bool yes_, yes_40_;
+};
+
+struct Opened {
+    frame::Component component;
+    std::unique_ptr<ScheduleUi> ui;
+    std::unique_ptr<sched::FixedAssetSchedule> screen;
+};
+
+std::string code_and_year(Context& ctx, const Options& opt, int& year) {
+    const std::string code = opt.client();
+    year = opt.require_int("year", 1990, 2099);
+    if (!ctx.base().select_client_year(code, year))
+        throw UsageError("Client " + code + " has no financial year " + fy_text(year) +
+                         " (create it with brenlow init).");
+    return code;
+}
+
+std::unique_ptr<Opened> open_schedule(Context& ctx, bool yes, bool yes_40, bool offer_carry_forward) {
+    auto s = std::make_unique<Opened>();
+    s->ui = std::make_unique<ScheduleUi>(ctx.err, yes, yes_40);
+    s->component.base = std::shared_ptr<TarrowBase::ClsMain>(&ctx.base(), [](TarrowBase::ClsMain*) {});
+    s->component.log.set_exe_path(Context::exe_dir());
+    s->screen = std::make_unique<sched::FixedAssetSchedule>(s->component, *s->ui);
+    if (!s->screen->Form_Load(offer_carry_forward))
+        throw std::runtime_error("the schedule could not be opened");
+    return s;
+}
+
+int show(Context& ctx, const Options& opt) {
+    opt.reject_unknown({"client", "year", "json"});
+    int year = 0;
+    code_and_year(ctx, opt, year);
+    ctx.reads_only();
+    const auto s = open_schedule(ctx, false, false, false);
+    const auto figs = s->screen->figures();
+    if (opt.has("json")) {
+        auto rows = nlohmann::ordered_json::array();
+        for (const auto& f : figs)
+            rows.push_back({{"particular", f.name},
+                            {"books", f.books_considered},
+                            {"OpeningCost", f.books.opening_cost},
+                            {"OpeningDep", f.books.opening_dep},
+                            {"Additions", f.books.additions},
+                            {"DeductionsCost", f.books.deductions_cost},
+                            {"Depreciation", f.books.depreciation},
+                            {"NetBlock", vb_round(f.books.net_block, 2)},
+                            {"ProfitOnSale", vb_round(f.books.profit_on_sale, 2)},
+                            {"it", f.it_considered},
+                            {"OpeningWDV", f.it.opening_wdv},
+                            {"DepreciationIT", f.it.TotDepr},
+                            {"ClosingWDV", f.it.RndWdv},
+                            {"BlockNil", f.it.block_nil}});
+        ctx.out << nlohmann::ordered_json{{"client", s->screen->code()},
+                                          {"year", year},
+                                          {"particulars", rows}}
+                       .dump(2)
+                << "\n";
+        return 0;
+    }
+    ctx.out << std::left << std::setw(30) << "Particulars" << std::right << std::setw(14) << "Cost"
+            << std::setw(14) << "Depreciation" << std::setw(14) << "Net Block" << std::setw(14) << "WDV (IT)"
+            << std::setw(14) << "Dep. (IT)" << std::setw(14) << "Closing WDV"
+            << "\n";
+    for (const auto& f : figs)
+        ctx.out << std::left << std::setw(30) << f.name << std::right << std::setw(14)
+                << format_mask(f.books.closing_cost, "###0.00") << std::setw(14)
+                << format_mask(f.books.depreciation, "###0.00") << std::setw(14)
+                << format_mask(f.books.net_block, "###0.00") << std::setw(14)
+                << (f.it_considered ? format_mask(f.it.opening_wdv, "###0") : "-") << std::setw(14)
+                << (f.it_considered ? format_mask(f.it.TotDepr, "###0") : "-") << std::setw(14)
+                << (f.it_considered ? format_mask(f.it.RndWdv, "###0") : "-")
+                << (f.books_considered ? "" : "  (Does Not Consider for Books)") << "\n";
+    return 0;
+}
+
+int export_rows(Context& ctx, const Options& opt) {
+    opt.reject_unknown({"client", "year"});
+    if (opt.positional().size() != 1) throw UsageError("export takes one file name.");
+    int year = 0;
+    const std::string code = code_and_year(ctx, opt, year);
+    ctx.reads_only();
+    auto& base = ctx.base();
+    store::FixedScheduleStore st(base.dbobj(), base.GetTbName(base.CYrInd()), code);
+    nlohmann::ordered_json doc = {
+        {"format", "brenlow-fixed-schedule"}, {"version", 1}, {"client", code}, {"year", year}};
+    exchange::write_fixed_schedule(doc, st.all_rows());
+    suite::write_file_whole(opt.positional()[0], doc.dump(2) + "\n");
+    ctx.out << "Wrote the fixed-asset schedule of " << code << " for F.Y. " << fy_text(year) << " to "
+            << opt.positional()[0] << "\n";
+    return 0;
+}
+
+int import_rows(Context& ctx, const Options& opt) {
+    opt.reject_unknown({"client", "year", "yes"});
+    if (opt.positional().size() != 1) throw UsageError("import takes one file name.");
+    const std::string file = opt.positional()[0];
+    int year = 0;
+    code_and_year(ctx, opt, year);
+    std::ifstream in(file, std::ios::binary);
+    if (!in) throw UsageError(file + ": there is no such file");
+    std::ostringstream text;
+    text << in.rdbuf();
+    const auto doc = nlohmann::ordered_json::parse(text.str(), nullptr, false);
+    if (doc.is_discarded() || !doc.is_object()) throw UsageError(file + ": this is not a JSON document");
+    std::vector<std::string> errors;
+    const auto rows = exchange::read_fixed_schedule(doc, errors);
+    if (!errors.empty()) {
+        for (const auto& e : errors) ctx.err << file << ": " << e << "\n";
+        ctx.err << "Nothing was imported.\n";
+        return 1;
+    }
+    auto s = open_schedule(ctx, opt.has("yes"), false, false);
+    s->screen->vsFixed = sched::fixed_lines_of(rows);
+    if (!s->screen->cmdSave_Click()) {
+        ctx.err << "Nothing was imported.\n";
+        return 1;
+    }
+    ctx.out << "Saved " << s->screen->vsFixed.size() << " particulars.\n";
+    return 0;
+}
+
+int carry_forward(Context& ctx, const Options& opt) {
+    opt.reject_unknown({"client", "year", "yes-40"});
+    int year = 0;
+    code_and_year(ctx, opt, year);
+    // The carry-forward question itself is what the command was asked to do.
+    auto s = open_schedule(ctx, true, opt.has("yes-40"), false);
+    if (!s->screen->carry_forward()) {
+        ctx.err << "Nothing to carry forward: this year has particulars, or last year has none.\n";
+        return 1;
+    }
+    ctx.out << "Carried forward " << s->screen->vsFixed.size() << " particulars.\n";
+    return 0;
+}
+
+int chart(Context& ctx, const Options& opt) {
+    opt.reject_unknown({"client", "year", "it", "books", "pdf"});
+    if (opt.has("it") == opt.has("books")) throw UsageError("chart needs one of --it and --books.");
+    int year = 0;
+    const std::string code = code_and_year(ctx, opt, year);
+    ctx.reads_only();
+    const auto s = open_schedule(ctx, false, false, false);
+    const auto cy = store::find_client_year(ctx.base().dbobj(), code, year);
+    const sched::ChartClient client{code, cy ? cy->client_name : std::string()};
+    const auto figs = s->screen->figures();
+    const auto doc = opt.has("it") ? sched::schedule_income_tax_chart(figs, year, client)
+                                   : sched::schedule_books_chart(figs, year, client);
+    if (const auto pdf = opt.get("pdf")) {
+        Ostikreport::write_pdf(doc, *pdf);
+        ctx.out << "Wrote " << *pdf << "\n";
+        return 0;
+    }
+    ctx.out << Ostikreport::render_text(doc);
+    return 0;
+}
+
+int transfer(Context& ctx, const Options& opt) {
+    opt.reject_unknown({"client", "year", "yes"});
+    if (opt.positional().size() != 1) throw UsageError("transfer what? trial-balance or capital-gains.");
+    const std::string what = opt.positional()[0];
+    if (what != "trial-balance" && what != "capital-gains")
+        throw UsageError("transfer what? trial-balance or capital-gains, not \"" + what + "\".");
+    int year = 0;
+    code_and_year(ctx, opt, year);
+    auto s = open_schedule(ctx, opt.has("yes"), false, false);
+    const bool done = what == "trial-balance" ? s->screen->cmdtrans_Click() : s->screen->cmdfatrans_Click();
+    return done ? 0 : 1;
+}
+
+}  // namespace
+
+int fixed_schedule_command(Context& ctx, const std::string& sub, const std::vector<std::string>& args) {
+    const bool help =
+        sub == "--help" || sub == "-h" || std::find(args.begin(), args.end(), "--help") != args.end();
+    if (sub == "import-schedule" || sub == "merge") {
+        if (help) {
+            ctx.out << (sub == "merge" ? kMergeHelp : kImportHelp);
+            return 0;
+        }
+        const Options opt(args, {"yes", "additions"});
+        int year = 0;
+        if (sub == "import-schedule") {
+            opt.reject_unknown({"client", "year", "yes"});
+            const std::string code = code_and_year(ctx, opt, year);
+            const auto r = exchange::import_schedule(ctx.base().dbobj(), code, year, opt.has("yes"));
+            if (!r.errors.empty()) {
+                for (const auto& e : r.errors) ctx.err << e << "\n";
+                ctx.err << "Nothing was imported.\n";
+                return 1;
+            }
+            ctx.out << "Imported " << r.entries << " particulars into " << r.groups
+                    << " asset groups of F.Y. " << fy_text(year) << ".\n";
+            return 0;
+        }
+        opt.reject_unknown({"client", "year", "yes", "additions"});
+        const std::string code = code_and_year(ctx, opt, year);
+        std::vector<long> serials;
+        for (const auto& p : opt.positional()) {
+            char* end = nullptr;
+            const long v = std::strtol(p.c_str(), &end, 10);
+            if (p.empty() || *end != '\0' || v <= 0)
+                throw UsageError("SERIAL \"" + p + "\" is not a serial number.");
+            serials.push_back(v);
+        }
+        if (!opt.has("yes")) throw QuestionUnanswered("Do you want to Merge Selected Assets?");
+        const auto r = exchange::merge_entries(
+            ctx.base().dbobj(), code, year,
+            opt.has("additions") ? exchange::MergeSide::Addition : exchange::MergeSide::Opening, serials);
+        if (!r.refusal.empty()) {
+            ctx.err << r.refusal << "\n";
+            return 1;
+        }
+        ctx.out << "Merged into entry " << r.serial << ".\n";
+        return 0;
+    }
+    if (help || (sub != "fixed" && sub != "transfer")) {
+        (help ? ctx.out : ctx.err) << kSchedulesHelp;
+        return help ? 0 : 1;
+    }
+    const Options opt(args, {"json", "yes", "yes-40", "it", "books"});
+    if (sub == "transfer") return transfer(ctx, opt);
+    if (opt.positional().empty())
+        throw UsageError("schedules fixed what? show, export, import or carry-forward.");
+    const std::string what = opt.positional()[0];
+    std::vector<std::string> rest(args);
+    rest.erase(std::find(rest.begin(), rest.end(), what));
+    const Options sub_opt(rest, {"json", "yes", "yes-40", "it", "books"});
+    if (what == "show") return show(ctx, sub_opt);
+    if (what == "export") return export_rows(ctx, sub_opt);
+    if (what == "import") return import_rows(ctx, sub_opt);
+    if (what == "carry-forward") return carry_forward(ctx, sub_opt);
+    if (what == "chart") return chart(ctx, sub_opt);
+    throw UsageError("schedules fixed what? show, export, import, carry-forward or chart, not \"" + what +
+                     "\".");
+}
+
+}  // namespace brenlow::cli

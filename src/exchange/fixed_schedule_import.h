@@ -1,0 +1,54 @@
+#pragma once
+// frmImport: a client's particulars, additions and deductions of the per-particular
+// fixed-asset schedule of last year brought into the asset register of this year.
+//
+// Each particular becomes one opening entry of the register's year, under an asset
+// group of the particular's name, blocks and rates (matched when the year has it, else
+// made):
+// - books: its closing gross block as cost, its closing depreciation to date as the
+//   depreciation to the start of the year, its rate and method, no residual value;
+//   the useful life of a straight-line particular is 100 / rate, taken as the remaining
+//   life on 1 April 2014 (GETREMLIFEYRS, base year 2014) from the first day of the
+//   schedule's year, or whole when that day is later;
+// - income tax: its closing written down value, its rate under the block of the same
+//   nature and rate (NewITBM "nature-rate"), additional depreciation rate, and the
+//   remaining half carried on additions of last year put to use for less than 180 days.
+// A particular "Does Not Consider for IT" stands outside every block; one that closed
+// at nil on every side is left out.
+//
+// Every entry goes through the register's entry rules first; any refusal (or a question
+// without `yes`) refuses the whole import and nothing is written. The writes hold
+// "LOCK TABLE NewFAGM Write, NewFATRo<year> Write, NewFATRa<year> Write, BlockGroup Write".
+
+#include <string>
+#include <vector>
+
+#include "controls/ui_port.h"
+#include "frame/component.h"
+#include "store/database.h"
+
+namespace brenlow::exchange {
+
+struct ScheduleImportResult {
+    std::vector<std::string> errors;  // nothing was written when there are any
+    int entries = 0;
+    int groups = 0;  // distinct groups used
+};
+
+// Imports into the register of `year` (closing calendar year) from the schedule of the
+// year before. `yes` answers Yes to the entry rules' questions.
+ScheduleImportResult import_schedule(store::Database& db, const std::string& code, int year, bool yes);
+
+// The screen: the client-year the base services have open.
+class frmImport {
+public:
+    frmImport(frame::Component& component, Ui& ui);
+    // Asks, imports, and tells what was done; true when entries were written.
+    bool cmdImport_Click();
+
+private:
+    frame::Component& comp_;
+    Ui& ui_;
+};
+
+}  // namespace brenlow::exchange

@@ -1,0 +1,80 @@
+#include "ui/fixed_asset_schedule_window.h"
+
+#include <gtest/gtest.h>
+
+#include <QComboBox>
+#include <QHeaderView>
+
+#include "support/component_fixture.h"
+#include "support/scripted_ui.h"
+#include "ui/qt_app.h"
+
+namespace brenlow::ui {
+namespace {
+
+class FixedAssetScheduleWindowTest : public brenlow::test::ComponentTest {
+protected:
+    void SetUp() override {
+        brenlow::test::ensure_qt_app();
+        brenlow::test::ComponentTest::SetUp();
+        if (IsSkipped()) return;
+        auto& db = base_->dbobj();
+        db.execute("INSERT INTO BlockGroup Values (11,'PLANT',1,0)");
+        db.execute("INSERT INTO BlockGroup Values (21,'PLANT AND MACHINARY',2,3)");
+        db.execute("INSERT INTO BlockGroup Values (22,'FURNITURE AND FITTINGS',2,2)");
+        // Two particulars saved through the screen, with an addition and a deduction.
+        brenlow::test::ScriptedUi ui;
+        sched::FixedAssetSchedule s(component_, ui);
+        ASSERT_TRUE(s.Form_Load());
+        sched::FixedLine plant, furniture;
+        plant.row = {
+            0, 0, 0, 300000, 100000, 15, 1, 0, 0, 0, 11, 180000, 15, 21, 0, 20, "PLANT AND MACHINERY"};
+        plant.old_table = 0;
+        store::FdaRow add;
+        add.ad_ded_id = store::kFdaAddition;
+        add.particular = "CNC LATHE";
+        add.cost = 50000;
+        add.ad_date = "15/06/24";
+        add.dtpur = "10/06/24";
+        add.adddepapp = "1";
+        plant.additions = {add};
+        furniture.row = {0, 0, 0, 80000, 16000, 10, 1, 0, 0, 0, 11, 60000, 10, 22, 0, 0, "FURNITURE"};
+        store::FdaRow ded;
+        ded.ad_ded_id = store::kFdaDeduction;
+        ded.particular = "OLD TABLES";
+        ded.cost = 8000;
+        ded.dep = 2000;
+        ded.AMT = 5000;
+        ded.ad_date = "01/09/24";
+        furniture.deductions = {ded};
+        s.vsFixed = {plant, furniture};
+        ui.answer_yes();  // the trial balance holds nothing yet
+        ASSERT_TRUE(s.cmdSave_Click());
+    }
+};
+
+TEST_P(FixedAssetScheduleWindowTest, ShowsTheParticularsWithTheirHeadingsAndLists) {
+    FixedAssetScheduleWindow w(component_);
+    ASSERT_TRUE(w.load());
+    auto* grid = w.grid();
+    ASSERT_EQ(grid->rowCount(), 2);
+    EXPECT_EQ(grid->horizontalHeaderItem(1)->text(), "As per Books\nCost");
+    EXPECT_EQ(grid->horizontalHeaderItem(7)->text(), "As per IT\nOpening WDV");
+    EXPECT_EQ(grid->item(0, 0)->text(), "PLANT AND MACHINERY");
+    EXPECT_EQ(grid->item(0, 1)->text(), "300000.00");
+    EXPECT_EQ(qobject_cast<QComboBox*>(grid->cellWidget(0, 4))->currentText(), "WRITTEN DOWN VALUE");
+    EXPECT_EQ(qobject_cast<QComboBox*>(grid->cellWidget(1, 9))->currentText(), "FURNITURE AND FITTINGS");
+    w.show_sub_view(1, sched::SubView::Deductions);
+    ASSERT_EQ(w.lines()->rowCount(), 1);
+    EXPECT_EQ(w.lines()->horizontalHeaderItem(5)->text(), "Sales Amount");
+    EXPECT_EQ(w.lines()->item(0, 5)->text(), "5000.00");
+    w.show_sub_view(0, sched::SubView::Additions);
+    EXPECT_EQ(w.lines()->item(0, 0)->text(), "CNC LATHE");
+    w.show();
+    EXPECT_TRUE(brenlow::test::save_picture(w, "fixed-asset-schedule"));
+}
+
+BRENLOW_INSTANTIATE_BACKENDS(FixedAssetScheduleWindowTest);
+
+}  // namespace
+}  // namespace brenlow::ui
