@@ -3,6 +3,7 @@
 #include <cmath>
 #include <nlohmann/json.hpp>
 
+#include "exchange/fixed_schedule_document.h"
 #include "schedules/schedule_grids.h"
 #include "schedules/schedule_kinds.h"
 #include "schedules/schedule_rules.h"
@@ -102,11 +103,14 @@ std::string export_schedules(store::Database& db, const std::string& code, int y
         }
         doc[stem] = std::move(rows);
     }
+    store::FixedScheduleStore fixed(db, suffix, code);
+    if (fixed.tables_exist()) write_fixed_schedule(doc, fixed.all_rows());
     return doc.dump(2) + "\n";
 }
 
 SchedulesImportResult import_schedules(store::Database& db, const std::string& code, int year,
-                                       const std::string& json, bool replace) {
+                                       const std::string& json, bool replace,
+                                       const SaveFixedSchedule& save_fixed) {
     SchedulesImportResult result;
     auto& errors = result.errors;
     Json doc;
@@ -125,7 +129,9 @@ SchedulesImportResult import_schedules(store::Database& db, const std::string& c
         return result;
     }
     for (const auto& [key, value] : doc.items()) {
-        if (key == "format" || key == "version" || key == "client" || key == "year") continue;
+        if (key == "format" || key == "version" || key == "client" || key == "year" || key == "FIXED_" ||
+            key == "FDA_")
+            continue;
         bool known = false;
         for (const auto& s : store::schedule_stems()) known = known || s == key;
         if (!known) errors.push_back("unknown table " + key);
@@ -191,7 +197,29 @@ SchedulesImportResult import_schedules(store::Database& db, const std::string& c
         if (!replace && store::schedule_has_rows(db, stem, suffix, code))
             errors.push_back(stem + ": the client's year already has rows (use --replace to replace them)");
     }
+    store::FixedScheduleRows fixed;
+    const bool has_fixed = doc.contains("FIXED_") || doc.contains("FDA_");
+    if (has_fixed) {
+        fixed = read_fixed_schedule(doc, errors);
+        if (!save_fixed && !fixed.fixed.empty())
+            errors.push_back("FIXED_: the fixed-asset schedule is saved through its own screen");
+    }
     if (!errors.empty()) return result;
+    if (has_fixed && save_fixed && (!fixed.fixed.empty() || replace)) {
+        if (!fixed.fixed.empty() && !replace &&
+            store::FixedScheduleStore(db, suffix, code).particulars().size()) {
+            errors.push_back("FIXED_: the client's year already has rows (use --replace to replace them)");
+            return result;
+        }
+        if (!save_fixed(fixed, errors)) {
+            if (errors.empty()) errors.push_back("FIXED_: the fixed-asset schedule was not saved");
+            return result;
+        }
+        if (!fixed.fixed.empty()) {
+            ++result.tables;
+            result.rows += static_cast<int>(fixed.fixed.size() + fixed.fda.size());
+        }
+    }
 
     store::Transaction tx(db);
     std::string last_stem;

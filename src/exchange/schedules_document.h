@@ -13,14 +13,17 @@
 // same messages) before it writes anything; an error names the table, the row
 // (counted from 1) and the field.
 
+#include <functional>
 #include <string>
 #include <vector>
 
 #include "store/database.h"
+#include "store/fixed_schedule_store.h"
 
 namespace brenlow::exchange {
 
-// The document of the client's year, as JSON text (two-space indented).
+// The document of the client's year, as JSON text (two-space indented): the schedule
+// tables and the per-particular fixed-asset schedule (FIXED_, FDA_).
 std::string export_schedules(store::Database& db, const std::string& code, int year);
 
 struct SchedulesImportResult {
@@ -32,7 +35,14 @@ struct SchedulesImportResult {
 // Reads a document into the client's year (which must exist). A table the document
 // holds replaces the client's rows of that table only with `replace`; without it a
 // table that already has rows of the client refuses the import.
+// The fixed-asset schedule of a document is saved by `save_fixed` (the schedule
+// screen's own save, with its checks and questions), after every other table is
+// checked and before any is written; false from it writes nothing. Without it, a
+// document with FIXED_ rows is refused.
+using SaveFixedSchedule =
+    std::function<bool(const store::FixedScheduleRows&, std::vector<std::string>& errors)>;
 SchedulesImportResult import_schedules(store::Database& db, const std::string& code, int year,
-                                       const std::string& json, bool replace);
+                                       const std::string& json, bool replace,
+                                       const SaveFixedSchedule& save_fixed = {});
 
 }  // namespace brenlow::exchange

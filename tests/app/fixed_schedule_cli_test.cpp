@@ -77,6 +77,43 @@ TEST_P(FixedScheduleCli, AScheduleGoesFromDocumentToTrialBalanceAndRegister) {
     EXPECT_DOUBLE_EQ(nlohmann::json::parse(r.out)["particulars"][0]["OpeningWDV"].get<double>(), 195500);
 }
 
+// The year's schedules document carries the fixed-asset schedule too: imported through
+// the schedule screen's save (its questions stop the whole import), exported back.
+TEST_P(FixedScheduleCli, TheSchedulesDocumentCarriesTheFixedAssetSchedule) {
+    std::ifstream in(file_);
+    auto doc = nlohmann::ordered_json::parse(in);
+    doc["format"] = "brenlow-schedules";
+    doc["version"] = 1;
+    doc["RESV_"] = nlohmann::ordered_json::array();
+    doc["BANK_"] = nlohmann::ordered_json::parse(R"([{"CASH": 1500}])");
+    std::ofstream(file_) << doc.dump();
+    auto r = cli({"schedules", "import", file_.string(), "--client", "ACME", "--year", "2016"});
+    EXPECT_EQ(r.code, 2) << r.err;
+    EXPECT_EQ(db().query("select count(*) as n from FIXED_2016 where code_no='ACME'").first("n").as_int(), 0);
+    EXPECT_EQ(db().query("select count(*) as n from BANK_2016 where code_no='ACME'").first("n").as_int(), 0);
+    r = cli({"schedules", "import", file_.string(), "--client", "ACME", "--year", "2016", "--yes"});
+    ASSERT_EQ(r.code, 0) << r.err;
+    EXPECT_EQ(db().query("select count(*) as n from BANK_2016 where code_no='ACME'").first("n").as_int(), 1);
+    const auto out = std::filesystem::path(file_).replace_extension(".out.json");
+    r = cli({"schedules", "export", out.string(), "--client", "ACME", "--year", "2016"});
+    ASSERT_EQ(r.code, 0) << r.err;
+    std::ifstream back(out);
+    const auto exported = nlohmann::json::parse(back);
+    std::filesystem::remove(out);
+    ASSERT_EQ(exported["FIXED_"].size(), 1u);
+    EXPECT_EQ(exported["FIXED_"][0]["PART_NM"], "LATHES");
+    EXPECT_DOUBLE_EQ(exported["FIXED_"][0]["OP_BAL"].get<double>(), 300000);
+    // The addition, beside the particular's marker row (ad_ded_id 100) that the save writes.
+    int additions = 0;
+    for (const auto& row : exported["FDA_"]) {
+        if (row["ad_ded_id"] != 1) continue;
+        ++additions;
+        EXPECT_DOUBLE_EQ(row["cost"].get<double>(), 50000);
+        EXPECT_EQ(row["dtpur"], "15/06/2015");
+    }
+    EXPECT_EQ(additions, 1);
+}
+
 TEST_P(FixedScheduleCli, BadInputIsNamedAndChangesNothing) {
     std::ofstream(file_)
         << R"({"FIXED_":[{"PART_NM":"LATHES","method_id":9}],"FDA_":[{"ad_date":"32/13/2015"}]})";

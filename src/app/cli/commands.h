@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "app/cli/context.h"
+#include "store/fixed_schedule_store.h"
 
 namespace brenlow::cli {
 
@@ -23,6 +24,8 @@ int ledger_command(Context& ctx, const std::vector<std::string>& args);
 int register_io_command(Context& ctx, const std::string& sub, const std::vector<std::string>& args);
 // The per-particular fixed-asset schedule: `schedules fixed|transfer ...` and the
 // register's `import-schedule` and `merge`; the words after the subcommand's name.
+// Saves a document's fixed-asset schedule through the schedule screen's own save.
+bool save_fixed_schedule_rows(Context& ctx, bool yes, const store::FixedScheduleRows& rows);
 int fixed_schedule_command(Context& ctx, const std::string& sub, const std::vector<std::string>& args);
 
 }  // namespace brenlow::cli

@@ -246,6 +246,12 @@ int transfer(Context& ctx, const Options& opt) {
 
 }  // namespace
 
+bool save_fixed_schedule_rows(Context& ctx, bool yes, const store::FixedScheduleRows& rows) {
+    auto s = open_schedule(ctx, yes, false, false);
+    s->screen->vsFixed = sched::fixed_lines_of(rows);
+    return s->screen->cmdSave_Click();
+}
+
 int fixed_schedule_command(Context& ctx, const std::string& sub, const std::vector<std::string>& args) {
     const bool help =
         sub == "--help" || sub == "-h" || std::find(args.begin(), args.end(), "--help") != args.end();

@@ -25,7 +25,7 @@ namespace {
 
 constexpr const char* kHelp =
     "Usage: brenlow [--db URL] schedules export FILE.json --client CODE --year YYYY\n"
-    "       brenlow [--db URL] schedules import FILE.json --client CODE --year YYYY [--replace]\n"
+    "       brenlow [--db URL] schedules import FILE.json --client CODE --year YYYY [--replace] [--yes]\n"
     "       brenlow [--db URL] schedules show NAME --client CODE --year YYYY [--secured|--unsecured]\n"
     "                                         [--json|--pdf FILE]\n"
     "       brenlow [--db URL] schedules carry-forward --client CODE --year YYYY [--yes]\n"
@@ -38,7 +38,9 @@ constexpr const char* kHelp =
     "  export          every schedule table of the year (SHARE_, RESV_, SECUR_, INVEST_, LOAN_ADV_,\n"
     "                  MiscExpAsst_, SUNDEB_, BANK_) as one JSON document, rows keyed by column names\n"
     "  import          reads such a document; every row is checked with the screen's checks before\n"
-    "                  anything is written; --replace replaces the tables the document holds\n"
+    "                  anything is written; --replace replaces the tables the document holds; the\n"
+    "                  fixed-asset schedule (FIXED_, FDA_) is saved through its screen's checks and\n"
+    "                  questions (--yes answers them)\n"
     "  show NAME       prints one schedule: \"Share Capital\", \"Reserve and Surplus\", \"Loans\" (with\n"
     "                  --secured or --unsecured), \"Investments\", \"Sundry Debtors\", \"Cash and Bank\n"
     "                  Balance\", \"Loans and Advances\", \"Misc. Expenses (Assets)\"; --json its rows,\n"
@@ -92,8 +94,8 @@ int export_schedules(Context& ctx, const std::vector<std::string>& args) {
 }
 
 int import_schedules(Context& ctx, const std::vector<std::string>& args) {
-    const Options opt(args, {"replace"});
-    opt.reject_unknown({"client", "year", "replace"});
+    const Options opt(args, {"replace", "yes"});
+    opt.reject_unknown({"client", "year", "replace", "yes"});
     const std::string file = one_file(opt, "import");
     const auto t = target_of(ctx, opt);
     const auto refuse = [&](const std::vector<std::string>& why) {
@@ -112,7 +114,10 @@ int import_schedules(Context& ctx, const std::vector<std::string>& args) {
     if (!f || f.bad()) return refuse({"the file cannot be read"});
     exchange::SchedulesImportResult r;
     try {
-        r = exchange::import_schedules(ctx.base().dbobj(), t.code, t.year, text.str(), opt.has("replace"));
+        r = exchange::import_schedules(ctx.base().dbobj(), t.code, t.year, text.str(), opt.has("replace"),
+                                       [&](const store::FixedScheduleRows& rows, std::vector<std::string>&) {
+                                           return save_fixed_schedule_rows(ctx, opt.has("yes"), rows);
+                                       });
     } catch (const store::DbError& e) {
         return refuse({std::string("the database refused it: ") + e.what()});
     }
