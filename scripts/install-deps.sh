@@ -7,6 +7,8 @@ packages=(
   qt6-base-dev libgl1-mesa-dev
   googletest libgtest-dev libgmock-dev libbenchmark-dev nlohmann-json3-dev
   poppler-utils
+  libxlsxwriter-dev libfreexl-dev libminizip-dev libexpat1-dev
+  python3-xlrd python3-openpyxl python3-xlwt
   clang libclang-rt-14-dev clang-format
 )
 missing=()
