@@ -218,6 +218,69 @@ TEST_P(SpreadsheetCli, AMissingWorkbookIsNamedAndNothingIsImported) {
     EXPECT_NE(r.err.find("Nothing was imported."), std::string::npos);
 }
 
+// A printed chart to a workbook: the same reader finds the print's headings and its
+// amounts as numbers in the print's mask, not as text.
+constexpr const char* kChartReader = R"PY(
+import json, sys
+path = sys.argv[1]
+out = {'numbers': 0, 'texts': [], 'masks': []}
+if path.endswith('.xls'):
+    import xlrd
+    b = xlrd.open_workbook(path, formatting_info=True)
+    out['sheets'] = b.sheet_names()
+    s = b.sheet_by_index(0)
+    for r in range(s.nrows):
+        for c in range(s.ncols):
+            if s.cell_type(r, c) == xlrd.XL_CELL_NUMBER:
+                out['numbers'] += 1
+                out['masks'].append(b.format_map[b.xf_list[s.cell_xf_index(r, c)].format_key].format_str)
+            elif s.cell_type(r, c) == xlrd.XL_CELL_TEXT:
+                out['texts'].append(s.cell_value(r, c))
+else:
+    import openpyxl
+    b = openpyxl.load_workbook(path)
+    out['sheets'] = b.sheetnames
+    for row in b.worksheets[0].iter_rows():
+        for cell in row:
+            if isinstance(cell.value, (int, float)):
+                out['numbers'] += 1
+                out['masks'].append(cell.number_format)
+            elif isinstance(cell.value, str):
+                out['texts'].append(cell.value)
+out['masks'] = sorted(set(out['masks']))
+print(json.dumps(out))
+)PY";
+
+TEST_P(SpreadsheetCli, ThePrintedChartsGoToWorkbooksOfNumbers) {
+    if (!fs::exists("/usr/bin/python3")) GTEST_SKIP() << "no /usr/bin/python3";
+    std::ofstream(file("chart.py")) << kChartReader;
+    for (const std::string ext : {".xls", ".xlsx"}) {
+        for (const std::string chart : {"--it", "--books"}) {
+            SCOPED_TRACE(ext + " " + chart);
+            const std::string book = file("chart" + chart + ext);
+            const auto r = cli({"chart", "--client", "DEMO01", "--year", "2025", chart, "--" + ext.substr(1),
+                                book, "--yes"});
+            ASSERT_EQ(r.code, 0) << r.err;
+            const std::string out = file("chart" + chart + ext + ".json");
+            ASSERT_EQ(
+                std::system(("/usr/bin/python3 " + file("chart.py") + " " + book + " > " + out).c_str()), 0);
+            const Json j = Json::parse(read_all(out));
+            EXPECT_GT(j["numbers"].get<int>(), 20);
+            EXPECT_EQ(j["masks"].size() >= 1, true);
+            for (const auto& m : j["masks"]) EXPECT_TRUE(m == "#,##0" || m == "#,##0.00") << m;
+            const auto& texts = j["texts"];
+            const auto has = [&](const std::string& t) {
+                for (const auto& x : texts)
+                    if (x.get<std::string>().find(t) != std::string::npos) return true;
+                return false;
+            };
+            EXPECT_TRUE(has("FIXED ASSETS") || has("F.Y.")) << texts.dump();
+            EXPECT_TRUE(has(chart == "--it" ? "Block" : "Asset Group")) << texts.dump();
+            if (chart == "--it") EXPECT_EQ(j["sheets"].size(), 2u);  // the block-wise summary follows
+        }
+    }
+}
+
 BRENLOW_INSTANTIATE_BACKENDS(SpreadsheetCli);
 
 }  // namespace

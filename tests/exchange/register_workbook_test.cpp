@@ -172,6 +172,16 @@ TEST_P(RegisterWorkbookTest, NoToTheOverwriteQuestionLeavesTheFileByteForByte) {
     EXPECT_EQ(read_all(file), before);
 }
 
+TEST_P(RegisterWorkbookTest, AFileThatCannotBeWrittenEndsWithTheErrorMessage) {
+    fill();
+    test::ScriptedUi ui;
+    const std::string path = (dir_ / "no such folder" / "chart.xlsx").string();
+    ui.answer_save_file(path);
+    EXPECT_FALSE(export_workbook(db(), target(""), ui));
+    ui.expect_message("Error ! Data Exported to File : " + path);
+    EXPECT_FALSE(ui.progress_visible());
+}
+
 TEST_P(RegisterWorkbookTest, TheOtherClientsTemplateBandsTheBooksColumnsAsPerBooks) {
     fill();
     test::ScriptedUi ui;

@@ -12,6 +12,7 @@
 
 #include "app/cli/context.h"
 #include "app/tarrow/client_dialog.h"
+#include "exchange/register_workbook.h"
 #include "register/frm_new_fatr.h"
 #include "store/seed.h"
 #include "suite/defaults.h"
@@ -215,6 +216,33 @@ QWidget* HostWindow::open_by_name(const QString& name) {
 void HostWindow::open_register() {
     if (!need_client_year()) return;
     auto screen = forms_->ObjNewFATR();
+    if (auto* fatr = dynamic_cast<reg::frmNewFATR*>(screen.get())) {
+        // The register's spreadsheet work lives in data exchange, above the screen.
+        frame::Component& c = forms_->component();
+        const auto target = [&c, fatr] {
+            exchange::WorkbookTarget t;
+            t.code = fatr->Code();
+            t.year = fatr->Year();
+            t.company = reg::is_company(c.base->TSTATUS());
+            t.exe_path = c.base->ExePath();
+            return t;
+        };
+        fatr->set_workbook_actions(
+            {[&c, target](Ui& ui) { exchange::export_workbook(c.base->dbobj(), target(), ui); },
+             [&c, target](Ui& ui) {
+                 const auto r = exchange::import_workbook(c.base->dbobj(), target(), {}, ui);
+                 if (!r) return false;
+                 if (!r->errors.empty()) {
+                     std::string text = "Nothing was imported:";
+                     for (const auto& e : r->errors) text += "\n" + e;
+                     ui.info(text);
+                     return false;
+                 }
+                 ui.info("Imported " + std::to_string(r->openings) + " opening entries and " +
+                         std::to_string(r->additions) + " additions.");
+                 return true;
+             }});
+    }
     show_screen_window(screen ? ui::make_screen_window(screen, forms_->component(), this) : nullptr,
                        "The asset register");
 }
