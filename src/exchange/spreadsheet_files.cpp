@@ -16,6 +16,7 @@
 #include <random>
 #include <set>
 #include <sstream>
+#include <tuple>
 
 #include "controls/vb_date.h"
 
@@ -28,23 +29,54 @@ std::string lower(std::string s) {
 }
 
 void put(std::vector<std::pair<int, SheetRow>>& rows, int row, int col, SheetValue v) {
-    if (rows.empty() || rows.back().first != row) {
-        // Cells come row by row in both formats; a row seen again is looked up.
-        auto it = std::find_if(rows.begin(), rows.end(), [&](const auto& r) { return r.first == row; });
-        if (it == rows.end()) {
-            rows.emplace_back(row, SheetRow{});
-            it = rows.end() - 1;
-        }
-        std::rotate(it, it + 1, rows.end());
+    // Cells come row by row in both formats: a new row goes to the end; a row seen
+    // before (out of order) is looked up.
+    SheetRow* cells = nullptr;
+    if (rows.empty() || rows.back().first < row) {
+        rows.emplace_back(row, SheetRow{});
+        cells = &rows.back().second;
+    } else {
+        auto it = std::lower_bound(rows.begin(), rows.end(), row,
+                                   [](const auto& r, int wanted) { return r.first < wanted; });
+        if (it == rows.end() || it->first != row) it = rows.insert(it, {row, SheetRow{}});
+        cells = &it->second;
     }
-    auto& cells = rows.back().second;
-    if (static_cast<int>(cells.size()) <= col) cells.resize(col + 1);
-    cells[col] = std::move(v);
+    if (static_cast<int>(cells->size()) <= col) cells->resize(col + 1);
+    (*cells)[col] = std::move(v);
 }
 
 // ---- .xls through freexl ----
 
+// A workbook this program wrote and nobody saved since is read by its own reader:
+// freexl takes many seconds over a sheet of 50,000 rows.
+std::optional<std::vector<SheetCells>> read_own_xls(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream bytes;
+    bytes << in.rdbuf();
+    const auto book = xls::read(bytes.str());
+    if (!book || !book->written_here) return std::nullopt;
+    std::vector<SheetCells> sheets;
+    for (const auto& s : book->sheets) {
+        SheetCells sheet;
+        sheet.name = s.name;
+        sheet.rows.reserve(s.rows.size());
+        for (const auto& r : s.rows) {
+            SheetRow cells;
+            for (const auto& c : r.cells) {
+                if (c.kind == xls::Cell::Kind::Blank) continue;
+                if (cells.size() <= c.col) cells.resize(c.col + 1u);
+                cells[c.col] =
+                    c.kind == xls::Cell::Kind::Number ? SheetValue::of(c.number) : SheetValue::of(c.text);
+            }
+            if (!cells.empty()) sheet.rows.emplace_back(r.index + 1, std::move(cells));
+        }
+        sheets.push_back(std::move(sheet));
+    }
+    return sheets;
+}
+
 std::optional<std::vector<SheetCells>> read_xls(const std::string& path, std::string& error) {
+    if (auto own = read_own_xls(path)) return own;
     const void* handle = nullptr;
     if (freexl_open(path.c_str(), &handle) != FREEXL_OK) {
         if (handle) freexl_close(handle);
@@ -124,7 +156,8 @@ std::optional<std::string> zip_part(unzFile zip, const std::string& name) {
     return out;
 }
 
-// An XML part read element by element; names lose their namespace prefix.
+// An XML part read element by element; names lose their namespace prefix. A sheet of
+// 100,000 rows has millions of elements: names and attributes stay views.
 class XmlReader {
 public:
     virtual ~XmlReader() = default;
@@ -134,9 +167,7 @@ public:
         XML_SetElementHandler(
             p,
             [](void* self, const XML_Char* name, const XML_Char** attrs) {
-                std::map<std::string, std::string> a;
-                for (int i = 0; attrs[i]; i += 2) a[local(attrs[i])] = attrs[i + 1];
-                static_cast<XmlReader*>(self)->start(local(name), a);
+                static_cast<XmlReader*>(self)->start(local(name), attrs);
             },
             [](void* self, const XML_Char* name) { static_cast<XmlReader*>(self)->end(local(name)); });
         XML_SetCharacterDataHandler(p, [](void* self, const XML_Char* s, int len) {
@@ -148,12 +179,19 @@ public:
     }
 
 protected:
-    virtual void start(const std::string& name, const std::map<std::string, std::string>& attrs) = 0;
-    virtual void end(const std::string& name) = 0;
+    virtual void start(std::string_view name, const char** attrs) = 0;
+    virtual void end(std::string_view name) = 0;
     virtual void text(std::string_view) {}
 
+    // The attribute of that local name, or nullptr.
+    static const char* attr(const char** attrs, std::string_view name) {
+        for (int i = 0; attrs[i]; i += 2)
+            if (local(attrs[i]) == name) return attrs[i + 1];
+        return nullptr;
+    }
+
 private:
-    static std::string local(const char* name) {
+    static std::string_view local(const char* name) {
         const char* colon = std::strrchr(name, ':');
         return colon ? colon + 1 : name;
     }
@@ -162,31 +200,32 @@ private:
 // xl/workbook.xml: sheet names and their relationship ids.
 struct WorkbookPart : XmlReader {
     std::vector<std::pair<std::string, std::string>> sheets;
-    void start(const std::string& name, const std::map<std::string, std::string>& a) override {
-        if (name == "sheet" && a.count("id")) sheets.emplace_back(a.at("name"), a.at("id"));
+    void start(std::string_view name, const char** a) override {
+        const char *n = attr(a, "name"), *id = attr(a, "id");
+        if (name == "sheet" && n && id) sheets.emplace_back(n, id);
     }
-    void end(const std::string&) override {}
+    void end(std::string_view) override {}
 };
 
 struct RelsPart : XmlReader {
     std::map<std::string, std::string> targets;
-    void start(const std::string& name, const std::map<std::string, std::string>& a) override {
-        if (name == "Relationship" && a.count("Id") && a.count("Target"))
-            targets[a.at("Id")] = a.at("Target");
+    void start(std::string_view name, const char** a) override {
+        const char *id = attr(a, "Id"), *target = attr(a, "Target");
+        if (name == "Relationship" && id && target) targets[id] = target;
     }
-    void end(const std::string&) override {}
+    void end(std::string_view) override {}
 };
 
 // xl/sharedStrings.xml: each <si>'s text runs joined (phonetic runs left out).
 struct StringsPart : XmlReader {
     std::vector<std::string> strings;
     bool in_t = false, in_phonetic = false;
-    void start(const std::string& name, const std::map<std::string, std::string>&) override {
+    void start(std::string_view name, const char**) override {
         if (name == "si") strings.emplace_back();
         if (name == "rPh") in_phonetic = true;
         if (name == "t") in_t = !in_phonetic;
     }
-    void end(const std::string& name) override {
+    void end(std::string_view name) override {
         if (name == "t") in_t = false;
         if (name == "rPh") in_phonetic = false;
     }
@@ -196,13 +235,15 @@ struct StringsPart : XmlReader {
 };
 
 // "AB12" -> column 27 (from 0), row 12.
-bool cell_ref(const std::string& ref, int& col, int& row) {
+bool cell_ref(std::string_view ref, int& col, int& row) {
     col = 0;
     std::size_t i = 0;
     for (; i < ref.size() && std::isalpha(static_cast<unsigned char>(ref[i])); ++i)
         col = col * 26 + (std::toupper(static_cast<unsigned char>(ref[i])) - 'A' + 1);
     if (i == 0 || i == ref.size()) return false;
-    row = std::atoi(ref.c_str() + i);
+    row = 0;
+    for (; i < ref.size() && std::isdigit(static_cast<unsigned char>(ref[i])); ++i)
+        row = row * 10 + (ref[i] - '0');
     --col;
     return row > 0;
 }
@@ -215,17 +256,19 @@ struct SheetPart : XmlReader {
     bool in_v = false, in_t = false;
     SheetPart(const std::vector<std::string>& s, SheetCells& out) : strings(s), sheet(out) {}
 
-    void start(const std::string& name, const std::map<std::string, std::string>& a) override {
+    void start(std::string_view name, const char** a) override {
         if (name == "row") {
-            row = a.count("r") ? std::atoi(a.at("r").c_str()) : row + 1;
+            const char* r = attr(a, "r");
+            row = r ? std::atoi(r) : row + 1;
             next_col = 0;
         } else if (name == "c") {
             int r = row;
             col = next_col;
-            if (a.count("r")) cell_ref(a.at("r"), col, r);
+            if (const char* ref = attr(a, "r")) cell_ref(ref, col, r);
             row = r;
             next_col = col + 1;
-            type = a.count("t") ? a.at("t") : "n";
+            const char* t = attr(a, "t");
+            type = t ? t : "n";
             value.clear();
         } else if (name == "v") {
             in_v = true;
@@ -233,7 +276,7 @@ struct SheetPart : XmlReader {
             in_t = true;
         }
     }
-    void end(const std::string& name) override {
+    void end(std::string_view name) override {
         if (name == "v") in_v = false;
         if (name == "t") in_t = false;
         if (name != "c" || col < 0) return;
@@ -311,11 +354,17 @@ std::string xlsx_bytes(const xls::Workbook& book) {
     options.constant_memory = LXW_TRUE;
     lxw_workbook* wb = workbook_new_opt(tmp.string().c_str(), &options);
     if (!wb) throw std::runtime_error("the workbook cannot be made");
+    // One library format per distinct look: the library finds a format equal to one it
+    // has by hashing it again on every cell.
     std::map<std::uint16_t, lxw_format*> formats;
+    std::map<std::tuple<std::string, bool, bool, bool, bool>, lxw_format*> looks;
     const auto format = [&](std::uint16_t xf) {
         if (const auto it = formats.find(xf); it != formats.end()) return it->second;
         const xls::CellFormat f = xls::format_of(book, xf);
+        const auto look = std::make_tuple(f.number_format, f.bold, f.wrap, f.centred, f.bordered);
+        if (const auto it = looks.find(look); it != looks.end()) return formats[xf] = it->second;
         lxw_format* lf = workbook_add_format(wb);
+        looks[look] = lf;
         if (f.number_format != "General") format_set_num_format(lf, f.number_format.c_str());
         if (f.bold) format_set_bold(lf);
         if (f.wrap) format_set_text_wrap(lf);

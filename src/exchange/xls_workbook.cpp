@@ -11,6 +11,8 @@ constexpr std::uint16_t kBof = 0x0809, kEof = 0x000A, kCodepage = 0x0042, kWindo
 constexpr std::uint16_t kFont = 0x0031, kFormat = 0x041E, kXf = 0x00E0, kStyle = 0x0293;
 constexpr std::uint16_t kBoundSheet = 0x0085, kSst = 0x00FC, kExtSst = 0x00FF, kContinue = 0x003C;
 constexpr std::uint16_t kDimensions = 0x0200, kColInfo = 0x007D, kWindow2 = 0x023E, kMerged = 0x00E5;
+constexpr std::uint16_t kWriteAccess = 0x005C;
+constexpr const char* kWriter = "Brenlow";
 constexpr std::uint16_t kLabelSst = 0x00FD, kNumber = 0x0203, kBlank = 0x0201, kRk = 0x027E;
 constexpr std::size_t kMaxBody = 8224;
 
@@ -497,6 +499,9 @@ std::string write(const Workbook& book) {
 
     std::string globals;
     record(globals, kBof, bof(0x0005));
+    std::string access = long_string(kWriter);
+    access.resize(112, ' ');
+    record(globals, kWriteAccess, access);
     std::string cp;
     put16(cp, 1200);
     record(globals, kCodepage, cp);
@@ -611,6 +616,10 @@ std::optional<Workbook> read(std::string_view bytes) {
             continue;
         }
         if (type == kEof) break;
+        if (type == kWriteAccess) {
+            std::size_t p = 2;
+            book.written_here = read_chars(body, p, get16(body, 0)) == kWriter;
+        }
         if (type == kFont || type == kFormat || type == kXf || type == kStyle)
             book.styles.push_back({type, std::string(body)});
         if (type == kBoundSheet) {

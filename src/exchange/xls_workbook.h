@@ -48,6 +48,9 @@ struct Record {
 struct Workbook {
     std::vector<Record> styles;  // in their order: fonts, formats, cell formats, styles
     std::vector<Sheet> sheets;
+    // Read back from a file this writer wrote (its WRITEACCESS names the program) and
+    // no other program saved since: every cell is one of the kinds written here.
+    bool written_here = false;
 };
 
 // What a cell format says, as far as another writer needs it.
@@ -80,7 +83,8 @@ CellFormat format_of(const Workbook& book, std::uint16_t xf);
 // The workbook file's bytes. A sheet holds at most 65,536 rows and 256 columns.
 std::string write(const Workbook& book);
 
-// Reads a workbook this writer wrote; nullopt when the bytes are not one.
+// Reads a workbook this writer wrote; nullopt when the bytes are not one. Cells of
+// kinds this writer never writes (formulas, runs of numbers) are not read.
 std::optional<Workbook> read(std::string_view bytes);
 
 // UTF-8 to UTF-16 code units and back.
