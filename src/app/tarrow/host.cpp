@@ -13,9 +13,12 @@
 #include "app/cli/context.h"
 #include "app/tarrow/client_dialog.h"
 #include "exchange/register_workbook.h"
+#include "exchange/report_workbook.h"
+#include "exchange/spreadsheet_files.h"
 #include "register/frm_new_fatr.h"
 #include "store/seed.h"
 #include "suite/defaults.h"
+#include "suite/output_file.h"
 #include "ui/register_window.h"
 #include "ui/report_preview.h"
 #include "ui/screen_windows.h"
@@ -94,7 +97,16 @@ bool HostWindow::open_database(const QString& url) {
         // A register screen speaks through the boxes of the window that shows it.
         makers.frmNewFATR = [this](frame::Component& c) { return ui::make_register_screen(c, this); };
         forms_ = std::make_unique<frame::Forms>(catalogue, ui_, makers);
-        ui::preview_reports_on_desktop(*forms_->component().report, this);
+        // The previews export their chart to a workbook too (the print's target "EXCEL").
+        ui::preview_reports_on_desktop(
+            *forms_->component().report, this,
+            [](const Ostikreport::ReportDocument& doc, const std::string& path) {
+                const auto kind = exchange::spreadsheet_kind(path).value_or(exchange::SpreadsheetKind::Xls);
+                suite::write_file_whole(path, exchange::spreadsheet_bytes(
+                                                  exchange::report_workbook(
+                                                      doc, doc.titles.empty() ? "Chart" : doc.titles.front()),
+                                                  kind));
+            });
         url_ = url;
         QSettings().setValue("database/url", url);
     } catch (const std::exception& e) {
