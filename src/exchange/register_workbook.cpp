@@ -193,11 +193,11 @@ bool export_workbook(store::Database& db, const WorkbookTarget& target, Ui& ui) 
     store::RegisterStore reg(db, target.code, target.year);
     std::vector<store::OpeningRow> openings;
     std::vector<store::AdditionRow> additions;
-    reg.for_each_opening(std::nullopt, [&](store::OpeningRow&& o) {
+    reg.for_each_opening(target.group, [&](store::OpeningRow&& o) {
         if (o.IdFAGM == -1 && o.SrNoFATR == -1) return;  // the old chart's marker
         openings.push_back(std::move(o));
     });
-    reg.for_each_addition(std::nullopt, [&](store::AdditionRow&& a) { additions.push_back(std::move(a)); });
+    reg.for_each_addition(target.group, [&](store::AdditionRow&& a) { additions.push_back(std::move(a)); });
     if (openings.empty() && additions.empty()) {
         ui.info("No Asset !");
         return false;

@@ -29,8 +29,10 @@ xls::Workbook register_template(bool company);
 struct WorkbookTarget {
     std::string code;
     int year = 0;
-    bool company = false;             // picks the template and the books band
-    std::string exe_path;             // the program folder, where "Databases" is
+    bool company = false;  // picks the template and the books band
+    std::string exe_path;  // the program folder, where "Databases" is
+    // The export writes the grids' rows: those of the group filter's group, when one is chosen.
+    std::optional<long> group;
     std::optional<std::string> path;  // asked for when not given
     bool confirmed = false;           // the import was confirmed beforehand (the command line names its file)
 };

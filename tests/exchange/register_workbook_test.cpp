@@ -182,6 +182,26 @@ TEST_P(RegisterWorkbookTest, AFileThatCannotBeWrittenEndsWithTheErrorMessage) {
     EXPECT_FALSE(ui.progress_visible());
 }
 
+TEST_P(RegisterWorkbookTest, WithAGroupChosenOnlyThatGroupsEntriesGoOut) {
+    fill();
+    std::vector<store::OpeningRow> o(1);
+    o[0].IdFAGM = furniture_;
+    o[0].Part = "TABLES";
+    o[0].CostWdv = 5000;
+    o[0].PutDate = "01/05/2019";
+    store::insert_openings(db(), "C001", 2025, o);
+    auto t = target("furniture.xls");
+    t.group = furniture_;
+    test::ScriptedUi ui;
+    ASSERT_TRUE(export_workbook(db(), t, ui));
+    const auto book = xls::read(read_all(dir_ / "furniture.xls"));
+    ASSERT_TRUE(book);
+    const auto& rows = book->sheets[0].rows;
+    ASSERT_EQ(rows.size(), 4u);  // three heading rows and the one furniture entry
+    EXPECT_EQ(rows[3].cells[0].number, 1);
+    EXPECT_EQ(rows[3].cells[2].text, "TABLES");
+}
+
 TEST_P(RegisterWorkbookTest, TheOtherClientsTemplateBandsTheBooksColumnsAsPerBooks) {
     fill();
     test::ScriptedUi ui;

@@ -237,6 +237,8 @@ void HostWindow::open_register() {
             t.year = fatr->Year();
             t.company = reg::is_company(c.base->TSTATUS());
             t.exe_path = c.base->ExePath();
+            // The grids show the chosen group's entries only; so does the export.
+            if (const std::string id = fatr->cboFAGM.Id(); !id.empty()) t.group = std::stol(id);
             return t;
         };
         fatr->set_workbook_actions(
