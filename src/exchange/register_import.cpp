@@ -15,7 +15,7 @@ std::string upper(std::string s) {
 // The findings of one entry as the import's error lines: everything up to the first
 // refusal, and a question too unless the person answered Yes beforehand.
 void report_findings(const std::vector<reg::Finding>& findings, reg::EntrySide side, std::size_t index,
-                     const FindingPlace& place, bool yes, std::vector<std::string>& errors) {
+                     const FindingPlace& place, bool yes, std::vector<std::string>& errors, int& unanswered) {
     for (const auto& f : findings) {
         if (f.kind == reg::FindingKind::Notice) continue;
         if (f.kind == reg::FindingKind::Question && yes) continue;
@@ -29,7 +29,10 @@ void report_findings(const std::vector<reg::Finding>& findings, reg::EntrySide s
                 message += f.message[i];
             }
         }
-        if (f.kind == reg::FindingKind::Question) message += " (answered No; --yes answers Yes)";
+        if (f.kind == reg::FindingKind::Question) {
+            message += " (answered No; --yes answers Yes)";
+            ++unanswered;
+        }
         errors.push_back(place(side, index, f.field) + ": " + message);
         return;
     }
@@ -69,13 +72,13 @@ ImportResult check_and_write(store::Database& db, const std::string& code, int y
             if (i < data.opening_read.size() && !data.opening_read[i]) continue;
             const auto& o = data.openings[i];
             report_findings(reg::row_findings(reg::draft_of(o), context_of(o.IdFAGM), o.ShiftDet, o.DetESA),
-                            reg::EntrySide::Opening, i, place, options.yes, errors);
+                            reg::EntrySide::Opening, i, place, options.yes, errors, result.unanswered);
         }
         for (std::size_t i = 0; i < data.additions.size(); ++i) {
             if (i < data.addition_read.size() && !data.addition_read[i]) continue;
             const auto& a = data.additions[i];
             report_findings(reg::row_findings(reg::draft_of(a), context_of(a.IdFAGM), a.ShiftDet, ""),
-                            reg::EntrySide::Addition, i, place, options.yes, errors);
+                            reg::EntrySide::Addition, i, place, options.yes, errors, result.unanswered);
         }
     }
     if (!errors.empty()) {

@@ -317,6 +317,7 @@ std::optional<ImportResult> import_workbook(store::Database& db, const WorkbookT
     ui.progress("Importing from " + path + " ...", 0.5);
     auto result =
         check_and_write(db, target.code, target.year, std::move(data), options, place, std::move(errors));
+    result.file = path;
     ui.progress_done();
     return result;
 }

@@ -234,6 +234,7 @@ TEST_P(RegisterWorkbookTest, AWorkbookTypedByHandImports) {
         ASSERT_TRUE(r);
         ASSERT_TRUE(r->errors.empty()) << r->errors.front();
         EXPECT_EQ(ui.questions(), std::vector<std::string>{"Confirm Import from \"" + path + "\"."});
+        EXPECT_EQ(r->file, path);
         EXPECT_EQ(r->openings, 2);
         EXPECT_EQ(r->additions, 1);
         EXPECT_EQ(r->groups_matched, 2);
@@ -282,10 +283,36 @@ TEST_P(RegisterWorkbookTest, ABadDateOrACostOfTextIsRefusedByRowAndColumnAndNoth
         const auto r = import_workbook(db(), t, {}, ui);
         ASSERT_TRUE(r);
         EXPECT_EQ(r->errors, std::vector<std::string>{c.line});
+        EXPECT_EQ(r->unanswered, 0);
         store::RegisterStore reg(db(), "C001", 2025);
         EXPECT_TRUE(reg.opening_entries().empty());
         EXPECT_TRUE(reg.addition_entries().empty());
     }
+}
+
+TEST_P(RegisterWorkbookTest, AnEntryThatAsksIsCountedApartAndYesTakesIt) {
+    std::vector<store::OpeningRow> o(1);
+    o[0].IdFAGM = plant_;
+    o[0].Part = "OLD LATHE";
+    o[0].CostWdv = 100000;
+    o[0].PutDate = "15/06/2010";  // before 01/04/2014 with no carrying-amount year: a question
+    store::insert_openings(db(), "C001", 2025, o);
+    test::ScriptedUi ui;
+    ASSERT_TRUE(export_workbook(db(), target("old.xlsx"), ui));
+    store::create_client_year(db(), "C002", 2025, "OTHER", 3);
+    auto t = target("old.xlsx");
+    t.code = "C002";
+    t.confirmed = true;
+    auto r = import_workbook(db(), t, {}, ui);
+    ASSERT_TRUE(r);
+    ASSERT_EQ(r->errors.size(), 1u);
+    EXPECT_EQ(r->unanswered, 1);
+    EXPECT_EQ(r->errors[0].rfind("Opening row 1 (sheet row 4), column G ", 0), 0u) << r->errors[0];
+    EXPECT_TRUE(store::RegisterStore(db(), "C002", 2025).opening_entries().empty());
+    r = import_workbook(db(), t, {.yes = true}, ui);
+    ASSERT_TRUE(r);
+    EXPECT_TRUE(r->errors.empty());
+    EXPECT_EQ(store::RegisterStore(db(), "C002", 2025).opening_entries().size(), 1u);
 }
 
 TEST_P(RegisterWorkbookTest, ImportAsksFirstAndNoWritesNothing) {

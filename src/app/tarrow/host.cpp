@@ -244,8 +244,22 @@ void HostWindow::open_register() {
         fatr->set_workbook_actions(
             {[&c, target](Ui& ui) { exchange::export_workbook(c.base->dbobj(), target(), ui); },
              [&c, target](Ui& ui) {
-                 const auto r = exchange::import_workbook(c.base->dbobj(), target(), {}, ui);
+                 auto t = target();
+                 auto r = exchange::import_workbook(c.base->dbobj(), t, {}, ui);
                  if (!r) return false;
+                 // Entries that only ask ("Continue ?") are put to the person once, all together.
+                 if (!r->errors.empty() && r->unanswered == static_cast<int>(r->errors.size())) {
+                     std::string text;
+                     for (auto e : r->errors) {
+                         if (const auto p = e.rfind(" (answered No"); p != std::string::npos) e.erase(p);
+                         text += e + "\n";
+                     }
+                     if (!ui.ask_yes_no(text + "\nContinue ?", MsgIcon::question, false)) return false;
+                     t.path = r->file;
+                     t.confirmed = true;
+                     r = exchange::import_workbook(c.base->dbobj(), t, {.yes = true}, ui);
+                     if (!r) return false;
+                 }
                  if (!r->errors.empty()) {
                      std::string text = "Nothing was imported:";
                      for (const auto& e : r->errors) text += "\n" + e;
