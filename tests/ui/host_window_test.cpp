@@ -73,6 +73,11 @@ TEST_P(HostWindowTest, TheRegistersExcelButtonsAreHandedTheirWork) {
     ASSERT_NE(import_xls, nullptr);
     EXPECT_TRUE(export_xls->isEnabled());
     EXPECT_TRUE(import_xls->isEnabled());
+    if (GetParam() == store::Backend::sqlite) {
+        reg->resize(1280, 800);
+        QApplication::processEvents();
+        EXPECT_TRUE(brenlow::test::save_picture(*reg, "register_excel_buttons"));
+    }
     std::string shown;
     QTimer timer;
     QObject::connect(&timer, &QTimer::timeout, [&] {
