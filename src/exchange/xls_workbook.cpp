@@ -10,6 +10,7 @@ namespace {
 constexpr std::uint16_t kBof = 0x0809, kEof = 0x000A, kCodepage = 0x0042, kWindow1 = 0x003D;
 constexpr std::uint16_t kFont = 0x0031, kFormat = 0x041E, kXf = 0x00E0, kStyle = 0x0293;
 constexpr std::uint16_t kBoundSheet = 0x0085, kSst = 0x00FC, kExtSst = 0x00FF, kContinue = 0x003C;
+constexpr std::uint16_t kRow = 0x0208;
 constexpr std::uint16_t kDimensions = 0x0200, kColInfo = 0x007D, kWindow2 = 0x023E, kMerged = 0x00E5;
 constexpr std::uint16_t kWriteAccess = 0x005C;
 constexpr const char* kWriter = "Brenlow";
@@ -339,6 +340,29 @@ std::string bof(std::uint16_t kind) {
     return b;
 }
 
+void write_cells(std::string& out, const Row& r, StringTable& strings) {
+    std::string b;
+    for (const auto& c : r.cells) {
+        b.clear();
+        put16(b, r.index);
+        put16(b, c.col);
+        put16(b, c.xf);
+        switch (c.kind) {
+            case Cell::Kind::Text:
+                put32(b, strings.index(c.text));
+                record(out, kLabelSst, b);
+                break;
+            case Cell::Kind::Number:
+                put_double(b, c.number);
+                record(out, kNumber, b);
+                break;
+            case Cell::Kind::Blank:
+                record(out, kBlank, b);
+                break;
+        }
+    }
+}
+
 std::string sheet_stream(const Sheet& sheet, bool first, StringTable& strings) {
     std::string out;
     record(out, kBof, bof(0x0010));
@@ -363,26 +387,24 @@ std::string sheet_stream(const Sheet& sheet, bool first, StringTable& strings) {
     put16(dim, 0);
     record(out, kDimensions, dim);
     std::string b;
-    for (const auto& r : sheet.rows) {
-        for (const auto& c : r.cells) {
+    // Rows go in blocks of 32 as Excel lays them out: the blocks' ROW records, then
+    // their cells.
+    for (std::size_t block = 0; block < sheet.rows.size(); block += 32) {
+        const std::size_t end = std::min(sheet.rows.size(), block + 32);
+        for (std::size_t i = block; i < end; ++i) {
+            const Row& r = sheet.rows[i];
             b.clear();
             put16(b, r.index);
-            put16(b, c.col);
-            put16(b, c.xf);
-            switch (c.kind) {
-                case Cell::Kind::Text:
-                    put32(b, strings.index(c.text));
-                    record(out, kLabelSst, b);
-                    break;
-                case Cell::Kind::Number:
-                    put_double(b, c.number);
-                    record(out, kNumber, b);
-                    break;
-                case Cell::Kind::Blank:
-                    record(out, kBlank, b);
-                    break;
-            }
+            put16(b, r.cells.empty() ? 0 : r.cells.front().col);
+            put16(b, r.cells.empty() ? 0 : static_cast<std::uint16_t>(r.cells.back().col + 1));
+            put16(b, 0x00FF);  // the default height
+            put16(b, 0);
+            put16(b, 0);
+            put16(b, 0x0100);  // a set bit the format asks for; nothing else
+            put16(b, 0x000F);
+            record(out, kRow, b);
         }
+        for (std::size_t i = block; i < end; ++i) write_cells(out, sheet.rows[i], strings);
     }
     std::string w;
     put16(w, first ? 0x06B6 : 0x00B6);
