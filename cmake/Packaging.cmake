@@ -1,10 +1,15 @@
-# Installing and the Debian package: both programs in bin, the reference data where
-# the programs look for it (share/brenlow/data beside bin), and the desktop entry and
-# icon of tarrow.
+# Installing and the Debian package. The programs live in their program folder,
+# lib/brenlow, with the template workbooks under its Databases folder (the programs
+# find them beside themselves), and are linked from bin; the reference data in
+# share/brenlow/data; the desktop entry and icon of tarrow.
 include(GNUInstallDirs)
-install(TARGETS brenlow RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+set(_program_dir lib/brenlow)
+install(TARGETS brenlow RUNTIME DESTINATION ${_program_dir})
+install(CODE "file(MAKE_DIRECTORY \$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/bin)
+  file(CREATE_LINK ../${_program_dir}/brenlow \$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/bin/brenlow SYMBOLIC)")
 if(TARGET tarrow)
-  install(TARGETS tarrow RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+  install(TARGETS tarrow RUNTIME DESTINATION ${_program_dir})
+  install(CODE "file(CREATE_LINK ../${_program_dir}/tarrow \$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/bin/tarrow SYMBOLIC)")
   install(FILES ${PROJECT_SOURCE_DIR}/packaging/tarrow.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
   install(FILES ${PROJECT_SOURCE_DIR}/packaging/tarrow.svg
           DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps)

@@ -8,6 +8,8 @@ packages=(
   googletest libgtest-dev libgmock-dev libbenchmark-dev nlohmann-json3-dev
   poppler-utils dpkg-dev
   libcairo2-dev libfontconfig-dev fonts-dejavu-core
+  libxlsxwriter-dev libfreexl-dev libminizip-dev libexpat1-dev
+  python3-xlrd python3-openpyxl python3-xlwt
   clang libclang-rt-14-dev clang-format
 )
 missing=()

@@ -6,6 +6,7 @@
 
 #include "controls/utf8_text.h"
 #include "controls/vb_date.h"
+#include "exchange/register_import.h"
 #include "register/entry_rules.h"
 #include "store/client_code.h"
 #include "store/register_bulk.h"
@@ -238,21 +239,6 @@ std::string fy_text(long year) {
     return std::to_string(year - 1) + "-" + std::to_string(100 + year % 100).substr(1);
 }
 
-// The findings of one entry as the import's error lines: everything up to the first
-// refusal, and a question too unless the person answered Yes beforehand.
-void report_findings(const std::vector<reg::Finding>& findings, reg::EntrySide side, const std::string& where,
-                     bool yes, std::vector<std::string>& errors) {
-    for (const auto& f : findings) {
-        if (f.kind == reg::FindingKind::Notice) continue;
-        if (f.kind == reg::FindingKind::Question && yes) continue;
-        std::string message = f.message;
-        for (std::size_t p; (p = message.find("\n\n")) != std::string::npos;) message.replace(p, 2, " ");
-        if (f.kind == reg::FindingKind::Question) message += " (answered No; --yes answers Yes)";
-        errors.push_back(where + ", field " + reg::column_of(f.field, side) + ": " + message);
-        return;
-    }
-}
-
 }  // namespace
 
 std::string export_register(store::Database& db, const std::string& code, int year) {
@@ -337,14 +323,8 @@ ImportResult import_register(store::Database& db, const std::string& code, int y
         if (doc_groups.count(g.SrNoFAGM)) r.fail("SrNoFAGM", "appears twice");
         if (r.ok()) doc_groups[g.SrNoFAGM] = g;
     }
-    std::map<std::string, long> existing;  // upper-cased name -> SrNoFAGM of the target year
     std::map<long, bool> existing_ids;
-    for (const auto& g : reg.asset_groups()) {
-        std::string key = g.Part;
-        for (auto& c : key) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-        existing[key] = g.SrNoFAGM;
-        existing_ids[g.SrNoFAGM] = true;
-    }
+    for (const auto& g : reg.asset_groups()) existing_ids[g.SrNoFAGM] = true;
     auto group_known = [&](long id) { return doc_groups.count(id) > 0 || existing_ids.count(id) > 0; };
 
     std::vector<store::OpeningRow> openings;
@@ -444,79 +424,20 @@ ImportResult import_register(store::Database& db, const std::string& code, int y
                          ", not of F.Y. " + fy_text(year) +
                          "; its dates are not rewritten (--yes imports it all the same)");
 
-    // Every entry through the register's own rules, as the screen would check it.
-    {
-        reg::EntryContext base_ctx;
-        base_ctx.year = year;
-        base_ctx.options = reg::RegisterOptions::parse(misc_inf ? *misc_inf : reg.options_row().value_or(""));
-        std::map<long, const store::AssetGroupRow*> group_rows;
-        const auto target_groups = reg.asset_groups();
-        for (const auto& g : target_groups) group_rows[g.SrNoFAGM] = &g;
-        for (const auto& [id, g] : doc_groups) group_rows[id] = &g;
-        std::map<std::string, bool> nesd;  // BlockIdCL -> no extra shift
-        const auto context_of = [&](long group) {
-            reg::EntryContext ctx = base_ctx;
-            const auto g = group_rows.find(group);
-            ctx.group_known = g != group_rows.end();
-            if (ctx.group_known) {
-                const std::string& cl = g->second->BlockIdCL;
-                if (!nesd.count(cl)) nesd[cl] = !cl.empty() && reg.nesd_of(cl) == "Y";
-                ctx.nesd = nesd[cl];
-            }
-            return ctx;
-        };
-        for (std::size_t i = 0; i < openings.size(); ++i) {
-            if (!opening_read[i]) continue;
-            const auto& o = openings[i];
-            report_findings(reg::row_findings(reg::draft_of(o), context_of(o.IdFAGM), o.ShiftDet, o.DetESA),
-                            reg::EntrySide::Opening, "NewFATRo row " + std::to_string(i + 1), options.yes,
-                            errors);
-        }
-        for (std::size_t i = 0; i < additions.size(); ++i) {
-            if (!addition_read[i]) continue;
-            const auto& a = additions[i];
-            report_findings(reg::row_findings(reg::draft_of(a), context_of(a.IdFAGM), a.ShiftDet, ""),
-                            reg::EntrySide::Addition, "NewFATRa row " + std::to_string(i + 1), options.yes,
-                            errors);
-        }
-    }
-    if (!errors.empty()) return result;
-
-    store::Transaction tx(db);
-    if (options.replace) {
-        reg.delete_all_openings(std::nullopt);
-        reg.delete_all_additions(std::nullopt);
-    }
-    std::map<long, long> id_map;  // document group -> target group
-    for (const auto& [doc_id, g] : doc_groups) {
-        std::string key = g.Part;
-        for (auto& c : key) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-        if (const auto it = existing.find(key); it != existing.end()) {
-            id_map[doc_id] = it->second;
-            ++result.groups_matched;
-        } else {
-            id_map[doc_id] = reg.find_or_create_group(g);
-            existing[key] = id_map[doc_id];
-            ++result.groups_created;
-        }
-    }
-    auto target_group = [&](long id) { return id_map.count(id) ? id_map[id] : id; };
-    for (auto& o : openings) o.IdFAGM = target_group(o.IdFAGM);
-    for (auto& a : additions) a.IdFAGM = target_group(a.IdFAGM);
-    store::insert_openings(db, code, year, openings);
-    store::insert_additions(db, code, year, additions);
-    if (misc_inf) {
-        reg.rewrite_options_row(*misc_inf);
-        result.options_written = true;
-    }
-    if (has_manual && (options.replace || !manual.empty())) {
-        for (auto& [group, amount] : manual) group = group == -1 ? -1 : target_group(group);
-        reg.rewrite_manual_depreciation(manual);
-    }
-    tx.commit();
-    result.openings = static_cast<int>(openings.size());
-    result.additions = static_cast<int>(additions.size());
-    return result;
+    RegisterData data;
+    data.groups = std::move(doc_groups);
+    data.openings = std::move(openings);
+    data.opening_read = std::move(opening_read);
+    data.additions = std::move(additions);
+    data.addition_read = std::move(addition_read);
+    data.misc_inf = std::move(misc_inf);
+    data.has_manual = has_manual;
+    data.manual = std::move(manual);
+    const FindingPlace place = [](reg::EntrySide side, std::size_t index, reg::EntryField field) {
+        return std::string(side == reg::EntrySide::Opening ? "NewFATRo" : "NewFATRa") + " row " +
+               std::to_string(index + 1) + ", field " + reg::column_of(field, side);
+    };
+    return check_and_write(db, code, year, std::move(data), options, place, std::move(errors));
 }
 
 }  // namespace brenlow::exchange

@@ -31,11 +31,13 @@ struct ImportOptions {
 
 struct ImportResult {
     std::vector<std::string> errors;  // nothing was written when there are any
+    int unanswered = 0;               // of them, the entry rules' questions ("Continue ?") answered No
     int groups_matched = 0;
     int groups_created = 0;
     int openings = 0;
     int additions = 0;
     bool options_written = false;
+    std::string file;  // the workbook read, when it was chosen in a dialog
 };
 
 // Reads a document into the client's year (which must exist). Groups are matched by

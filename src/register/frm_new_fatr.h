@@ -242,6 +242,19 @@ public:
     // The browse state's buttons: with the old chart kept only the deletes work.
     CommandButton cmdAddO, cmdEditO, cmdDelO, cmdDelAllO, cmdAddA, cmdEditA, cmdDelA, cmdDelAllA;
     CommandButton cmdDeprCalc, cmdAssetGroupMas, cmdOldDepChart, cmdTransToTB, cmdEditFA;
+    CommandButton cmdExportXls, cmdImportXls;  // enabled when the host hands in their work
+
+    // ---- Export to and import from a spreadsheet (screen_options.cpp) ----
+    // The work belongs to data exchange, above this screen: the host hands it in.
+    // Each action talks to the person through the screen's Ui; the import says
+    // whether it wrote anything (the grids are then reloaded).
+    struct WorkbookActions {
+        std::function<void(Ui&)> export_xls;
+        std::function<bool(Ui&)> import_xls;
+    };
+    void set_workbook_actions(WorkbookActions actions);
+    void cmdExportXls_Click();
+    void cmdImportXls_Click();
     // The manual depreciation of each group: IdFAGM (hidden), the group, the amount.
     Grid vsEditFA;
     bool famEditFA_Visible = false;
@@ -370,6 +383,7 @@ private:
     std::unique_ptr<store::RegisterStore> store_;
     int year_ = 0;
     std::string code_;
+    WorkbookActions workbook_;
     bool old_chart_ = false;
     EntryMode Mode_ = EntryMode::None;
     // The books rate of each side is worked out from life and residual value (its tick

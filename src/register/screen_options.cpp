@@ -49,6 +49,26 @@ void frmNewFATR::show_state() {
                              &cmdOldDepChart, &cmdTransToTB, &cmdEditFA})
         b->Enabled = !old_chart_;
     for (CommandButton* b : {&cmdDelO, &cmdDelAllO, &cmdDelA, &cmdDelAllA}) b->Enabled = true;
+    cmdExportXls.Enabled = !old_chart_ && workbook_.export_xls != nullptr;
+    cmdImportXls.Enabled = !old_chart_ && workbook_.import_xls != nullptr;
+}
+
+void frmNewFATR::set_workbook_actions(WorkbookActions actions) {
+    workbook_ = std::move(actions);
+    cmdExportXls.Enabled = !old_chart_ && workbook_.export_xls != nullptr;
+    cmdImportXls.Enabled = !old_chart_ && workbook_.import_xls != nullptr;
+}
+
+void frmNewFATR::cmdExportXls_Click() {
+    frame::guarded(comp_.log, kModule, "cmdExportXls_Click", [&] {
+        if (workbook_.export_xls) workbook_.export_xls(ui_);
+    });
+}
+
+void frmNewFATR::cmdImportXls_Click() {
+    frame::guarded(comp_.log, kModule, "cmdImportXls_Click", [&] {
+        if (workbook_.import_xls && workbook_.import_xls(ui_)) LoadRegister();
+    });
 }
 
 void frmNewFATR::chkFASchBooks_Click() {

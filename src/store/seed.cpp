@@ -229,7 +229,8 @@ std::string reference_data_dir(const std::string& exe_dir) {
     if (const char* env = std::getenv("BRENLOW_DATA_DIR"); env && *env) return env;
     if (!exe_dir.empty()) {
         for (const fs::path& p : {fs::path(exe_dir) / "data", fs::path(exe_dir) / ".." / "data",
-                                  fs::path(exe_dir) / ".." / "share" / "brenlow" / "data"}) {
+                                  fs::path(exe_dir) / ".." / "share" / "brenlow" / "data",
+                                  fs::path(exe_dir) / ".." / ".." / "share" / "brenlow" / "data"}) {
             if (fs::exists(p / "income-tax-depreciation-rates.csv")) return p.string();
         }
     }

@@ -336,12 +336,15 @@ QWidget* RegisterWindow::build_browse() {
         "Edit Depreciation (&FA)", [this] { edit_manual_depreciation(); }, browse_);
     browse_buttons_.push_back({edit_fa, &screen_->cmdEditFA});
     buttons->addWidget(edit_fa);
-    // The spreadsheets come with their own work.
-    for (const char* caption : {"&Export to Excel", "&Import from Excel"}) {
-        auto* b = new QPushButton(caption, browse_);
-        b->setEnabled(false);
-        buttons->addWidget(b);
-    }
+    // The spreadsheets' work is handed to the screen by the host.
+    auto* export_xls = button(
+        "&Export to Excel", [this] { screen_->cmdExportXls_Click(); }, browse_);
+    browse_buttons_.push_back({export_xls, &screen_->cmdExportXls});
+    buttons->addWidget(export_xls);
+    auto* import_xls = button(
+        "&Import from Excel", [this] { screen_->cmdImportXls_Click(); }, browse_);
+    browse_buttons_.push_back({import_xls, &screen_->cmdImportXls});
+    buttons->addWidget(import_xls);
     auto* masters = button(
         "Asset Group &Master", [this] { screen_->cmdAssetGroupMas_Click(); }, browse_);
     browse_buttons_.push_back({masters, &screen_->cmdAssetGroupMas});

@@ -1,11 +1,15 @@
 #include "ui/report_preview.h"
 
+#include <QAction>
+#include <QFileDialog>
 #include <QFontMetricsF>
+#include <QMessageBox>
 #include <QPainter>
 #include <QPen>
 #include <QPointer>
 #include <QPrintPreviewDialog>
 #include <QPrinter>
+#include <QToolBar>
 
 #include "suite/report_pages.h"
 
@@ -51,7 +55,8 @@ int paint_report(const Ostikreport::ReportDocument& doc, QPagedPaintDevice& devi
     return static_cast<int>(pages.size());
 }
 
-void show_report_preview(const Ostikreport::ReportDocument& doc, QWidget* parent) {
+void show_report_preview(const Ostikreport::ReportDocument& doc, QWidget* parent,
+                         const WorkbookWriter& workbook) {
     QPrinter printer(QPrinter::HighResolution);
     printer.setPageOrientation(doc.landscape ? QPageLayout::Landscape : QPageLayout::Portrait);
     printer.setPageSize(QPageSize(QPageSize::A4));
@@ -62,13 +67,34 @@ void show_report_preview(const Ostikreport::ReportDocument& doc, QWidget* parent
         QPainter painter(p);
         paint_report(doc, *p, painter);
     });
+    if (auto* tools = dialog.findChild<QToolBar*>(); tools && workbook) {
+        tools->addSeparator();
+        QAction* excel = tools->addAction("Export to Excel");
+        excel->setObjectName("exportExcel");
+        QObject::connect(excel, &QAction::triggered, &dialog, [&] {
+            const QString path =
+                QFileDialog::getSaveFileName(&dialog, "Export to Excel", QString(),
+                                             "Excel 97-2003 Workbook (*.xls);;Excel Workbook (*.xlsx)");
+            if (path.isEmpty()) return;
+            try {
+                workbook(doc, path.toStdString());
+                QMessageBox::information(&dialog, dialog.windowTitle(),
+                                         "Data Successfully Exported to File : " + path);
+            } catch (const std::exception&) {
+                QMessageBox::information(&dialog, dialog.windowTitle(),
+                                         "Error ! Data Exported to File : " + path);
+            }
+        });
+    }
     dialog.resize(1100, 760);
     dialog.exec();
 }
 
-void preview_reports_on_desktop(Ostikreport::ClsMain& report, QWidget* parent) {
+void preview_reports_on_desktop(Ostikreport::ClsMain& report, QWidget* parent, WorkbookWriter workbook) {
     QPointer<QWidget> owner(parent);
-    report.set_viewer([owner](const Ostikreport::ReportDocument& doc) { show_report_preview(doc, owner); });
+    report.set_viewer([owner, workbook](const Ostikreport::ReportDocument& doc) {
+        show_report_preview(doc, owner, workbook);
+    });
 }
 
 }  // namespace brenlow::ui

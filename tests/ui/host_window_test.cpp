@@ -4,10 +4,12 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
 #include <QStandardPaths>
 #include <QTest>
+#include <QTimer>
 
 #include "app/tarrow/host.h"
 #include "support/test_databases.h"
@@ -76,6 +78,42 @@ TEST_P(HostWindowTest, TheCapitalScreenIsOneAndTheLedgerMasterOpens) {
     ASSERT_NE(ledger, nullptr);
     EXPECT_EQ(ledger->windowTitle(), "Capital Ledger Master");
     ledger->close();
+}
+
+// The host hands the register its spreadsheet work: both buttons work, and an empty
+// register says so before any file is asked for.
+TEST_P(HostWindowTest, TheRegistersExcelButtonsAreHandedTheirWork) {
+    HostWindow host;
+    host.show();
+    ASSERT_TRUE(host.open_database(QString::fromStdString(temp().url())));
+    ASSERT_TRUE(host.open_client_year("C001", 2025, true, "ACME ENGINEERS", 3));
+    QPointer<QWidget> reg = host.open_by_name("register");
+    ASSERT_NE(reg, nullptr);
+    QApplication::processEvents();
+    QPushButton* export_xls = find_button(*reg, "&Export to Excel");
+    QPushButton* import_xls = find_button(*reg, "&Import from Excel");
+    ASSERT_NE(export_xls, nullptr);
+    ASSERT_NE(import_xls, nullptr);
+    EXPECT_TRUE(export_xls->isEnabled());
+    EXPECT_TRUE(import_xls->isEnabled());
+    if (GetParam() == store::Backend::sqlite) {
+        reg->resize(1280, 800);
+        QApplication::processEvents();
+        EXPECT_TRUE(brenlow::test::save_picture(*reg, "register_excel_buttons"));
+    }
+    std::string shown;
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, [&] {
+        if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
+            shown = box->text().toStdString();
+            box->button(QMessageBox::Ok)->click();
+        }
+    });
+    timer.start(20);
+    QTest::mouseClick(export_xls, Qt::LeftButton);
+    timer.stop();
+    EXPECT_EQ(shown, "No Asset !");
+    reg->close();
 }
 
 }  // namespace

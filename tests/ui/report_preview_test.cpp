@@ -2,10 +2,18 @@
 
 #include <gtest/gtest.h>
 
+#include <QAbstractButton>
+#include <QAction>
+#include <QApplication>
 #include <QFile>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QMessageBox>
 #include <QPainter>
+#include <QPrintPreviewDialog>
 #include <QPrinter>
 #include <QTemporaryDir>
+#include <QTimer>
 
 #include "qt_app.h"
 #include "support/pdf_text.h"
@@ -69,6 +77,52 @@ TEST(ReportPreview, TheReportObjectShowsThroughTheViewerItWasGiven) {
     QWidget owner;
     preview_reports_on_desktop(report, &owner);
     EXPECT_TRUE(static_cast<bool>(report.viewer));
+}
+
+// The preview's tool bar exports its report through the writer the host handed in:
+// the person names the file and is told it was written.
+TEST(ReportPreview, ThePreviewExportsItsReportToExcel) {
+    test::ensure_qt_app();
+    QTemporaryDir dir;
+    const QString path = dir.filePath("chart.xlsx");
+    std::string written;
+    std::vector<std::string> boxes;
+    int step = 0, file_ticks = 0;
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, [&] {
+        QWidget* modal = QApplication::activeModalWidget();
+        if (auto* preview = qobject_cast<QPrintPreviewDialog*>(modal)) {
+            if (step == 0) {
+                auto* excel = preview->findChild<QAction*>("exportExcel");
+                ASSERT_NE(excel, nullptr);
+                test::save_picture(*preview, "report_preview_with_excel");
+                step = 1;
+                QTimer::singleShot(0, excel, &QAction::trigger);  // after this tick returns
+            } else if (step == 2) {
+                preview->reject();
+            }
+        } else if (auto* files = qobject_cast<QFileDialog*>(modal)) {
+            // The name is typed into the dialog's own field, as a person would.
+            if (++file_ticks < 2) return;
+            files->setDirectory(dir.path());
+            auto* name = files->findChild<QLineEdit*>("fileNameEdit");
+            ASSERT_NE(name, nullptr);
+            name->setText("chart.xlsx");
+            static_cast<QDialog*>(files)->done(QDialog::Accepted);
+        } else if (auto* box = qobject_cast<QMessageBox*>(modal)) {
+            boxes.push_back(box->text().toStdString());
+            box->button(QMessageBox::Ok)->click();
+            step = 2;
+        }
+    });
+    timer.start(50);
+    show_report_preview(rows_report(3), nullptr,
+                        [&](const Ostikreport::ReportDocument& doc, const std::string& file) {
+                            written = file + " " + doc.titles.front();
+                        });
+    timer.stop();
+    EXPECT_EQ(written, path.toStdString() + " FIXED ASSETS");
+    EXPECT_EQ(boxes, std::vector<std::string>{"Data Successfully Exported to File : " + path.toStdString()});
 }
 
 }  // namespace

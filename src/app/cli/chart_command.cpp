@@ -8,6 +8,8 @@
 #include "app/cli/commands.h"
 #include "app/cli/options.h"
 #include "controls/cli_ui.h"
+#include "exchange/report_workbook.h"
+#include "exchange/spreadsheet_files.h"
 #include "register/calculation.h"
 #include "register/chart_report.h"
 #include "register/hand_edited_chart.h"
@@ -271,12 +273,13 @@ int chart_command(Context& ctx, const std::vector<std::string>& args) {
     const Options opt(args, {"it", "books", "json", "yes", "no", "clear", "3cd"});
     if (!opt.positional().empty() && opt.positional()[0] == "edit") return edit_chart(ctx, opt);
     if (opt.has("3cd")) return tax_audit(ctx, opt);
-    opt.reject_unknown({"client", "year", "it", "books", "json", "pdf", "yes", "no"});
+    opt.reject_unknown({"client", "year", "it", "books", "json", "pdf", "xls", "xlsx", "yes", "no"});
     if (opt.has("yes") && opt.has("no")) throw UsageError("--yes and --no do not go together.");
     const std::string code = opt.client();
     const int year = opt.require_int("year", 1990, 2099);
     if (opt.has("it") == opt.has("books")) throw UsageError("choose one chart: --it or --books.");
-    if (opt.has("json") && opt.has("pdf")) throw UsageError("--json and --pdf do not go together.");
+    if (opt.has("json") + opt.has("pdf") + opt.has("xls") + opt.has("xlsx") > 1)
+        throw UsageError("choose one of --json, --pdf, --xls and --xlsx.");
     const bool it = opt.has("it");
     ctx.reads_only();  // the year's register must be there; only its chart is stored
     select_year(ctx, code, year);
@@ -284,7 +287,7 @@ int chart_command(Context& ctx, const std::vector<std::string>& args) {
     reg::CalculationOptions options;
     options.keep_entries = false;
     // The text form follows the income-tax chart with its block-wise summary.
-    options.sheets = it && !opt.has("json") && !opt.has("pdf");
+    options.sheets = it && !opt.has("json") && !opt.has("pdf") && !opt.has("xls") && !opt.has("xlsx");
     auto run = reg::run_calculation(ctx.base().dbobj(), code, year,
                                     it ? reg::Mode::DEP_IT : reg::Mode::DEP_FA, true, options);
     show_warnings(ctx, run);
@@ -308,6 +311,18 @@ int chart_command(Context& ctx, const std::vector<std::string>& args) {
         Ostikreport::write_pdf(doc, *pdf);
         ctx.out << "Wrote " << *pdf << "\n";
         return 0;
+    }
+    // The print's target "EXCEL": the same chart as a workbook of numbers.
+    for (const char* kind : {"xls", "xlsx"}) {
+        if (const auto file = opt.get(kind)) {
+            const auto book = exchange::report_workbook(doc, it ? "Income-Tax Chart" : "Books Chart");
+            suite::write_file_whole(*file,
+                                    exchange::spreadsheet_bytes(book, std::string(kind) == "xls"
+                                                                          ? exchange::SpreadsheetKind::Xls
+                                                                          : exchange::SpreadsheetKind::Xlsx));
+            ctx.out << "Wrote " << *file << "\n";
+            return 0;
+        }
     }
     ctx.out << Ostikreport::render_text(doc);
     if (it) ctx.out << "\n" << Ostikreport::render_text(reg::block_summary_report(run, client));

@@ -1,5 +1,7 @@
 // brenlow register export|import: a client's register of one year out to a JSON
-// document and back in (the document's format is in the README).
+// document or a spreadsheet (.xls, .xlsx) and back in, chosen by the file's extension
+// (both layouts are in the README). The spreadsheet paths show the register screen's
+// own messages and progress, on standard error.
 
 #include <filesystem>
 #include <fstream>
@@ -7,7 +9,11 @@
 
 #include "app/cli/commands.h"
 #include "app/cli/options.h"
+#include "controls/cli_ui.h"
 #include "exchange/register_document.h"
+#include "exchange/register_workbook.h"
+#include "exchange/spreadsheet_files.h"
+#include "register/register_options.h"
 #include "store/database.h"
 #include "suite/output_file.h"
 
@@ -29,11 +35,27 @@ Target target_of(Context& ctx, const Options& opt, const char* sub) {
     return t;
 }
 
+exchange::WorkbookTarget workbook_target(Context& ctx, const Target& t) {
+    exchange::WorkbookTarget w;
+    w.code = t.code;
+    w.year = t.year;
+    w.company = reg::is_company(ctx.base().TSTATUS());
+    w.exe_path = ctx.base().ExePath();
+    w.path = t.file;
+    return w;
+}
+
 int export_register(Context& ctx, const std::vector<std::string>& args) {
-    const Options opt(args, {});
-    opt.reject_unknown({"client", "year"});
+    const Options opt(args, {"yes"});
+    opt.reject_unknown({"client", "year", "yes"});
     ctx.reads_only();
     const auto t = target_of(ctx, opt, "export");
+    if (exchange::spreadsheet_kind(t.file)) {
+        // The overwrite question is answered Yes only with --yes; without it the
+        // command stops there and the file stays as it was.
+        CliUi ui(ctx.err, opt.has("yes"));
+        return exchange::export_workbook(ctx.base().dbobj(), workbook_target(ctx, t), ui) ? 0 : 1;
+    }
     const std::string json = exchange::export_register(ctx.base().dbobj(), t.code, t.year);
     suite::write_file_whole(t.file, json);
     ctx.out << "Wrote the register of " << t.code << " for F.Y. " << fy_text(t.year) << " to " << t.file
@@ -51,21 +73,33 @@ int import_register(Context& ctx, const std::vector<std::string>& args) {
         ctx.err << "Nothing was imported.\n";
         return 1;
     };
+    const bool spreadsheet = exchange::spreadsheet_kind(t.file).has_value();
     std::error_code ec;
     const auto kind = std::filesystem::status(t.file, ec).type();
-    if (kind == std::filesystem::file_type::not_found) return refuse({"there is no such file"});
+    if (kind == std::filesystem::file_type::not_found && !spreadsheet)
+        return refuse({"there is no such file"});
     if (kind == std::filesystem::file_type::directory)
         return refuse({"this is a folder, not a register document"});
-    std::ifstream f(t.file, std::ios::binary);
-    std::ostringstream text;
-    if (f) text << f.rdbuf();
-    if (!f || f.bad()) return refuse({"the file cannot be read"});
     exchange::ImportOptions options;
     options.replace = opt.has("replace");
     options.yes = opt.has("yes");
     exchange::ImportResult r;
     try {
-        r = exchange::import_register(ctx.base().dbobj(), t.code, t.year, text.str(), options);
+        if (spreadsheet) {
+            // Naming the file on the command line confirms the import.
+            CliUi ui(ctx.err, opt.has("yes"));
+            auto w = workbook_target(ctx, t);
+            w.confirmed = true;
+            const auto got = exchange::import_workbook(ctx.base().dbobj(), w, options, ui);
+            if (!got) return refuse({});
+            r = *got;
+        } else {
+            std::ifstream f(t.file, std::ios::binary);
+            std::ostringstream text;
+            if (f) text << f.rdbuf();
+            if (!f || f.bad()) return refuse({"the file cannot be read"});
+            r = exchange::import_register(ctx.base().dbobj(), t.code, t.year, text.str(), options);
+        }
     } catch (const store::DbError& e) {
         // The import is one group of writes: a failure part-way undid all of it.
         return refuse({std::string("the database refused it: ") + e.what()});

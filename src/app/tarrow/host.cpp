@@ -14,9 +14,13 @@
 #include "app/tarrow/client_dialog.h"
 #include "exchange/asset_merge.h"
 #include "exchange/fixed_schedule_import.h"
+#include "exchange/register_workbook.h"
+#include "exchange/report_workbook.h"
+#include "exchange/spreadsheet_files.h"
 #include "register/frm_new_fatr.h"
 #include "store/seed.h"
 #include "suite/defaults.h"
+#include "suite/output_file.h"
 #include "ui/capital_window.h"
 #include "ui/fixed_asset_schedule_window.h"
 #include "ui/register_window.h"
@@ -125,7 +129,16 @@ bool HostWindow::open_database(const QString& url) {
         };
         makers.capital = [this](frame::Component& c) { return ui::make_capital_screen(c, this); };
         forms_ = std::make_unique<frame::Forms>(catalogue, ui_, makers);
-        ui::preview_reports_on_desktop(*forms_->component().report, this);
+        // The previews export their chart to a workbook too (the print's target "EXCEL").
+        ui::preview_reports_on_desktop(
+            *forms_->component().report, this,
+            [](const Ostikreport::ReportDocument& doc, const std::string& path) {
+                const auto kind = exchange::spreadsheet_kind(path).value_or(exchange::SpreadsheetKind::Xls);
+                suite::write_file_whole(path, exchange::spreadsheet_bytes(
+                                                  exchange::report_workbook(
+                                                      doc, doc.titles.empty() ? "Chart" : doc.titles.front()),
+                                                  kind));
+            });
         url_ = url;
         QSettings().setValue("database/url", url);
     } catch (const std::exception& e) {
@@ -251,6 +264,49 @@ QWidget* HostWindow::open_by_name(const QString& name) {
 void HostWindow::open_register() {
     if (!need_client_year()) return;
     auto screen = forms_->ObjNewFATR();
+    if (auto* fatr = dynamic_cast<reg::frmNewFATR*>(screen.get())) {
+        // The register's spreadsheet work lives in data exchange, above the screen.
+        frame::Component& c = forms_->component();
+        const auto target = [&c, fatr] {
+            exchange::WorkbookTarget t;
+            t.code = fatr->Code();
+            t.year = fatr->Year();
+            t.company = reg::is_company(c.base->TSTATUS());
+            t.exe_path = c.base->ExePath();
+            // The grids show the chosen group's entries only; so does the export.
+            if (const std::string id = fatr->cboFAGM.Id(); !id.empty()) t.group = std::stol(id);
+            return t;
+        };
+        fatr->set_workbook_actions(
+            {[&c, target](Ui& ui) { exchange::export_workbook(c.base->dbobj(), target(), ui); },
+             [&c, target](Ui& ui) {
+                 auto t = target();
+                 auto r = exchange::import_workbook(c.base->dbobj(), t, {}, ui);
+                 if (!r) return false;
+                 // Entries that only ask ("Continue ?") are put to the person once, all together.
+                 if (!r->errors.empty() && r->unanswered == static_cast<int>(r->errors.size())) {
+                     std::string text;
+                     for (auto e : r->errors) {
+                         if (const auto p = e.rfind(" (answered No"); p != std::string::npos) e.erase(p);
+                         text += e + "\n";
+                     }
+                     if (!ui.ask_yes_no(text + "\nContinue ?", MsgIcon::question, false)) return false;
+                     t.path = r->file;
+                     t.confirmed = true;
+                     r = exchange::import_workbook(c.base->dbobj(), t, {.yes = true}, ui);
+                     if (!r) return false;
+                 }
+                 if (!r->errors.empty()) {
+                     std::string text = "Nothing was imported:";
+                     for (const auto& e : r->errors) text += "\n" + e;
+                     ui.info(text);
+                     return false;
+                 }
+                 ui.info("Imported " + std::to_string(r->openings) + " opening entries and " +
+                         std::to_string(r->additions) + " additions.");
+                 return true;
+             }});
+    }
     show_screen_window(screen ? ui::make_screen_window(screen, forms_->component(), this) : nullptr,
                        "The asset register");
 }

@@ -1,0 +1,43 @@
+#pragma once
+// The writing half of every register import: entries read from a document or a
+// workbook, checked row by row with the register's entry rules in the order of
+// Update, and written in one transaction only when no row was refused. The readers
+// (the JSON document, the spreadsheet) only turn their file into RegisterData.
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "exchange/register_document.h"
+#include "register/entry_rules.h"
+#include "store/database.h"
+#include "store/register_store.h"
+
+namespace brenlow::exchange {
+
+struct RegisterData {
+    // Asset groups by the reader's own serial; entries refer to these or to a group of
+    // the target year. Groups are matched by name within the year, or created.
+    std::map<long, store::AssetGroupRow> groups;
+    std::vector<store::OpeningRow> openings;
+    std::vector<bool> opening_read;  // the row's cells read cleanly (else it is not checked further)
+    std::vector<store::AdditionRow> additions;
+    std::vector<bool> addition_read;
+    std::optional<std::string> misc_inf;  // the options row, when the reader has one
+    bool has_manual = false;
+    std::vector<std::pair<long, double>> manual;  // NewFAMD: group (-1 none), amount
+};
+
+// Where a finding of an entry is shown: the reader names its row and field its own way.
+using FindingPlace =
+    std::function<std::string(reg::EntrySide side, std::size_t index, reg::EntryField field)>;
+
+// Checks every entry of the data and, when nothing was refused and `errors` is empty,
+// writes it all. Errors the reader found come in through `errors`.
+ImportResult check_and_write(store::Database& db, const std::string& code, int year, RegisterData data,
+                             const ImportOptions& options, const FindingPlace& place,
+                             std::vector<std::string> errors);
+
+}  // namespace brenlow::exchange
