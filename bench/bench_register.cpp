@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <memory>
 
+#include "bench_ui.h"
 #include "controls/ui_port.h"
 #include "frame/component.h"
 #include "register/frm_new_fatr.h"
@@ -20,22 +21,7 @@ namespace {
 using namespace brenlow;
 
 // Nobody answers: the loading of a register with entries asks nothing.
-class SilentUi : public Ui {
-public:
-    void message(std::string_view, MsgIcon, std::string_view) override {}
-    bool ask_yes_no(std::string_view, MsgIcon, bool, std::string_view) override { return false; }
-    std::optional<std::string> input_box(std::string_view, std::string_view, std::string_view) override {
-        return {};
-    }
-    std::optional<std::string> choose_open_file(std::string_view, std::string_view) override { return {}; }
-    std::optional<std::string> choose_save_file(std::string_view, std::string_view,
-                                                std::string_view) override {
-        return {};
-    }
-    void progress(std::string_view, double) override {}
-    void progress_done() override {}
-    void close_screen() override {}
-};
+using SilentUi = bench::AnsweringUi;
 
 struct Register {
     std::filesystem::path dir;

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <memory>
 
+#include "bench_ui.h"
 #include "controls/ui_port.h"
 #include "frame/component.h"
 #include "schedules/formatsch.h"
@@ -19,22 +20,7 @@ namespace {
 using namespace brenlow;
 
 // Nobody answers: no question is asked without a previous year.
-class SilentUi : public Ui {
-public:
-    void message(std::string_view, MsgIcon, std::string_view) override {}
-    bool ask_yes_no(std::string_view, MsgIcon, bool, std::string_view) override { return false; }
-    std::optional<std::string> input_box(std::string_view, std::string_view, std::string_view) override {
-        return {};
-    }
-    std::optional<std::string> choose_open_file(std::string_view, std::string_view) override { return {}; }
-    std::optional<std::string> choose_save_file(std::string_view, std::string_view,
-                                                std::string_view) override {
-        return {};
-    }
-    void progress(std::string_view, double) override {}
-    void progress_done() override {}
-    void close_screen() override {}
-};
+using SilentUi = bench::AnsweringUi;
 
 void BM_SwitchAwayAndBackToInvestments(benchmark::State& state) {
     const auto dir =

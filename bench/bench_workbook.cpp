@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <memory>
 
+#include "bench_ui.h"
 #include "controls/ui_port.h"
 #include "exchange/register_workbook.h"
 #include "store/client_store.h"
@@ -22,21 +23,8 @@ namespace {
 using namespace brenlow;
 
 // Every question is answered Yes (the file is overwritten, the import confirmed).
-class YesUi : public Ui {
-public:
-    void message(std::string_view, MsgIcon, std::string_view) override {}
-    bool ask_yes_no(std::string_view, MsgIcon, bool, std::string_view) override { return true; }
-    std::optional<std::string> input_box(std::string_view, std::string_view, std::string_view) override {
-        return {};
-    }
-    std::optional<std::string> choose_open_file(std::string_view, std::string_view) override { return {}; }
-    std::optional<std::string> choose_save_file(std::string_view, std::string_view,
-                                                std::string_view) override {
-        return {};
-    }
-    void progress(std::string_view, double) override {}
-    void progress_done() override {}
-    void close_screen() override {}
+struct YesUi : bench::AnsweringUi {
+    YesUi() : AnsweringUi(true) {}
 };
 
 struct Register {
