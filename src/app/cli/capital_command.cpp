@@ -216,10 +216,8 @@ int share(Context& ctx, const std::vector<std::string>& args) {
     const auto y = open_year(ctx, opt);
     std::optional<double> typed;
     if (const auto n = opt.get("net-profit")) {
-        char* end = nullptr;
-        typed = std::strtod(n->c_str(), &end);
-        if (n->empty() || *end != '\0')
-            throw UsageError("Option --net-profit must be a number, not \"" + *n + "\".");
+        typed = parse_amount(*n);
+        if (!typed) throw UsageError("Option --net-profit must be a number, not \"" + *n + "\".");
     }
     auto component = component_of(ctx);
     CapitalUi ui(ctx.err, opt.has("yes"));
@@ -290,21 +288,19 @@ int result(Context& ctx, const std::vector<std::string>& args) {
         const std::string& a = opt.positional()[i];
         const auto eq = a.find('=');
         char* end1 = nullptr;
-        char* end2 = nullptr;
         const std::string id = eq == std::string::npos ? a : a.substr(0, eq);
         const std::string amt = eq == std::string::npos ? "" : a.substr(eq + 1);
         const long item = std::strtol(id.c_str(), &end1, 10);
-        const double amount = std::strtod(amt.c_str(), &end2);
-        if (id.empty() || *end1 != '\0' || amt.empty() || *end2 != '\0')
+        const auto amount = parse_amount(amt);
+        if (id.empty() || *end1 != '\0' || !amount)
             throw UsageError("an item of the result is ITEM=AMOUNT (3=125000), not \"" + a + "\".");
-        items.emplace_back(item, amount);
+        items.emplace_back(item, *amount);
     }
     double tax = 0;
     if (const auto t = opt.get("tax")) {
-        char* end = nullptr;
-        tax = std::strtod(t->c_str(), &end);
-        if (t->empty() || *end != '\0')
-            throw UsageError("Option --tax must be a number, not \"" + *t + "\".");
+        const auto v = parse_amount(*t);
+        if (!v) throw UsageError("Option --tax must be a number, not \"" + *t + "\".");
+        tax = *v;
     }
     auto& base = ctx.base();
     store::write_year_result(base.dbobj(), base.GetTbName(base.CYrInd()), y.code, items, tax);
