@@ -186,7 +186,10 @@ int ratios(Context& ctx, const std::vector<std::string>& args) {
     s.cmdProfitDet_Click();
     while (s.vsfR.data_rows() > 0) s.vsfR.remove_item(s.vsfR.fixed_rows());
     const auto listed = store::listed_partners(ctx.base().dbobj(), y.code);
-    for (const auto& [who, pct] : typed) {
+    for (const auto& entry : typed) {
+        // Named, not bound: a lambda below uses it (clang 14 takes no bindings into lambdas).
+        const auto& who = entry.first;
+        const auto& pct = entry.second;
         s.cmdAddP_Click();
         const int row = s.vsfR.rows() - 1;
         const bool is_code = std::any_of(listed.begin(), listed.end(), [&](const store::ListedPartner& p) {
