@@ -17,6 +17,7 @@ cmake --build "$build" -j"$(nproc)"
 export QT_QPA_PLATFORM=offscreen
 export BRENLOW_ARTIFACTS="$build/artifacts"
 export UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
+export LSAN_OPTIONS=suppressions=$root/scripts/lsan.supp:print_suppressions=0
 mkdir -p "$BRENLOW_ARTIFACTS"
 "$root/scripts/with-test-mariadb.sh" ctest --test-dir "$build" --output-on-failure -j"$(nproc)"
 
