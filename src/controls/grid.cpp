@@ -1,5 +1,6 @@
 #include "controls/grid.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <optional>
 #include <stdexcept>
@@ -76,6 +77,75 @@ void Grid::check(int row, int col) const {
     }
 }
 
+const Grid::Row& Grid::row_at(int row) const {
+    const int held = static_cast<int>(rows_.size());
+    if (row < held) return rows_[row];
+    const int i = row - held;
+    if (auto e = edited_.find(i); e != edited_.end()) return e->second;
+    const int page = i / kSourcePage;
+    auto found = pages_.find(page);
+    if (found == pages_.end()) {
+        const int first = page * kSourcePage;
+        const int count = std::min(kSourcePage, source_rows_ - first);
+        GridRowPage got = fetch_(first, count);
+        ++source_fetches_;
+        std::vector<Row> rows(count);
+        for (int k = 0; k < count; ++k) {
+            if (k < static_cast<int>(got.lines.size())) {
+                rows[k].cells = std::move(got.lines[k]);
+                std::erase(rows[k].cells, kCellSeparator);
+                for (char& c : rows[k].cells)
+                    if (c == '\t') c = kCellSeparator;
+            }
+            if (k < static_cast<int>(got.data.size())) rows[k].data = got.data[k];
+        }
+        if (static_cast<int>(page_order_.size()) >= kSourcePagesKept) {
+            pages_.erase(page_order_.front());
+            page_order_.pop_front();
+        }
+        page_order_.push_back(page);
+        found = pages_.emplace(page, std::move(rows)).first;
+    }
+    return found->second[i % kSourcePage];
+}
+
+Grid::Row& Grid::row_for_edit(int row) {
+    const int held = static_cast<int>(rows_.size());
+    if (row < held) return rows_[row];
+    const int i = row - held;
+    if (auto e = edited_.find(i); e != edited_.end()) return e->second;
+    Row copy = row_at(row);
+    return edited_.emplace(i, std::move(copy)).first->second;
+}
+
+void Grid::take_all_rows() {
+    if (!fetch_) return;
+    std::vector<Row> all;
+    all.reserve(rows());
+    for (int r = 0; r < rows(); ++r) all.push_back(row_at(r));
+    drop_source();
+    rows_ = std::move(all);
+}
+
+void Grid::drop_source() {
+    fetch_ = nullptr;
+    source_rows_ = 0;
+    pages_.clear();
+    page_order_.clear();
+    edited_.clear();
+}
+
+void Grid::set_row_source(int count, GridRowFetch fetch) {
+    notify({GridChange::Kind::resetting});
+    drop_source();
+    rows_.resize(fixed_rows_);
+    if (fetch && count > 0) {
+        fetch_ = std::move(fetch);
+        source_rows_ = count;
+    }
+    notify({GridChange::Kind::reset});
+}
+
 void Grid::notify(const GridChange& change) const {
     if (redraw_ && on_change_) on_change_(change);
 }
@@ -83,6 +153,15 @@ void Grid::notify(const GridChange& change) const {
 void Grid::set_rows(int n) {
     if (n < fixed_rows_) n = fixed_rows_;
     const int old = rows();
+    if (fetch_ && n == fixed_rows_) {
+        // Emptying a sourced grid reads nothing.
+        notify({GridChange::Kind::rows_removing, n, old - 1});
+        drop_source();
+        rows_.resize(n);
+        notify({GridChange::Kind::rows_removed, n, old - 1});
+        return;
+    }
+    if (n != old) take_all_rows();
     if (n > old) {
         notify({GridChange::Kind::rows_inserting, old, n - 1});
         rows_.resize(n);
@@ -97,6 +176,7 @@ void Grid::set_rows(int n) {
 void Grid::set_cols(int n) {
     if (n < 0) n = 0;
     notify({GridChange::Kind::resetting});
+    if (n < cols()) take_all_rows();
     if (n < cols()) {
         for (auto& row : rows_) {
             const CellPlace place = find_cell(row.cells, n);
@@ -110,6 +190,7 @@ void Grid::set_cols(int n) {
 void Grid::set_fixed_rows(int n) {
     if (n < 0) n = 0;
     notify({GridChange::Kind::resetting});
+    take_all_rows();
     if (rows() < n) rows_.resize(n);
     fixed_rows_ = n;
     notify({GridChange::Kind::reset});
@@ -117,7 +198,7 @@ void Grid::set_fixed_rows(int n) {
 
 std::string Grid::text_matrix(int row, int col) const {
     check(row, col);
-    const std::string& cells = rows_[row].cells;
+    const std::string& cells = row_at(row).cells;
     const CellPlace place = find_cell(cells, col);
     if (!place.found) return {};
     return cells.substr(place.begin, place.end - place.begin);
@@ -125,7 +206,7 @@ std::string Grid::text_matrix(int row, int col) const {
 
 void Grid::set_text_matrix(int row, int col, std::string_view text) {
     check(row, col);
-    std::string& cells = rows_[row].cells;
+    std::string& cells = row_for_edit(row).cells;
     CellPlace place = find_cell(cells, col);
     if (!place.found) {
         // Pad the row with empty cells up to this one.
@@ -166,6 +247,7 @@ std::string Grid::display_text(int row, int col) const {
 int Grid::add_item(std::string_view tab_separated, int at) {
     if (at < 0 || at > rows()) at = rows();
     if (at < fixed_rows_) at = fixed_rows_;
+    take_all_rows();
     Row row;
     row.cells = clean(tab_separated);
     for (char& c : row.cells) {
@@ -181,6 +263,7 @@ void Grid::remove_item(int row) {
     if (row < fixed_rows_ || row >= rows()) {
         throw std::out_of_range("no data row " + std::to_string(row) + " to remove");
     }
+    take_all_rows();
     notify({GridChange::Kind::rows_removing, row, row});
     rows_.erase(rows_.begin() + row);
     notify({GridChange::Kind::rows_removed, row, row});
@@ -192,12 +275,12 @@ void Grid::clear_rows() {
 
 std::int64_t Grid::row_data(int row) const {
     if (row < 0 || row >= rows()) throw std::out_of_range("no row " + std::to_string(row));
-    return rows_[row].data;
+    return row_at(row).data;
 }
 
 void Grid::set_row_data(int row, std::int64_t data) {
     if (row < 0 || row >= rows()) throw std::out_of_range("no row " + std::to_string(row));
-    rows_[row].data = data;
+    row_for_edit(row).data = data;
 }
 
 void Grid::set_col_key(int col, std::string key) {

@@ -7,12 +7,15 @@
 // Rows - 1").
 //
 // A row keeps its cells in one string, so a register of 100,000 entries costs one
-// small allocation per row rather than one per cell.
+// small allocation per row rather than one per cell. A register of a million is not
+// held at all: its rows come from a row source a page at a time, as they are read.
 
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "controls/id_text_list.h"
@@ -58,11 +61,24 @@ struct CellSpan {
     friend bool operator==(const CellSpan&, const CellSpan&) = default;
 };
 
+// A page of data rows from a row source: each line tab-separated as add_item takes
+// it, each with its row data.
+struct GridRowPage {
+    std::vector<std::string> lines;
+    std::vector<std::int64_t> data;
+};
+// Data rows [first, first + count) of the source, counted from 0.
+using GridRowFetch = std::function<GridRowPage(int first, int count)>;
+
 class Grid {
 public:
+    // Rows a row source hands over at a time, and pages kept read.
+    static constexpr int kSourcePage = 256;
+    static constexpr int kSourcePagesKept = 16;
+
     explicit Grid(int cols = 0, int fixed_rows = 1);
 
-    int rows() const { return static_cast<int>(rows_.size()); }
+    int rows() const { return static_cast<int>(rows_.size()) + source_rows_; }
     int cols() const { return static_cast<int>(columns_.size()); }
     int fixed_rows() const { return fixed_rows_; }
     int data_rows() const { return rows() - fixed_rows_; }
@@ -90,6 +106,14 @@ public:
     void remove_item(int row);
     // Drops every data row, keeping the headings.
     void clear_rows();
+
+    // The data rows become `count` rows read from `fetch` when first shown or read.
+    // Cells set on them are kept over what the source says; adding or removing a
+    // row first reads every row into the grid.
+    void set_row_source(int count, GridRowFetch fetch);
+    bool has_row_source() const { return static_cast<bool>(fetch_); }
+    // Pages read from the source so far (for tests of the paging).
+    int source_fetches() const { return source_fetches_; }
 
     std::int64_t row_data(int row) const;
     void set_row_data(int row, std::int64_t data);
@@ -130,14 +154,25 @@ private:
     };
 
     void check(int row, int col) const;
+    const Row& row_at(int row) const;
+    Row& row_for_edit(int row);
+    // Reads every sourced row into the grid and forgets the source.
+    void take_all_rows();
+    void drop_source();
     void notify(const GridChange& change) const;
     void notify_cells(int row, int col) const { notify({GridChange::Kind::cells, row, row, col, col}); }
     // The band text above a heading when the column shows one, else nothing.
     bool has_band(int col) const;
 
     std::vector<GridColumn> columns_;
-    std::vector<Row> rows_;
+    std::vector<Row> rows_;  // with a row source, the fixed rows only
     int fixed_rows_ = 1;
+    int source_rows_ = 0;
+    GridRowFetch fetch_;
+    mutable std::unordered_map<int, std::vector<Row>> pages_;
+    mutable std::deque<int> page_order_;  // oldest read first
+    mutable int source_fetches_ = 0;
+    std::unordered_map<int, Row> edited_;  // sourced rows with cells set, by data row
     bool redraw_ = true;
     std::function<void(const GridChange&)> on_change_;
 };

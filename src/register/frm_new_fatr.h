@@ -216,8 +216,9 @@ public:
     void TransferToCapitalGains();
 
     // ---- What the calculation, chart and export read ----
-    const std::vector<store::OpeningRow>& OpeningEntries() const { return opening_; }
-    const std::vector<store::AdditionRow>& AdditionEntries() const { return addition_; }
+    // The serials the grids show, in their order (the grids read the rows a page at a time).
+    const std::vector<long>& OpeningSerials() const { return opening_serials_; }
+    const std::vector<long>& AdditionSerials() const { return addition_serials_; }
     const std::vector<store::AssetGroupRow>& AssetGroups() const { return groups_; }
     const store::AssetGroupRow* FindGroup(long id) const;
     const std::vector<store::ClBlockRow>& CompaniesActBlocks() const { return cl_blocks_; }
@@ -330,8 +331,10 @@ private:
     void fill_group_picker();
     void fill_filter();
     void fill_grids();
-    void add_opening_row(const store::OpeningRow& o, int sn);
-    void add_addition_row(const store::AdditionRow& a, int sn);
+    std::string opening_line(const store::OpeningRow& o, int sn) const;
+    std::string addition_line(const store::AdditionRow& a, int sn) const;
+    GridRowPage opening_page(int first, int count);
+    GridRowPage addition_page(int first, int count);
     long selected_serial(const Grid& grid, int row) const;
     long selected_group(const Grid& grid, int row) const;
     void delete_all(bool opening);
@@ -392,8 +395,9 @@ private:
     bool rate_auto_A_ = false;
     long edit_serial_ = 0;
     RegisterOptions options_;
-    std::vector<store::OpeningRow> opening_;
-    std::vector<store::AdditionRow> addition_;
+    std::vector<long> opening_serials_;
+    std::vector<long> addition_serials_;
+    std::optional<long> shown_group_;  // the filter the serials were read under
     std::vector<store::AssetGroupRow> groups_;
     std::vector<store::ClBlockRow> cl_blocks_;
     std::vector<store::ItBlockRow> it_blocks_;

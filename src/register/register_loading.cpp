@@ -1,6 +1,7 @@
 // Loading a client-year into the screen, the grids vsO and vsA with their banded
 // headings, the group filter, the four modes and the deletions.
 
+#include <algorithm>
 #include <memory>
 
 #include "controls/number_format.h"
@@ -309,33 +310,91 @@ void frmNewFATR::cboFAGM_Click(int index) {
 
 void frmNewFATR::LoadRegister() {
     frame::guarded(comp_.log, kModule, "LoadRegister", [&] {
-        const auto group = FilterGroup();
-        opening_.clear();
-        addition_.clear();
-        store_->for_each_opening(group, [&](store::OpeningRow&& o) { opening_.push_back(std::move(o)); });
-        store_->for_each_addition(group, [&](store::AdditionRow&& a) { addition_.push_back(std::move(a)); });
+        // Only the serials are read here; each grid reads its rows a page at a time
+        // as they are shown, so a register of a million entries opens at once.
+        shown_group_ = FilterGroup();
+        opening_serials_ = store_->opening_serials(shown_group_);
+        addition_serials_ = store_->addition_serials(shown_group_);
         fill_grids();
     });
 }
 
 void frmNewFATR::fill_grids() {
-    vsO.set_redraw(false);
-    vsA.set_redraw(false);
-    vsO.clear_rows();
-    vsA.clear_rows();
-    int sn = 0;
-    for (const auto& o : opening_) add_opening_row(o, ++sn);
-    sn = 0;
-    for (const auto& a : addition_) add_addition_row(a, ++sn);
-    vsO.set_redraw(true);
-    vsA.set_redraw(true);
+    vsO.set_row_source(static_cast<int>(opening_serials_.size()),
+                       [this](int first, int count) { return opening_page(first, count); });
+    vsA.set_row_source(static_cast<int>(addition_serials_.size()),
+                       [this](int first, int count) { return addition_page(first, count); });
     if (vsO_Row >= vsO.rows() || vsO_Row < vsO.fixed_rows())
         vsO_Row = vsO.data_rows() ? vsO.fixed_rows() : -1;
     if (vsA_Row >= vsA.rows() || vsA_Row < vsA.fixed_rows())
         vsA_Row = vsA.data_rows() ? vsA.fixed_rows() : -1;
 }
 
-void frmNewFATR::add_opening_row(const store::OpeningRow& o, int sn) {
+namespace {
+
+// Rows [first, first + count) of a grid paged over `serials`: the entries read by
+// their serial range land on their own lines; one gone since the serials were read
+// leaves its line empty but for the serial.
+template <class Row, class ForEach, class Line>
+GridRowPage page_of(const std::vector<long>& serials, int first, int count, ForEach&& for_each, Line&& line) {
+    GridRowPage page;
+    page.lines.resize(count);
+    page.data.assign(serials.begin() + first, serials.begin() + first + count);
+    if (count == 0) return page;
+    const auto begin = serials.begin() + first, end = begin + count;
+    for_each(serials[first], serials[first + count - 1], [&](Row&& row) {
+        const auto at = std::lower_bound(begin, end, static_cast<long>(row.SrNoFATR));
+        if (at == end || *at != row.SrNoFATR) return;
+        const int i = static_cast<int>(at - begin);
+        page.lines[i] = line(row, first + i + 1);
+    });
+    return page;
+}
+
+}  // namespace
+
+// A page that cannot be read is logged under the handler that asked for it and
+// shows its serials alone; the grid asks for pages while drawing, where nothing may throw.
+template <class Step>
+bool read_page(frame::ErrorLog& log, Step&& step) {
+    try {
+        step();
+        return true;
+    } catch (const std::exception& e) {
+        log.log(e);
+    }
+    return false;
+}
+
+GridRowPage frmNewFATR::opening_page(int first, int count) {
+    GridRowPage page;
+    if (!read_page(comp_.log, [&] {
+            page = page_of<store::OpeningRow>(
+                opening_serials_, first, count,
+                [&](long from, long to, auto&& fn) {
+                    store_->for_each_opening_between(shown_group_, from, to, fn);
+                },
+                [&](const store::OpeningRow& o, int sn) { return opening_line(o, sn); });
+        }))
+        page.data.assign(opening_serials_.begin() + first, opening_serials_.begin() + first + count);
+    return page;
+}
+
+GridRowPage frmNewFATR::addition_page(int first, int count) {
+    GridRowPage page;
+    if (!read_page(comp_.log, [&] {
+            page = page_of<store::AdditionRow>(
+                addition_serials_, first, count,
+                [&](long from, long to, auto&& fn) {
+                    store_->for_each_addition_between(shown_group_, from, to, fn);
+                },
+                [&](const store::AdditionRow& a, int sn) { return addition_line(a, sn); });
+        }))
+        page.data.assign(addition_serials_.begin() + first, addition_serials_.begin() + first + count);
+    return page;
+}
+
+std::string frmNewFATR::opening_line(const store::OpeningRow& o, int sn) const {
     // Before the year closing 2016 no carrying amount was worked from an earlier year:
     // the row carries -2 in "Yr" so that the calculation knows the year was not chosen.
     const std::string yr = year_ < 2016 ? "-2" : std::to_string(o.YrCalcCA);
@@ -366,11 +425,10 @@ void frmNewFATR::add_opening_row(const store::OpeningRow& o, int sn) {
                                     o.PutDate,
                                     plain_number(o.AddlDepOn)})
         append(line, cell);
-    const int r = vsO.add_item(line);
-    vsO.set_row_data(r, o.SrNoFATR);
+    return line;
 }
 
-void frmNewFATR::add_addition_row(const store::AdditionRow& a, int sn) {
+std::string frmNewFATR::addition_line(const store::AdditionRow& a, int sn) const {
     const double misc = 0 - a.ExciseCr + a.CurrDiff - a.Subsidy;
     const double net = a.PurAmt - a.ExciseCr + a.CurrDiff - a.Subsidy;
     std::string line;
@@ -400,8 +458,7 @@ void frmNewFATR::add_addition_row(const store::AdditionRow& a, int sn) {
                                     std::string(),
                                     a.OthOpts})
         append(line, cell);
-    const int r = vsA.add_item(line);
-    vsA.set_row_data(r, a.SrNoFATR);
+    return line;
 }
 
 long frmNewFATR::selected_serial(const Grid& grid, int row) const {

@@ -275,6 +275,35 @@ void RegisterStore::for_each_addition(std::optional<long> group,
                      [&, reader = addition_reader()](const Row& r) mutable { fn(reader.read(r)); });
 }
 
+std::vector<long> RegisterStore::opening_serials(std::optional<long> group) {
+    std::vector<long> out;
+    db_.for_each_row(
+        "SELECT SrNoFATR FROM " + opening_table() + where_client(group) + kNotMarker + " ORDER BY SrNoFATR",
+        [&](const Row& r) { out.push_back(static_cast<long>(r[0].as_int())); });
+    return out;
+}
+
+std::vector<long> RegisterStore::addition_serials(std::optional<long> group) {
+    std::vector<long> out;
+    db_.for_each_row("SELECT SrNoFATR FROM " + addition_table() + where_client(group) + " ORDER BY SrNoFATR",
+                     [&](const Row& r) { out.push_back(static_cast<long>(r[0].as_int())); });
+    return out;
+}
+
+void RegisterStore::for_each_opening_between(std::optional<long> group, long first, long last,
+                                             const std::function<void(OpeningRow&&)>& fn) {
+    db_.for_each_row("SELECT * FROM " + opening_table() + where_client(group) + kNotMarker +
+                         " AND SrNoFATR BETWEEN " + num(first) + " AND " + num(last) + " ORDER BY SrNoFATR",
+                     [&, reader = opening_reader()](const Row& r) mutable { fn(reader.read(r)); });
+}
+
+void RegisterStore::for_each_addition_between(std::optional<long> group, long first, long last,
+                                              const std::function<void(AdditionRow&&)>& fn) {
+    db_.for_each_row("SELECT * FROM " + addition_table() + where_client(group) + " AND SrNoFATR BETWEEN " +
+                         num(first) + " AND " + num(last) + " ORDER BY SrNoFATR",
+                     [&, reader = addition_reader()](const Row& r) mutable { fn(reader.read(r)); });
+}
+
 void RegisterStore::for_each_opening_for_income_tax(const std::function<void(OpeningRow&&)>& fn) {
     db_.for_each_row(std::string("SELECT ") + kOpeningForIncomeTax + " FROM " + opening_table() +
                          where_client(std::nullopt) + kNotMarker + " ORDER BY SrNoFATR",

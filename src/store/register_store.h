@@ -116,6 +116,15 @@ public:
     // Row by row, for large registers.
     void for_each_opening(std::optional<long> group, const std::function<void(OpeningRow&&)>& fn);
     void for_each_addition(std::optional<long> group, const std::function<void(AdditionRow&&)>& fn);
+    // The serials of those entries alone, in the same order: what a register grid
+    // pages its rows by.
+    std::vector<long> opening_serials(std::optional<long> group = std::nullopt);
+    std::vector<long> addition_serials(std::optional<long> group = std::nullopt);
+    // The entries with serials from `first` to `last`, both included.
+    void for_each_opening_between(std::optional<long> group, long first, long last,
+                                  const std::function<void(OpeningRow&&)>& fn);
+    void for_each_addition_between(std::optional<long> group, long first, long last,
+                                   const std::function<void(AdditionRow&&)>& fn);
     // The same rows with only what the income-tax calculation reads (serial, group,
     // particulars, amounts, dates, rates, DetESA and OthOpts of an opening); every
     // other field keeps its default. A large register is read in half the columns.

@@ -182,5 +182,95 @@ TEST(Grid, HoldsAHundredThousandRowsOfTwentyFourColumns) {
     EXPECT_EQ(g.text_matrix(100001, 22), "");
 }
 
+// A source of `n` rows whose cells say where they came from, counting its pages.
+struct CountingSource {
+    std::vector<std::pair<int, int>> asked;  // first, count
+    GridRowFetch fetch() {
+        return [this](int first, int count) {
+            asked.emplace_back(first, count);
+            GridRowPage page;
+            for (int i = first; i < first + count; ++i) {
+                page.lines.push_back(std::to_string(i + 1) + "\tROW " + std::to_string(i) + "\t1500");
+                page.data.push_back(1000 + i);
+            }
+            return page;
+        };
+    }
+};
+
+TEST(GridRowSource, ReadsOnlyThePagesOfTheRowsAskedFor) {
+    Grid g(3, 2);
+    g.set_col_format(2, "###0.00");
+    CountingSource src;
+    g.set_row_source(1000000, src.fetch());
+    EXPECT_EQ(g.rows(), 1000002);
+    EXPECT_EQ(g.data_rows(), 1000000);
+    EXPECT_TRUE(src.asked.empty());  // nothing read until a row is
+    EXPECT_EQ(g.text_matrix(2, 1), "ROW 0");
+    EXPECT_EQ(g.display_text(2, 2), "1500.00");
+    EXPECT_EQ(g.row_data(2 + 999999), 1000 + 999999);
+    EXPECT_EQ(g.text_matrix(2 + 500000, 0), "500001");
+    // The last page is short: rows 999,936 to 999,999.
+    EXPECT_EQ(src.asked, (std::vector<std::pair<int, int>>{{0, 256}, {999936, 64}, {499968, 256}}));
+    g.text_matrix(2 + 1, 1);  // a page already read is not read again
+    EXPECT_EQ(src.asked.size(), 3u);
+}
+
+TEST(GridRowSource, KeepsTheLastPagesReadAndReadsAnOlderOneAgain) {
+    Grid g(3, 1);
+    CountingSource src;
+    g.set_row_source(Grid::kSourcePage * (Grid::kSourcePagesKept + 1), src.fetch());
+    for (int p = 0; p <= Grid::kSourcePagesKept; ++p) g.text_matrix(1 + p * Grid::kSourcePage, 0);
+    EXPECT_EQ(src.asked.size(), static_cast<std::size_t>(Grid::kSourcePagesKept + 1));
+    g.text_matrix(1 + Grid::kSourcePage * Grid::kSourcePagesKept, 0);  // the newest is kept
+    EXPECT_EQ(src.asked.size(), static_cast<std::size_t>(Grid::kSourcePagesKept + 1));
+    g.text_matrix(1, 0);  // the oldest was let go
+    EXPECT_EQ(src.asked.size(), static_cast<std::size_t>(Grid::kSourcePagesKept + 2));
+}
+
+TEST(GridRowSource, ACellSetOnASourcedRowOutlivesItsPage) {
+    Grid g(3, 1);
+    CountingSource src;
+    g.set_row_source(Grid::kSourcePage * (Grid::kSourcePagesKept + 2), src.fetch());
+    g.set_text_matrix(5, 1, "EDITED");
+    g.set_row_data(5, 7);
+    for (int p = 1; p <= Grid::kSourcePagesKept + 1; ++p) g.text_matrix(1 + p * Grid::kSourcePage, 0);
+    EXPECT_EQ(g.text_matrix(5, 1), "EDITED");
+    EXPECT_EQ(g.text_matrix(5, 2), "1500");
+    EXPECT_EQ(g.row_data(5), 7);
+}
+
+TEST(GridRowSource, AddingARowReadsEveryRowInAndEmptyingReadsNone) {
+    Grid g(3, 1);
+    CountingSource src;
+    g.set_row_source(600, src.fetch());
+    g.add_item("NEW\tLAST", 1);
+    EXPECT_FALSE(g.has_row_source());
+    EXPECT_EQ(g.rows(), 602);
+    EXPECT_EQ(g.text_matrix(1, 0), "NEW");
+    EXPECT_EQ(g.text_matrix(2, 1), "ROW 0");
+    EXPECT_EQ(g.text_matrix(601, 1), "ROW 599");
+    EXPECT_EQ(g.row_data(601), 1599);
+
+    CountingSource again;
+    g.set_row_source(600, again.fetch());
+    g.clear_rows();
+    EXPECT_EQ(g.rows(), 1);
+    EXPECT_TRUE(again.asked.empty());
+}
+
+TEST(GridRowSource, AShortPageLeavesItsMissingRowsEmpty) {
+    Grid g(2, 1);
+    g.set_row_source(10, [](int, int) {
+        GridRowPage page;
+        page.lines = {"a\tb"};
+        page.data = {1};
+        return page;
+    });
+    EXPECT_EQ(g.text_matrix(1, 1), "b");
+    EXPECT_EQ(g.text_matrix(10, 0), "");
+    EXPECT_EQ(g.row_data(10), 0);
+}
+
 }  // namespace
 }  // namespace brenlow

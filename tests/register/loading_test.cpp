@@ -94,12 +94,56 @@ TEST_P(RegisterLoading, ChoosingAGroupShowsOnlyItsEntriesAndAllShowsThemAgain) {
     EXPECT_EQ(s->vsO.data_rows(), 2);
 }
 
+TEST_P(RegisterLoading, AGridOfManyPagesNumbersAndPlacesEveryRowWhereverItIsRead) {
+    // Three pages' worth of openings, every third one furniture; the serials are not
+    // the row numbers once the furniture is filtered out.
+    const int n = 2 * Grid::kSourcePage + 10;
+    {
+        store::Transaction tx(db());
+        for (int i = 0; i < n; ++i)
+            insert_opening(i % 3 == 0 ? kFurniture : kPlant, "ASSET " + std::to_string(i));
+        tx.commit();
+    }
+    auto s = open_screen(ui_);
+    const auto& g = s->vsO;
+    const int part = g.col_index("Particulars"), sn = g.col_index("SN");
+    ASSERT_EQ(g.data_rows(), n);
+    EXPECT_EQ(g.text_matrix(2 + n - 1, part), "ASSET " + std::to_string(n - 1));  // the last page first
+    EXPECT_EQ(g.text_matrix(2 + n - 1, sn), std::to_string(n));
+    EXPECT_EQ(g.text_matrix(2, part), "ASSET 0");
+    EXPECT_EQ(g.row_data(2 + Grid::kSourcePage), s->OpeningSerials()[Grid::kSourcePage]);
+
+    s->cboFAGM_Click(s->cboFAGM.List.index_of_id(std::to_string(kPlant)));
+    const int plant = n - (n + 2) / 3;
+    ASSERT_EQ(g.data_rows(), plant);
+    for (const int row : {0, Grid::kSourcePage - 1, Grid::kSourcePage, plant - 1}) {
+        // Row k of the plant lines is asset k + k / 2 + 1 (two plant entries between furniture ones).
+        const int asset = row + row / 2 + 1;
+        EXPECT_EQ(g.text_matrix(2 + row, part), "ASSET " + std::to_string(asset)) << row;
+        EXPECT_EQ(g.text_matrix(2 + row, sn), std::to_string(row + 1)) << row;
+    }
+    ui_.expect_nothing_more();
+}
+
+TEST_P(RegisterLoading, AnEntryGoneSinceTheGridWasFilledLeavesItsLineEmpty) {
+    insert_opening(kPlant, "LATHE");
+    const long gone = insert_opening(kPlant, "DRILL");
+    insert_opening(kPlant, "PRESS");
+    auto s = open_screen(ui_);
+    db().execute("DELETE FROM NewFATRo2016 WHERE SrNoFATR=" + std::to_string(gone));
+    const auto& g = s->vsO;
+    ASSERT_EQ(g.data_rows(), 3);
+    EXPECT_EQ(g.text_matrix(3, g.col_index("Particulars")), "");
+    EXPECT_EQ(g.row_data(3), gone);
+    EXPECT_EQ(g.text_matrix(4, g.col_index("Particulars")), "PRESS");
+}
+
 TEST_P(RegisterLoading, ClientWithOnlyTheOldChartMarkerShowsNoEntries) {
     store().write_old_chart_marker();
     auto s = open_screen(ui_);
     EXPECT_TRUE(s->OldChart());
     EXPECT_EQ(s->vsO.data_rows(), 0);
-    EXPECT_TRUE(s->OpeningEntries().empty());
+    EXPECT_TRUE(s->OpeningSerials().empty());
     s->cmdAddO_Click();
     EXPECT_EQ(s->Mode(), reg::EntryMode::None);
 }

@@ -123,8 +123,9 @@ TEST_P(RegisterOptionsTest, PreviousYearIsCarriedForwardOnYesWithItsGroups) {
                "Do you want to Change Rate for Income-Tax to 40% [Maximum Allowed as per Income-Tax Act] ?",
                "Do you want to Change Rate for Books (Other than Company) to 40% [Maximum Allowed as per "
                "Income-Tax Act] ?"}));
-    const auto& rows = s->OpeningEntries();
+    const auto rows = store().opening_entries();
     ASSERT_EQ(rows.size(), 2u);
+    EXPECT_EQ(s->vsO.text_matrix(2, s->vsO.col_index("Particulars")), "LATHE");
     EXPECT_EQ(rows[0].Part, "LATHE");
     EXPECT_DOUBLE_EQ(rows[0].CostWdv, 100000);
     EXPECT_DOUBLE_EQ(rows[0].OpDepr, 28000);  // 10% of the carrying amount of 80,000, held all year
