@@ -6,9 +6,11 @@
 #include <iterator>
 #include <unordered_map>
 #include <utility>
+#include <variant>
 
 #include "controls/vb_date.h"
 #include "depreciation/half_rate_line.h"
+#include "register/read_ahead.h"
 #include "register/register_entry_math.h"
 #include "register/register_options.h"
 #include "register/register_text.h"
@@ -267,10 +269,18 @@ void run_income_tax(store::Database& db, store::RegisterStore& rs, const Masters
         p.entries.emplace_back(e);
         if (texts) p.particulars.push_back(std::move(part));
     };
-    rs.for_each_opening_for_income_tax(
-        [&](store::OpeningRow&& o) { park(o.IdFAGM, o.Part, income_tax_entry(o, m.group(o.IdFAGM))); });
-    rs.for_each_addition_for_income_tax(
-        [&](store::AdditionRow&& a) { park(a.IdFAGM, a.Part, income_tax_entry(a, m.group(a.IdFAGM))); });
+    // Read on a second thread while this one makes the entries and parks them.
+    using Read = std::variant<store::OpeningRow, store::AdditionRow>;
+    read_ahead<Read>(
+        [&](const std::function<void(Read &&)>& put) {
+            rs.for_each_opening_for_income_tax([&](store::OpeningRow&& o) { put(std::move(o)); });
+            rs.for_each_addition_for_income_tax([&](store::AdditionRow&& a) { put(std::move(a)); });
+        },
+        [&](Read&& r) {
+            std::visit(
+                [&](auto& row) { park(row.IdFAGM, row.Part, income_tax_entry(row, m.group(row.IdFAGM))); },
+                r);
+        });
 
     if (options.keep_entries) {
         std::size_t entries = 0;
@@ -407,8 +417,15 @@ void run_books(store::RegisterStore& rs, const Masters& m, bool interactive,
             out.books.assets.push_back(std::move(r));
         }
     };
-    rs.for_each_opening(std::nullopt, [&](store::OpeningRow&& o) { calculate(books_entry(o, m, common)); });
-    rs.for_each_addition(std::nullopt, [&](store::AdditionRow&& a) { calculate(books_entry(a, m, common)); });
+    // The register is read and made into entries on a second thread while this one
+    // works them out, in the order read.
+    using Read = std::variant<store::OpeningRow, store::AdditionRow>;
+    read_ahead<Read>(
+        [&](const std::function<void(Read &&)>& put) {
+            rs.for_each_opening_for_books([&](store::OpeningRow&& o) { put(std::move(o)); });
+            rs.for_each_addition_for_books([&](store::AdditionRow&& a) { put(std::move(a)); });
+        },
+        [&](Read&& r) { std::visit([&](const auto& row) { calculate(books_entry(row, m, common)); }, r); });
 
     out.books.no_assets = out.no_assets = out.books_assets.empty();
     out.warnings = log.take();

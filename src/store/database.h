@@ -40,6 +40,14 @@ public:
     Value(std::string v) : v_(std::move(v)) {}
 
     bool is_null() const { return std::holds_alternative<std::monostate>(v_); }
+    // Text set in place: a value that holds text already keeps its room, so a row
+    // read into the same values again and again allocates nothing for short changes.
+    void set_text(std::string_view text) {
+        if (auto* s = std::get_if<std::string>(&v_))
+            s->assign(text);
+        else
+            v_.emplace<std::string>(text);
+    }
     // The conversions are lenient as a recordset's fields are: NULL reads as 0 / "",
     // numeric text reads as its number, a number reads as its plain decimal text.
     double as_double() const;

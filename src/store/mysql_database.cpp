@@ -88,9 +88,28 @@ struct ResultDeleter {
 };
 using Result = std::unique_ptr<MYSQL_RES, ResultDeleter>;
 
+bool is_numeric_field(enum_field_types type) {
+    switch (type) {
+        case MYSQL_TYPE_TINY:
+        case MYSQL_TYPE_SHORT:
+        case MYSQL_TYPE_LONG:
+        case MYSQL_TYPE_INT24:
+        case MYSQL_TYPE_LONGLONG:
+        case MYSQL_TYPE_YEAR:
+        case MYSQL_TYPE_FLOAT:
+        case MYSQL_TYPE_DOUBLE:
+        case MYSQL_TYPE_DECIMAL:
+        case MYSQL_TYPE_NEWDECIMAL:
+            return true;
+        default:
+            return false;
+    }
+}
+
+// A field of the text protocol: `data` ends in a NUL past its `length` bytes, so a
+// number is read in place.
 Value field_value(const MYSQL_FIELD& field, const char* data, unsigned long length) {
     if (!data) return Value();
-    const std::string text(data, length);
     switch (field.type) {
         case MYSQL_TYPE_TINY:
         case MYSQL_TYPE_SHORT:
@@ -99,20 +118,23 @@ Value field_value(const MYSQL_FIELD& field, const char* data, unsigned long leng
         case MYSQL_TYPE_LONGLONG:
         case MYSQL_TYPE_YEAR: {
             if ((field.flags & UNSIGNED_FLAG) && field.type == MYSQL_TYPE_LONGLONG) {
-                const unsigned long long u = std::strtoull(text.c_str(), nullptr, 10);
+                const unsigned long long u = std::strtoull(data, nullptr, 10);
                 if (u > static_cast<unsigned long long>(std::numeric_limits<std::int64_t>::max())) {
                     return Value(static_cast<double>(u));
                 }
             }
-            return Value(static_cast<std::int64_t>(std::strtoll(text.c_str(), nullptr, 10)));
+            return Value(static_cast<std::int64_t>(std::strtoll(data, nullptr, 10)));
         }
         case MYSQL_TYPE_FLOAT:
         case MYSQL_TYPE_DOUBLE:
         case MYSQL_TYPE_DECIMAL:
         case MYSQL_TYPE_NEWDECIMAL:
-            return Value(std::strtod(text.c_str(), nullptr));
-        default:
-            return Value(text);
+            return Value(std::strtod(data, nullptr));
+        default: {
+            Value v;
+            v.set_text(std::string_view(data, length));
+            return v;
+        }
     }
 }
 
@@ -130,7 +152,13 @@ void read_row(MYSQL_RES* result, MYSQL_ROW row, std::vector<Value>& values) {
     const MYSQL_FIELD* fields = mysql_fetch_fields(result);
     const unsigned long* lengths = mysql_fetch_lengths(result);
     values.resize(count);
-    for (unsigned i = 0; i < count; ++i) values[i] = field_value(fields[i], row[i], lengths[i]);
+    for (unsigned i = 0; i < count; ++i) {
+        // Text goes into the room the value had on the row before.
+        if (row[i] && !is_numeric_field(fields[i].type))
+            values[i].set_text(std::string_view(row[i], lengths[i]));
+        else
+            values[i] = field_value(fields[i], row[i], lengths[i]);
+    }
 }
 
 }  // namespace

@@ -105,6 +105,14 @@ constexpr const char* kAdditionForIncomeTax =
     "SaleExp, "
     "OthOpts";
 
+// The books run's reads: only the columns it uses.
+constexpr const char* kOpeningForBooks =
+    "SrNoFATR, IdFAGM, Part, PutDate, CostWdv, OpDepr, DepCalcCA, ResValue, LifeYrs, RateFACL, DepFACL, "
+    "SaleDate, SaleAmt, SaleExp, ShiftDet, OthOpts";
+constexpr const char* kAdditionForBooks =
+    "SrNoFATR, IdFAGM, Part, PutDate, PurAmt, ExciseCr, CurrDiff, Subsidy, ResValue, LifeYrs, RateFACL, "
+    "DepFACL, SaleDate, SaleAmt, SaleExp, ShiftDet, OthOpts";
+
 }  // namespace
 
 // The values after the key columns, in stored order.
@@ -302,6 +310,26 @@ void RegisterStore::for_each_addition_between(std::optional<long> group, long fi
     db_.for_each_row("SELECT * FROM " + addition_table() + where_client(group) + " AND SrNoFATR BETWEEN " +
                          num(first) + " AND " + num(last) + " ORDER BY SrNoFATR",
                      [&, reader = addition_reader()](const Row& r) mutable { fn(reader.read(r)); });
+}
+
+void RegisterStore::for_each_opening_for_books(const std::function<void(OpeningRow&&)>& fn) {
+    db_.for_each_row(std::string("SELECT ") + kOpeningForBooks + " FROM " + opening_table() +
+                         where_client(std::nullopt) + kNotMarker + " ORDER BY SrNoFATR",
+                     [&, reader = opening_reader()](const Row& r) mutable {
+                         OpeningRow o = reader.read(r);
+                         o.Code_No = code_;
+                         fn(std::move(o));
+                     });
+}
+
+void RegisterStore::for_each_addition_for_books(const std::function<void(AdditionRow&&)>& fn) {
+    db_.for_each_row(std::string("SELECT ") + kAdditionForBooks + " FROM " + addition_table() +
+                         where_client(std::nullopt) + " ORDER BY SrNoFATR",
+                     [&, reader = addition_reader()](const Row& r) mutable {
+                         AdditionRow a = reader.read(r);
+                         a.Code_No = code_;
+                         fn(std::move(a));
+                     });
 }
 
 void RegisterStore::for_each_opening_for_income_tax(const std::function<void(OpeningRow&&)>& fn) {

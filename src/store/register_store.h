@@ -129,6 +129,9 @@ public:
     // particulars, amounts, dates, rates, DetESA and OthOpts of an opening); every
     // other field keeps its default. A large register is read in half the columns.
     void for_each_opening_for_income_tax(const std::function<void(OpeningRow&&)>& fn);
+    // And with only what the books (Companies Act) calculation reads.
+    void for_each_opening_for_books(const std::function<void(OpeningRow&&)>& fn);
+    void for_each_addition_for_books(const std::function<void(AdditionRow&&)>& fn);
     void for_each_addition_for_income_tax(const std::function<void(AdditionRow&&)>& fn);
     std::optional<OpeningRow> opening_entry(long group, long serial);
     std::optional<AdditionRow> addition_entry(long group, long serial);

@@ -38,18 +38,22 @@ bool no_statement_in(sqlite3* db, std::string_view text) {
     return true;
 }
 
-Value column_value(sqlite3_stmt* s, int i) {
+void read_column(sqlite3_stmt* s, int i, Value& into) {
     switch (sqlite3_column_type(s, i)) {
         case SQLITE_INTEGER:
-            return Value(static_cast<std::int64_t>(sqlite3_column_int64(s, i)));
+            into = Value(static_cast<std::int64_t>(sqlite3_column_int64(s, i)));
+            return;
         case SQLITE_FLOAT:
-            return Value(sqlite3_column_double(s, i));
+            into = Value(sqlite3_column_double(s, i));
+            return;
         case SQLITE_NULL:
-            return Value();
+            into = Value();
+            return;
         default: {
             const auto* text = static_cast<const char*>(sqlite3_column_blob(s, i));
             const auto size = static_cast<std::size_t>(sqlite3_column_bytes(s, i));
-            return Value(text ? std::string(text, size) : std::string());
+            into.set_text(text ? std::string_view(text, size) : std::string_view());
+            return;
         }
     }
 }
@@ -208,7 +212,7 @@ void SqliteDatabase::for_each_row(std::string_view sql, const std::function<void
             after_failure();
             throw e;
         }
-        for (int i = 0; i < columns; ++i) values[static_cast<std::size_t>(i)] = column_value(raw, i);
+        for (int i = 0; i < columns; ++i) read_column(raw, i, values[static_cast<std::size_t>(i)]);
         fn(Row(&names, &values));
     }
 }
