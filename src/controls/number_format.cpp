@@ -1,8 +1,10 @@
 #include "controls/number_format.h"
 
 #include <algorithm>
+#include <bit>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <cstdlib>
 #include <string>
 #include <vector>
@@ -29,16 +31,9 @@ struct Decimal {
     }
 };
 
-Decimal to_decimal(double value) {
-    Decimal d;
-    if (!std::isfinite(value) || value == 0.0) return d;
-    // 15 significant digits, always with an exponent: "-1.23450000000000e+02".
-    // The shortest-exact conversion gives the digits correctly rounded from the
-    // binary value (ties to even), as printf's "%.14e" does.
-    char buf[64];
-    const auto result = std::to_chars(buf, buf + sizeof buf, value, std::chars_format::scientific, 14);
-    const char* p = buf;
-    const char* const end = result.ptr;
+// The digits and exponent of a "d.ddd...e+xx" text into d (digits as written, the
+// point after the first).
+void read_scientific(Decimal& d, const char* p, const char* end) {
     if (*p == '-') {
         d.negative = true;
         ++p;
@@ -55,8 +50,104 @@ Decimal to_decimal(double value) {
         if (negative_exponent) exponent = -exponent;
     }
     d.point = exponent + 1;
+}
+
+// 15 significant digits, always with an exponent: "-1.23450000000000e+02".
+// The shortest-exact conversion gives the digits correctly rounded from the
+// binary value (ties to even), as printf's "%.14e" does.
+Decimal to_decimal_exact(double value) {
+    Decimal d;
+    char buf[64];
+    const auto result = std::to_chars(buf, buf + sizeof buf, value, std::chars_format::scientific, 14);
+    read_scientific(d, buf, result.ptr);
     d.trim_zeros();
     return d;
+}
+
+// The same digits in integer arithmetic, for the magnitudes amounts, rates and lives
+// have (about 1e-12 to 1e15). The value is m * 2^q exactly; times 10^(14-e) it is
+// m * 5^(14-e) / 2^(e-14-q), which 128 bits hold exactly, so the integer part and the
+// remainder are exact and the fifteenth digit is rounded as the exact conversion
+// rounds it (halves of the binary value itself to even).
+__extension__ typedef unsigned __int128 Wide;
+
+constexpr std::uint64_t kPowersOfFive[28] = {1ULL,
+                                             5ULL,
+                                             25ULL,
+                                             125ULL,
+                                             625ULL,
+                                             3125ULL,
+                                             15625ULL,
+                                             78125ULL,
+                                             390625ULL,
+                                             1953125ULL,
+                                             9765625ULL,
+                                             48828125ULL,
+                                             244140625ULL,
+                                             1220703125ULL,
+                                             6103515625ULL,
+                                             30517578125ULL,
+                                             152587890625ULL,
+                                             762939453125ULL,
+                                             3814697265625ULL,
+                                             19073486328125ULL,
+                                             95367431640625ULL,
+                                             476837158203125ULL,
+                                             2384185791015625ULL,
+                                             11920928955078125ULL,
+                                             59604644775390625ULL,
+                                             298023223876953125ULL,
+                                             1490116119384765625ULL,
+                                             7450580596923828125ULL};
+
+Decimal to_decimal(double value) {
+    if (!std::isfinite(value) || value == 0.0) return Decimal{};
+    const std::uint64_t bits = std::bit_cast<std::uint64_t>(value);
+    const int biased = static_cast<int>((bits >> 52) & 0x7ff);
+    const double magnitude = std::fabs(value);
+    if (biased == 0 || !(magnitude >= 1e-12 && magnitude < 1e15)) return to_decimal_exact(value);
+    const std::uint64_t m = (bits & ((std::uint64_t{1} << 52) - 1)) | (std::uint64_t{1} << 52);
+    const int q = biased - 1075;  // value = m * 2^q
+    // 10^e <= |value|, e at most one below the true decimal exponent.
+    int e = static_cast<int>(std::floor((q + 52) * 0.30102999566398120));
+    static constexpr std::uint64_t kFifteen = 1000000000000000ULL;
+    for (;;) {
+        const int p = 14 - e;  // 0..27 in the range above
+        const int shift = -(q + p);
+        if (p < 0 || p > 27 || shift < 1 || shift > 127) return to_decimal_exact(value);
+        const Wide product = static_cast<Wide>(m) * kPowersOfFive[p];
+        std::uint64_t n = static_cast<std::uint64_t>(product >> shift);
+        if (n >= kFifteen) {
+            ++e;
+            continue;
+        }
+        if (n < kFifteen / 10) return to_decimal_exact(value);  // never: e is at most one low
+        const Wide remainder = product & ((static_cast<Wide>(1) << shift) - 1);
+        const Wide half = static_cast<Wide>(1) << (shift - 1);
+        if (remainder > half || (remainder == half && (n & 1) != 0)) ++n;
+        int point = e + 1;
+        if (n == kFifteen) {
+            n /= 10;
+            ++point;
+        }
+        Decimal d;
+        d.negative = value < 0;
+        d.count = 15;
+        // Two halves in 32 bits: the last eight digits, then the first seven.
+        std::uint32_t low = static_cast<std::uint32_t>(n % 100000000);
+        std::uint32_t high = static_cast<std::uint32_t>(n / 100000000);
+        for (int i = 14; i >= 7; --i) {
+            d.digits[i] = static_cast<char>('0' + low % 10);
+            low /= 10;
+        }
+        for (int i = 6; i >= 0; --i) {
+            d.digits[i] = static_cast<char>('0' + high % 10);
+            high /= 10;
+        }
+        d.point = point;
+        d.trim_zeros();
+        return d;
+    }
 }
 
 enum class Halves { away_from_zero, to_even };
@@ -137,17 +228,6 @@ bool comma_before(int after, DigitGrouping grouping) {
     return after == 3 || (after > 3 && (after - 3) % 2 == 0);
 }
 
-std::string group_digits(const std::string& whole) {
-    std::string out;
-    const int n = static_cast<int>(whole.size());
-    out.reserve(n + n / 2);
-    for (int i = 0; i < n; ++i) {
-        if (i > 0 && comma_before(n - i, g_grouping)) out.push_back(',');
-        out.push_back(whole[i]);
-    }
-    return out;
-}
-
 // Whether the comma-separated groups of a whole part follow one of the two groupings:
 // the last group three digits, the first one to three (western) or one or two
 // (Indian, with every group between of two).
@@ -203,8 +283,8 @@ double decimal_value(const Decimal& d) {
 // "#,##0.00". The pattern's zeros after the point give the decimals; a comma in it
 // asks for thousands separators; a point with no digits after it is printed as is.
 struct Section {
-    std::string prefix;
-    std::string suffix;
+    std::string_view prefix;  // within the mask
+    std::string_view suffix;
     bool grouping = false;
     bool has_point = false;
     int decimals = 0;
@@ -214,7 +294,8 @@ Section parse_section(std::string_view s) {
     Section sec;
     const auto is_pattern = [](char c) { return c == '#' || c == '0' || c == ',' || c == '.'; };
     std::size_t i = 0;
-    while (i < s.size() && !is_pattern(s[i])) sec.prefix.push_back(s[i++]);
+    while (i < s.size() && !is_pattern(s[i])) ++i;
+    sec.prefix = s.substr(0, i);
     bool after_point = false;
     for (; i < s.size() && is_pattern(s[i]); ++i) {
         if (s[i] == '.') {
@@ -226,19 +307,29 @@ Section parse_section(std::string_view s) {
             ++sec.decimals;
         }
     }
-    sec.suffix.assign(s.substr(i));
+    sec.suffix = s.substr(i);
     return sec;
 }
 
+// The section's text of d, made in one piece: prefix, minus, whole part (grouped when
+// asked), point, exactly `decimals` digits, suffix.
 std::string apply_section(const Section& sec, const Decimal& d, bool show_minus) {
-    std::string whole = integer_part(d);
-    if (sec.grouping) whole = group_digits(whole);
-    std::string out = sec.prefix;
+    const int whole_digits = d.point > 0 && d.count > 0 ? d.point : 1;  // "0" when there are none
+    std::string out;
+    out.reserve(sec.prefix.size() + sec.suffix.size() + 2 + static_cast<std::size_t>(whole_digits) * 3 / 2 +
+                static_cast<std::size_t>(std::max(sec.decimals, 0)));
+    out.append(sec.prefix);
     if (show_minus) out.push_back('-');
-    out += whole;
+    for (int i = 0; i < whole_digits; ++i) {
+        if (sec.grouping && i > 0 && comma_before(whole_digits - i, g_grouping)) out.push_back(',');
+        out.push_back(d.point > 0 && i < d.count ? d.digits[i] : '0');
+    }
     if (sec.has_point) out.push_back('.');
-    out += fraction_part(d, sec.decimals);
-    out += sec.suffix;
+    for (int i = 0; i < sec.decimals; ++i) {
+        const int index = d.point + i;  // position in digits of the i-th decimal
+        out.push_back(index >= 0 && index < d.count ? d.digit(index) : '0');
+    }
+    out.append(sec.suffix);
     return out;
 }
 

@@ -7,24 +7,20 @@ namespace {
 
 // Lakh grouping: the last three digits, then pairs.
 std::string group_indian(const std::string& plain) {
-    std::size_t start = (!plain.empty() && plain[0] == '-') ? 1 : 0;
+    const std::size_t start = (!plain.empty() && plain[0] == '-') ? 1 : 0;
     std::size_t point = plain.find('.');
     if (point == std::string::npos) point = plain.size();
-    std::string digits = plain.substr(start, point - start);
+    const std::size_t digits = point - start;
     std::string grouped;
-    if (digits.size() <= 3) {
-        grouped = digits;
-    } else {
-        std::string head = digits.substr(0, digits.size() - 3);
-        std::string tail = digits.substr(digits.size() - 3);
-        std::string pairs;
-        while (head.size() > 2) {
-            pairs = "," + head.substr(head.size() - 2) + pairs;
-            head.resize(head.size() - 2);
-        }
-        grouped = head + pairs + "," + tail;
+    grouped.reserve(plain.size() + digits / 2);
+    grouped.append(plain, 0, start);
+    for (std::size_t i = 0; i < digits; ++i) {
+        const std::size_t after = digits - i;  // digits from this one to the point
+        if (i > 0 && (after == 3 || (after > 3 && (after - 3) % 2 == 0))) grouped.push_back(',');
+        grouped.push_back(plain[start + i]);
     }
-    return plain.substr(0, start) + grouped + plain.substr(point);
+    grouped.append(plain, point, std::string::npos);
+    return grouped;
 }
 
 }  // namespace
