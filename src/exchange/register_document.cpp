@@ -241,28 +241,59 @@ std::string fy_text(long year) {
 
 }  // namespace
 
-std::string export_register(store::Database& db, const std::string& code, int year) {
-    store::RegisterStore reg(db, code, year);
-    Json doc = {{"format", "brenlow-register"}, {"version", 2}, {"client", code}, {"year", year}};
-    Json groups = Json::array(), openings = Json::array(), additions = Json::array(), options = Json::array();
-    for (const auto& g : reg.asset_groups()) groups.push_back(group_json(g));
-    reg.for_each_opening(std::nullopt, [&](store::OpeningRow&& o) { openings.push_back(opening_json(o)); });
-    reg.for_each_addition(std::nullopt,
-                          [&](store::AdditionRow&& a) { additions.push_back(addition_json(a)); });
-    if (const auto mi = reg.options_row())
-        options.push_back(Json{{"Code_No", code}, {"Yr", year}, {"MiscInf", *mi}});
-    doc["NewFAGM"] = std::move(groups);
-    doc["NewFATRo"] = std::move(openings);
-    doc["NewFATRa"] = std::move(additions);
-    doc["NewFAMI"] = std::move(options);
-    // Version 2 carries the depreciation typed in by hand per group; version 1 did not.
-    Json manual = Json::array();
-    for (const auto& [group, amount] : reg.manual_depreciation())
-        manual.push_back(Json{{"Code_No", code}, {"Yr", year}, {"IdFAGM", group}, {"DepAmt", num(amount)}});
-    doc["NewFAMD"] = std::move(manual);
+void export_register(store::Database& db, const std::string& code, int year, const TextSink& out) {
     // Text cut inside a character by an older version is still in some databases:
     // the broken bytes come out as U+FFFD rather than stopping the whole export.
-    return doc.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
+    const auto dumped = [](const Json& v) {
+        return v.dump(2, ' ', false, nlohmann::json::error_handler_t::replace);
+    };
+    // The document is written as one two-space indented dump of it would print it, a
+    // row at a time: each table is a member of the top object, each row an element
+    // of its list, four spaces in.
+    std::string piece;
+    const auto table = [&](const char* name, const auto& each_row) {
+        piece = std::string(",\n  \"") + name + "\": [";
+        bool any = false;
+        each_row([&](const Json& row) {
+            piece += any ? ",\n    " : "\n    ";
+            any = true;
+            for (const char c : dumped(row)) {
+                piece += c;
+                if (c == '\n') piece += "    ";
+            }
+            out(piece);
+            piece.clear();
+        });
+        piece += any ? "\n  ]" : "]";
+        out(piece);
+    };
+    store::RegisterStore reg(db, code, year);
+    out("{\n  \"format\": \"brenlow-register\",\n  \"version\": 2,\n  \"client\": " + dumped(Json(code)) +
+        ",\n  \"year\": " + std::to_string(year));
+    table("NewFAGM", [&](const auto& put) {
+        for (const auto& g : reg.asset_groups()) put(group_json(g));
+    });
+    table("NewFATRo", [&](const auto& put) {
+        reg.for_each_opening(std::nullopt, [&](store::OpeningRow&& o) { put(opening_json(o)); });
+    });
+    table("NewFATRa", [&](const auto& put) {
+        reg.for_each_addition(std::nullopt, [&](store::AdditionRow&& a) { put(addition_json(a)); });
+    });
+    table("NewFAMI", [&](const auto& put) {
+        if (const auto mi = reg.options_row()) put(Json{{"Code_No", code}, {"Yr", year}, {"MiscInf", *mi}});
+    });
+    // Version 2 carries the depreciation typed in by hand per group; version 1 did not.
+    table("NewFAMD", [&](const auto& put) {
+        for (const auto& [group, amount] : reg.manual_depreciation())
+            put(Json{{"Code_No", code}, {"Yr", year}, {"IdFAGM", group}, {"DepAmt", num(amount)}});
+    });
+    out("\n}\n");
+}
+
+std::string export_register(store::Database& db, const std::string& code, int year) {
+    std::string text;
+    export_register(db, code, year, [&text](std::string_view piece) { text += piece; });
+    return text;
 }
 
 ImportResult import_register(store::Database& db, const std::string& code, int year, const std::string& json,

@@ -12,7 +12,9 @@
 // rules in their order (the same messages the screen shows); an error names the
 // table, the row (counted from 1) and the field.
 
+#include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "store/database.h"
@@ -21,6 +23,11 @@ namespace brenlow::exchange {
 
 // The document of the client's year, as JSON text (two-space indented).
 std::string export_register(store::Database& db, const std::string& code, int year);
+
+// The same text handed over in pieces, a row at a time, so that a register of any size
+// goes to its file without being held whole.
+using TextSink = std::function<void(std::string_view)>;
+void export_register(store::Database& db, const std::string& code, int year, const TextSink& out);
 
 struct ImportOptions {
     bool replace = false;  // delete the client's entries and options of the year first
