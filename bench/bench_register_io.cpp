@@ -157,8 +157,16 @@ int run_cli(const std::vector<std::string>& args) {
 }
 
 std::vector<std::string> export_args(const Register& reg) {
-    return {"--db", reg.url(), "register", "export", reg.file("register.json"), "--client", "C001",
-            "--year", std::to_string(kYear), "--yes"};
+    return {"--db",
+            reg.url(),
+            "register",
+            "export",
+            reg.file("register.json"),
+            "--client",
+            "C001",
+            "--year",
+            std::to_string(kYear),
+            "--yes"};
 }
 
 // Time and peak memory of the command, per iteration; the peak counter is the
@@ -182,7 +190,8 @@ void export_json(benchmark::State& state) {
     auto& reg = prepared(static_cast<int>(state.range(0)));
     if (!reg.ok()) return state.SkipWithError("the register was not generated");
     measure(state, export_args(reg));
-    state.counters["file_MB"] = static_cast<double>(std::filesystem::file_size(reg.file("register.json"))) / 1e6;
+    state.counters["file_MB"] =
+        static_cast<double>(std::filesystem::file_size(reg.file("register.json"))) / 1e6;
 }
 
 // Into the empty client, replacing what the iteration before wrote.

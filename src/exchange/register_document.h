@@ -13,6 +13,7 @@
 // table, the row (counted from 1) and the field.
 
 #include <functional>
+#include <istream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -51,6 +52,10 @@ struct ImportResult {
 // name within the year, or created; entries get new serials after the client's
 // largest; the document's own client and year do not bind the target.
 ImportResult import_register(store::Database& db, const std::string& code, int year, const std::string& json,
+                             const ImportOptions& options);
+// The same from a file or any stream that can go back to its start: the document is
+// read as it goes by, never held whole (the rows are, packed, for their checks).
+ImportResult import_register(store::Database& db, const std::string& code, int year, std::istream& json,
                              const ImportOptions& options);
 
 }  // namespace brenlow::exchange

@@ -97,11 +97,11 @@ int import_register(Context& ctx, const std::vector<std::string>& args) {
             if (!got) return refuse({});
             r = *got;
         } else {
+            // Read as it goes by: the document is never held whole.
             std::ifstream f(t.file, std::ios::binary);
-            std::ostringstream text;
-            if (f) text << f.rdbuf();
-            if (!f || f.bad()) return refuse({"the file cannot be read"});
-            r = exchange::import_register(ctx.base().dbobj(), t.code, t.year, text.str(), options);
+            if (!f) return refuse({"the file cannot be read"});
+            r = exchange::import_register(ctx.base().dbobj(), t.code, t.year, f, options);
+            if (f.bad()) return refuse({"the file cannot be read"});
         }
     } catch (const store::DbError& e) {
         // The import is one group of writes: a failure part-way undid all of it.
