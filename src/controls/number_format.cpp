@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace brenlow {
@@ -109,7 +110,7 @@ Decimal to_decimal(double value) {
     const std::uint64_t m = (bits & ((std::uint64_t{1} << 52) - 1)) | (std::uint64_t{1} << 52);
     const int q = biased - 1075;  // value = m * 2^q
     // 10^e <= |value|, e at most one below the true decimal exponent.
-    int e = static_cast<int>(std::floor((q + 52) * 0.30102999566398120));
+    int e = ((q + 52) * 78913) >> 18;  // floor((q + 52) * log10(2)) for these exponents
     static constexpr std::uint64_t kFifteen = 1000000000000000ULL;
     for (;;) {
         const int p = 14 - e;  // 0..27 in the range above
@@ -132,20 +133,33 @@ Decimal to_decimal(double value) {
         }
         Decimal d;
         d.negative = value < 0;
-        d.count = 15;
-        // Two halves in 32 bits: the last eight digits, then the first seven.
-        std::uint32_t low = static_cast<std::uint32_t>(n % 100000000);
-        std::uint32_t high = static_cast<std::uint32_t>(n / 100000000);
-        for (int i = 14; i >= 7; --i) {
-            d.digits[i] = static_cast<char>('0' + low % 10);
-            low /= 10;
+        // Trailing zeros are not digits of the decimal: amounts have few digits that count.
+        int count = 15;
+        for (const auto& [power, digits] : {std::pair{100000000ULL, 8}, std::pair{10000ULL, 4},
+                                            std::pair{100ULL, 2}, std::pair{10ULL, 1}}) {
+            if (n % power == 0) {
+                n /= power;
+                count -= digits;
+            }
         }
-        for (int i = 6; i >= 0; --i) {
-            d.digits[i] = static_cast<char>('0' + high % 10);
-            high /= 10;
+        if (n % 10 == 0) {  // 8 + 4 + 2 + 1 leaves one zero more at most
+            n /= 10;
+            --count;
         }
+        d.count = count;
+        static constexpr char kPairs[] =
+            "00010203040506070809101112131415161718192021222324252627282930313233343536373839"
+            "40414243444546474849505152535455565758596061626364656667686970717273747576777879"
+            "8081828384858687888990919293949596979899";
+        int i = count;
+        for (; i >= 2; i -= 2) {
+            const auto pair = static_cast<std::size_t>(n % 100) * 2;
+            n /= 100;
+            d.digits[i - 2] = kPairs[pair];
+            d.digits[i - 1] = kPairs[pair + 1];
+        }
+        if (i == 1) d.digits[0] = static_cast<char>('0' + n);
         d.point = point;
-        d.trim_zeros();
         return d;
     }
 }
@@ -293,21 +307,23 @@ struct Section {
 Section parse_section(std::string_view s) {
     Section sec;
     const auto is_pattern = [](char c) { return c == '#' || c == '0' || c == ',' || c == '.'; };
-    std::size_t i = 0;
-    while (i < s.size() && !is_pattern(s[i])) ++i;
-    sec.prefix = s.substr(0, i);
+    const char* const begin = s.data();
+    const char* const end = begin + s.size();
+    const char* p = begin;
+    while (p != end && !is_pattern(*p)) ++p;
+    sec.prefix = std::string_view(begin, static_cast<std::size_t>(p - begin));
     bool after_point = false;
-    for (; i < s.size() && is_pattern(s[i]); ++i) {
-        if (s[i] == '.') {
+    for (; p != end && is_pattern(*p); ++p) {
+        if (*p == '.') {
             after_point = true;
             sec.has_point = true;
-        } else if (s[i] == ',') {
-            if (!after_point) sec.grouping = true;
+        } else if (*p == ',') {
+            sec.grouping = sec.grouping || !after_point;
         } else if (after_point) {
             ++sec.decimals;
         }
     }
-    sec.suffix = s.substr(i);
+    sec.suffix = std::string_view(p, static_cast<std::size_t>(end - p));
     return sec;
 }
 
@@ -315,21 +331,24 @@ Section parse_section(std::string_view s) {
 // asked), point, exactly `decimals` digits, suffix.
 std::string apply_section(const Section& sec, const Decimal& d, bool show_minus) {
     const int whole_digits = d.point > 0 && d.count > 0 ? d.point : 1;  // "0" when there are none
+    const int decimals = std::max(sec.decimals, 0);
     std::string out;
-    out.reserve(sec.prefix.size() + sec.suffix.size() + 2 + static_cast<std::size_t>(whole_digits) * 3 / 2 +
-                static_cast<std::size_t>(std::max(sec.decimals, 0)));
-    out.append(sec.prefix);
-    if (show_minus) out.push_back('-');
+    out.resize(sec.prefix.size() + sec.suffix.size() + 2 + static_cast<std::size_t>(whole_digits) * 3 / 2 +
+               1 + static_cast<std::size_t>(decimals));
+    char* p = out.data();
+    for (const char c : sec.prefix) *p++ = c;
+    if (show_minus) *p++ = '-';
     for (int i = 0; i < whole_digits; ++i) {
-        if (sec.grouping && i > 0 && comma_before(whole_digits - i, g_grouping)) out.push_back(',');
-        out.push_back(d.point > 0 && i < d.count ? d.digits[i] : '0');
+        if (sec.grouping && i > 0 && comma_before(whole_digits - i, g_grouping)) *p++ = ',';
+        *p++ = d.point > 0 && i < d.count ? d.digits[i] : '0';
     }
-    if (sec.has_point) out.push_back('.');
-    for (int i = 0; i < sec.decimals; ++i) {
+    if (sec.has_point) *p++ = '.';
+    for (int i = 0; i < decimals; ++i) {
         const int index = d.point + i;  // position in digits of the i-th decimal
-        out.push_back(index >= 0 && index < d.count ? d.digit(index) : '0');
+        *p++ = index >= 0 && index < d.count ? d.digit(index) : '0';
     }
-    out.append(sec.suffix);
+    for (const char c : sec.suffix) *p++ = c;
+    out.resize(static_cast<std::size_t>(p - out.data()));
     return out;
 }
 

@@ -11,15 +11,16 @@ std::string group_indian(const std::string& plain) {
     std::size_t point = plain.find('.');
     if (point == std::string::npos) point = plain.size();
     const std::size_t digits = point - start;
-    std::string grouped;
-    grouped.reserve(plain.size() + digits / 2);
-    grouped.append(plain, 0, start);
+    std::string grouped(plain.size() + digits / 2, '\0');
+    char* p = grouped.data();
+    if (start) *p++ = '-';
     for (std::size_t i = 0; i < digits; ++i) {
         const std::size_t after = digits - i;  // digits from this one to the point
-        if (i > 0 && (after == 3 || (after > 3 && (after - 3) % 2 == 0))) grouped.push_back(',');
-        grouped.push_back(plain[start + i]);
+        if (i > 0 && (after == 3 || (after > 3 && (after - 3) % 2 == 0))) *p++ = ',';
+        *p++ = plain[start + i];
     }
-    grouped.append(plain, point, std::string::npos);
+    for (std::size_t i = point; i < plain.size(); ++i) *p++ = plain[i];
+    grouped.resize(static_cast<std::size_t>(p - grouped.data()));
     return grouped;
 }
 

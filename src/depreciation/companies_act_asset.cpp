@@ -9,11 +9,11 @@
 namespace brenlow::depreciation {
 namespace {
 
-// DeprDet, made in one string: no piece is a temporary of its own.
+// DeprDet, made in one working string that every entry of the run reuses (no piece is a
+// temporary of its own), then copied out at its own length.
 void explain(CaAssetResult& r, const CaEntry& e, int year_length, const char* note) {
-    std::string& t = r.DeprDet;
+    thread_local std::string t;
     t.clear();
-    t.reserve(160);
     if (r.manual) {
         t += "Manual: ";
         t += rupees_paise(r.depreciation);
@@ -52,6 +52,7 @@ void explain(CaAssetResult& r, const CaEntry& e, int year_length, const char* no
         t += ": profit/(loss) ";
         t += rupees_paise(r.profit_loss);
     }
+    r.DeprDet = t;
 }
 
 }  // namespace
