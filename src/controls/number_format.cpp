@@ -101,12 +101,12 @@ constexpr std::uint64_t kPowersOfFive[28] = {1ULL,
                                              1490116119384765625ULL,
                                              7450580596923828125ULL};
 
-Decimal to_decimal(double value) {
-    if (!std::isfinite(value) || value == 0.0) return Decimal{};
+// Into d, which the caller made empty; false when the value is outside this range.
+bool fast_decimal(double value, Decimal& d) {
     const std::uint64_t bits = std::bit_cast<std::uint64_t>(value);
     const int biased = static_cast<int>((bits >> 52) & 0x7ff);
     const double magnitude = std::fabs(value);
-    if (biased == 0 || !(magnitude >= 1e-12 && magnitude < 1e15)) return to_decimal_exact(value);
+    if (biased == 0 || !(magnitude >= 1e-12 && magnitude < 1e15)) return false;
     const std::uint64_t m = (bits & ((std::uint64_t{1} << 52) - 1)) | (std::uint64_t{1} << 52);
     const int q = biased - 1075;  // value = m * 2^q
     // 10^e <= |value|, e at most one below the true decimal exponent.
@@ -115,14 +115,14 @@ Decimal to_decimal(double value) {
     for (;;) {
         const int p = 14 - e;  // 0..27 in the range above
         const int shift = -(q + p);
-        if (p < 0 || p > 27 || shift < 1 || shift > 127) return to_decimal_exact(value);
+        if (p < 0 || p > 27 || shift < 1 || shift > 127) return false;
         const Wide product = static_cast<Wide>(m) * kPowersOfFive[p];
         std::uint64_t n = static_cast<std::uint64_t>(product >> shift);
         if (n >= kFifteen) {
             ++e;
             continue;
         }
-        if (n < kFifteen / 10) return to_decimal_exact(value);  // never: e is at most one low
+        if (n < kFifteen / 10) return false;  // never: e is at most one low
         const Wide remainder = product & ((static_cast<Wide>(1) << shift) - 1);
         const Wide half = static_cast<Wide>(1) << (shift - 1);
         if (remainder > half || (remainder == half && (n & 1) != 0)) ++n;
@@ -131,7 +131,6 @@ Decimal to_decimal(double value) {
             n /= 10;
             ++point;
         }
-        Decimal d;
         d.negative = value < 0;
         // Trailing zeros are not digits of the decimal: amounts have few digits that count.
         int count = 15;
@@ -160,8 +159,17 @@ Decimal to_decimal(double value) {
         }
         if (i == 1) d.digits[0] = static_cast<char>('0' + n);
         d.point = point;
-        return d;
+        return true;
     }
+}
+
+// Made in place in the caller's Decimal: its digits are read back a byte at a time, never
+// as a copy of bytes just written one by one.
+Decimal to_decimal(double value) {
+    Decimal d;
+    if (!std::isfinite(value) || value == 0.0) return d;
+    if (!fast_decimal(value, d)) d = to_decimal_exact(value);
+    return d;
 }
 
 enum class Halves { away_from_zero, to_even };
@@ -357,15 +365,14 @@ std::string apply_section(const Section& sec, const Decimal& d, bool show_minus)
 std::string format_mask(double value, std::string_view mask) {
     const std::size_t semicolon = mask.find(';');
     const Section positive = parse_section(mask.substr(0, semicolon));
-    const Decimal unrounded = to_decimal(value);
-    Decimal d = unrounded;
+    Decimal d = to_decimal(value);
     round_decimal(d, positive.decimals, Halves::away_from_zero);
     // What rounds to nothing prints as a plain zero, never "-0" or "(0)".
     if (is_zero(d) || !d.negative) return apply_section(positive, d, false);
     if (semicolon == std::string_view::npos) return apply_section(positive, d, true);
     // A negative section writes the sign itself (brackets), so no minus is added.
     const Section negative_section = parse_section(mask.substr(semicolon + 1));
-    Decimal magnitude = unrounded;
+    Decimal magnitude = to_decimal(value);
     round_decimal(magnitude, negative_section.decimals, Halves::away_from_zero);
     return apply_section(negative_section, magnitude, false);
 }
