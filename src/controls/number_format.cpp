@@ -1,10 +1,13 @@
 #include "controls/number_format.h"
 
 #include <algorithm>
+#include <bit>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <cstdlib>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace brenlow {
@@ -29,16 +32,9 @@ struct Decimal {
     }
 };
 
-Decimal to_decimal(double value) {
-    Decimal d;
-    if (!std::isfinite(value) || value == 0.0) return d;
-    // 15 significant digits, always with an exponent: "-1.23450000000000e+02".
-    // The shortest-exact conversion gives the digits correctly rounded from the
-    // binary value (ties to even), as printf's "%.14e" does.
-    char buf[64];
-    const auto result = std::to_chars(buf, buf + sizeof buf, value, std::chars_format::scientific, 14);
-    const char* p = buf;
-    const char* const end = result.ptr;
+// The digits and exponent of a "d.ddd...e+xx" text into d (digits as written, the
+// point after the first).
+void read_scientific(Decimal& d, const char* p, const char* end) {
     if (*p == '-') {
         d.negative = true;
         ++p;
@@ -55,7 +51,124 @@ Decimal to_decimal(double value) {
         if (negative_exponent) exponent = -exponent;
     }
     d.point = exponent + 1;
+}
+
+// 15 significant digits, always with an exponent: "-1.23450000000000e+02".
+// The shortest-exact conversion gives the digits correctly rounded from the
+// binary value (ties to even), as printf's "%.14e" does.
+Decimal to_decimal_exact(double value) {
+    Decimal d;
+    char buf[64];
+    const auto result = std::to_chars(buf, buf + sizeof buf, value, std::chars_format::scientific, 14);
+    read_scientific(d, buf, result.ptr);
     d.trim_zeros();
+    return d;
+}
+
+// The same digits in integer arithmetic, for the magnitudes amounts, rates and lives
+// have (about 1e-12 to 1e15). The value is m * 2^q exactly; times 10^(14-e) it is
+// m * 5^(14-e) / 2^(e-14-q), which 128 bits hold exactly, so the integer part and the
+// remainder are exact and the fifteenth digit is rounded as the exact conversion
+// rounds it (halves of the binary value itself to even).
+__extension__ typedef unsigned __int128 Wide;
+
+constexpr std::uint64_t kPowersOfFive[28] = {1ULL,
+                                             5ULL,
+                                             25ULL,
+                                             125ULL,
+                                             625ULL,
+                                             3125ULL,
+                                             15625ULL,
+                                             78125ULL,
+                                             390625ULL,
+                                             1953125ULL,
+                                             9765625ULL,
+                                             48828125ULL,
+                                             244140625ULL,
+                                             1220703125ULL,
+                                             6103515625ULL,
+                                             30517578125ULL,
+                                             152587890625ULL,
+                                             762939453125ULL,
+                                             3814697265625ULL,
+                                             19073486328125ULL,
+                                             95367431640625ULL,
+                                             476837158203125ULL,
+                                             2384185791015625ULL,
+                                             11920928955078125ULL,
+                                             59604644775390625ULL,
+                                             298023223876953125ULL,
+                                             1490116119384765625ULL,
+                                             7450580596923828125ULL};
+
+// Into d, which the caller made empty; false when the value is outside this range.
+bool fast_decimal(double value, Decimal& d) {
+    const std::uint64_t bits = std::bit_cast<std::uint64_t>(value);
+    const int biased = static_cast<int>((bits >> 52) & 0x7ff);
+    const double magnitude = std::fabs(value);
+    if (biased == 0 || !(magnitude >= 1e-12 && magnitude < 1e15)) return false;
+    const std::uint64_t m = (bits & ((std::uint64_t{1} << 52) - 1)) | (std::uint64_t{1} << 52);
+    const int q = biased - 1075;  // value = m * 2^q
+    // 10^e <= |value|, e at most one below the true decimal exponent.
+    int e = ((q + 52) * 78913) >> 18;  // floor((q + 52) * log10(2)) for these exponents
+    static constexpr std::uint64_t kFifteen = 1000000000000000ULL;
+    for (;;) {
+        const int p = 14 - e;  // 0..27 in the range above
+        const int shift = -(q + p);
+        if (p < 0 || p > 27 || shift < 1 || shift > 127) return false;
+        const Wide product = static_cast<Wide>(m) * kPowersOfFive[p];
+        std::uint64_t n = static_cast<std::uint64_t>(product >> shift);
+        if (n >= kFifteen) {
+            ++e;
+            continue;
+        }
+        if (n < kFifteen / 10) return false;  // never: e is at most one low
+        const Wide remainder = product & ((static_cast<Wide>(1) << shift) - 1);
+        const Wide half = static_cast<Wide>(1) << (shift - 1);
+        if (remainder > half || (remainder == half && (n & 1) != 0)) ++n;
+        int point = e + 1;
+        if (n == kFifteen) {
+            n /= 10;
+            ++point;
+        }
+        d.negative = value < 0;
+        // Trailing zeros are not digits of the decimal: amounts have few digits that count.
+        int count = 15;
+        for (const auto& [power, digits] : {std::pair{100000000ULL, 8}, std::pair{10000ULL, 4},
+                                            std::pair{100ULL, 2}, std::pair{10ULL, 1}}) {
+            if (n % power == 0) {
+                n /= power;
+                count -= digits;
+            }
+        }
+        if (n % 10 == 0) {  // 8 + 4 + 2 + 1 leaves one zero more at most
+            n /= 10;
+            --count;
+        }
+        d.count = count;
+        static constexpr char kPairs[] =
+            "00010203040506070809101112131415161718192021222324252627282930313233343536373839"
+            "40414243444546474849505152535455565758596061626364656667686970717273747576777879"
+            "8081828384858687888990919293949596979899";
+        int i = count;
+        for (; i >= 2; i -= 2) {
+            const auto pair = static_cast<std::size_t>(n % 100) * 2;
+            n /= 100;
+            d.digits[i - 2] = kPairs[pair];
+            d.digits[i - 1] = kPairs[pair + 1];
+        }
+        if (i == 1) d.digits[0] = static_cast<char>('0' + n);
+        d.point = point;
+        return true;
+    }
+}
+
+// Made in place in the caller's Decimal: its digits are read back a byte at a time, never
+// as a copy of bytes just written one by one.
+Decimal to_decimal(double value) {
+    Decimal d;
+    if (!std::isfinite(value) || value == 0.0) return d;
+    if (!fast_decimal(value, d)) d = to_decimal_exact(value);
     return d;
 }
 
@@ -137,17 +250,6 @@ bool comma_before(int after, DigitGrouping grouping) {
     return after == 3 || (after > 3 && (after - 3) % 2 == 0);
 }
 
-std::string group_digits(const std::string& whole) {
-    std::string out;
-    const int n = static_cast<int>(whole.size());
-    out.reserve(n + n / 2);
-    for (int i = 0; i < n; ++i) {
-        if (i > 0 && comma_before(n - i, g_grouping)) out.push_back(',');
-        out.push_back(whole[i]);
-    }
-    return out;
-}
-
 // Whether the comma-separated groups of a whole part follow one of the two groupings:
 // the last group three digits, the first one to three (western) or one or two
 // (Indian, with every group between of two).
@@ -203,8 +305,8 @@ double decimal_value(const Decimal& d) {
 // "#,##0.00". The pattern's zeros after the point give the decimals; a comma in it
 // asks for thousands separators; a point with no digits after it is printed as is.
 struct Section {
-    std::string prefix;
-    std::string suffix;
+    std::string_view prefix;  // within the mask
+    std::string_view suffix;
     bool grouping = false;
     bool has_point = false;
     int decimals = 0;
@@ -213,32 +315,48 @@ struct Section {
 Section parse_section(std::string_view s) {
     Section sec;
     const auto is_pattern = [](char c) { return c == '#' || c == '0' || c == ',' || c == '.'; };
-    std::size_t i = 0;
-    while (i < s.size() && !is_pattern(s[i])) sec.prefix.push_back(s[i++]);
+    const char* const begin = s.data();
+    const char* const end = begin + s.size();
+    const char* p = begin;
+    while (p != end && !is_pattern(*p)) ++p;
+    sec.prefix = std::string_view(begin, static_cast<std::size_t>(p - begin));
     bool after_point = false;
-    for (; i < s.size() && is_pattern(s[i]); ++i) {
-        if (s[i] == '.') {
+    for (; p != end && is_pattern(*p); ++p) {
+        if (*p == '.') {
             after_point = true;
             sec.has_point = true;
-        } else if (s[i] == ',') {
-            if (!after_point) sec.grouping = true;
+        } else if (*p == ',') {
+            sec.grouping = sec.grouping || !after_point;
         } else if (after_point) {
             ++sec.decimals;
         }
     }
-    sec.suffix.assign(s.substr(i));
+    sec.suffix = std::string_view(p, static_cast<std::size_t>(end - p));
     return sec;
 }
 
+// The section's text of d, made in one piece: prefix, minus, whole part (grouped when
+// asked), point, exactly `decimals` digits, suffix.
 std::string apply_section(const Section& sec, const Decimal& d, bool show_minus) {
-    std::string whole = integer_part(d);
-    if (sec.grouping) whole = group_digits(whole);
-    std::string out = sec.prefix;
-    if (show_minus) out.push_back('-');
-    out += whole;
-    if (sec.has_point) out.push_back('.');
-    out += fraction_part(d, sec.decimals);
-    out += sec.suffix;
+    const int whole_digits = d.point > 0 && d.count > 0 ? d.point : 1;  // "0" when there are none
+    const int decimals = std::max(sec.decimals, 0);
+    std::string out;
+    out.resize(sec.prefix.size() + sec.suffix.size() + 2 + static_cast<std::size_t>(whole_digits) * 3 / 2 +
+               1 + static_cast<std::size_t>(decimals));
+    char* p = out.data();
+    for (const char c : sec.prefix) *p++ = c;
+    if (show_minus) *p++ = '-';
+    for (int i = 0; i < whole_digits; ++i) {
+        if (sec.grouping && i > 0 && comma_before(whole_digits - i, g_grouping)) *p++ = ',';
+        *p++ = d.point > 0 && i < d.count ? d.digits[i] : '0';
+    }
+    if (sec.has_point) *p++ = '.';
+    for (int i = 0; i < decimals; ++i) {
+        const int index = d.point + i;  // position in digits of the i-th decimal
+        *p++ = index >= 0 && index < d.count ? d.digit(index) : '0';
+    }
+    for (const char c : sec.suffix) *p++ = c;
+    out.resize(static_cast<std::size_t>(p - out.data()));
     return out;
 }
 
@@ -247,15 +365,14 @@ std::string apply_section(const Section& sec, const Decimal& d, bool show_minus)
 std::string format_mask(double value, std::string_view mask) {
     const std::size_t semicolon = mask.find(';');
     const Section positive = parse_section(mask.substr(0, semicolon));
-    const Decimal unrounded = to_decimal(value);
-    Decimal d = unrounded;
+    Decimal d = to_decimal(value);
     round_decimal(d, positive.decimals, Halves::away_from_zero);
     // What rounds to nothing prints as a plain zero, never "-0" or "(0)".
     if (is_zero(d) || !d.negative) return apply_section(positive, d, false);
     if (semicolon == std::string_view::npos) return apply_section(positive, d, true);
     // A negative section writes the sign itself (brackets), so no minus is added.
     const Section negative_section = parse_section(mask.substr(semicolon + 1));
-    Decimal magnitude = unrounded;
+    Decimal magnitude = to_decimal(value);
     round_decimal(magnitude, negative_section.decimals, Halves::away_from_zero);
     return apply_section(negative_section, magnitude, false);
 }

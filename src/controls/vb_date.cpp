@@ -134,6 +134,16 @@ bool Date::valid(int year, int month, int day) {
 }
 
 std::optional<Date> Date::parse(std::string_view text) {
+    // The stored form, which nearly every date read is, straight from its places.
+    if (text.size() == 10 && text[2] == '/' && text[5] == '/') {
+        const auto digit = [&text](std::size_t i) { return static_cast<unsigned>(text[i] - '0'); };
+        bool digits = true;
+        for (const std::size_t i : {0, 1, 3, 4, 6, 7, 8, 9}) digits = digits && digit(i) <= 9;
+        if (digits)
+            return make(static_cast<int>(digit(6) * 1000 + digit(7) * 100 + digit(8) * 10 + digit(9)),
+                        static_cast<int>(digit(3) * 10 + digit(4)),
+                        static_cast<int>(digit(0) * 10 + digit(1)));
+    }
     if (text.size() == 8 && all_digits(text)) {
         return make(to_int(text.substr(4, 4)), to_int(text.substr(2, 2)), to_int(text.substr(0, 2)));
     }

@@ -7,24 +7,21 @@ namespace {
 
 // Lakh grouping: the last three digits, then pairs.
 std::string group_indian(const std::string& plain) {
-    std::size_t start = (!plain.empty() && plain[0] == '-') ? 1 : 0;
+    const std::size_t start = (!plain.empty() && plain[0] == '-') ? 1 : 0;
     std::size_t point = plain.find('.');
     if (point == std::string::npos) point = plain.size();
-    std::string digits = plain.substr(start, point - start);
-    std::string grouped;
-    if (digits.size() <= 3) {
-        grouped = digits;
-    } else {
-        std::string head = digits.substr(0, digits.size() - 3);
-        std::string tail = digits.substr(digits.size() - 3);
-        std::string pairs;
-        while (head.size() > 2) {
-            pairs = "," + head.substr(head.size() - 2) + pairs;
-            head.resize(head.size() - 2);
-        }
-        grouped = head + pairs + "," + tail;
+    const std::size_t digits = point - start;
+    std::string grouped(plain.size() + digits / 2, '\0');
+    char* p = grouped.data();
+    if (start) *p++ = '-';
+    for (std::size_t i = 0; i < digits; ++i) {
+        const std::size_t after = digits - i;  // digits from this one to the point
+        if (i > 0 && (after == 3 || (after > 3 && (after - 3) % 2 == 0))) *p++ = ',';
+        *p++ = plain[start + i];
     }
-    return plain.substr(0, start) + grouped + plain.substr(point);
+    for (std::size_t i = point; i < plain.size(); ++i) *p++ = plain[i];
+    grouped.resize(static_cast<std::size_t>(p - grouped.data()));
+    return grouped;
 }
 
 }  // namespace

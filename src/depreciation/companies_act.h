@@ -57,7 +57,7 @@ struct CaRunInput {
     RemLifeNilTo nil_life_to = RemLifeNilTo::ProfitAndLoss;
     bool round_to_rupees = false;  // optRndFA: whole rupees instead of paise
     bool interactive = false;
-    bool explain = true;  // build DeprDet texts
+    bool explain = true;  // build the texts: DeprDet, and the days_text the sheet shows
 };
 
 struct CaAssetResult {
@@ -70,7 +70,7 @@ struct CaAssetResult {
     double rate = 0;
     std::string rate_text;  // the auto-calculated rate as text, empty when typed
     int days = 0;
-    std::string days_text;    // "Calculated for 365 Days"
+    std::string days_text;    // "Calculated for 365 Days"; empty when the run explains nothing
     double depreciation = 0;  // for the year, extra shift included
     double extra_shift = 0;
     double dep_on_deduction = 0;  // "Depreciation of Deduction"

@@ -9,26 +9,50 @@
 namespace brenlow::depreciation {
 namespace {
 
+// DeprDet, made in one working string that every entry of the run reuses (no piece is a
+// temporary of its own), then copied out at its own length.
 void explain(CaAssetResult& r, const CaEntry& e, int year_length, const char* note) {
+    thread_local std::string t;
+    t.clear();
     if (r.manual) {
-        r.DeprDet = "Manual: " + rupees_paise(r.depreciation);
+        t += "Manual: ";
+        t += rupees_paise(r.depreciation);
     } else if (note != nullptr) {
-        r.DeprDet = note;
+        t += note;
     } else {
         const bool wdv = e.method == CaMethod::WDV;
-        r.DeprDet = std::string(wdv ? "WDV " : "SLM ") + rupees_paise(wdv ? r.opening + r.addition : r.base) +
-                    " x " + rate_trimmed(r.rate) + "% x " + std::to_string(r.days) + "/" +
-                    std::to_string(year_length) + " days = " + rupees_paise(r.depreciation - r.extra_shift);
-        if (r.extra_shift != 0) r.DeprDet += "; extra shift " + rupees_paise(r.extra_shift);
+        t += wdv ? "WDV " : "SLM ";
+        t += rupees_paise(wdv ? r.opening + r.addition : r.base);
+        t += " x ";
+        t += rate_trimmed(r.rate);
+        t += "% x ";
+        t += std::to_string(r.days);
+        t += '/';
+        t += std::to_string(year_length);
+        t += " days = ";
+        t += rupees_paise(r.depreciation - r.extra_shift);
+        if (r.extra_shift != 0) {
+            t += "; extra shift ";
+            t += rupees_paise(r.extra_shift);
+        }
     }
-    if (r.adj_pl != 0)
-        r.DeprDet +=
-            "; remaining life nil: " + rupees_paise(r.adj_pl) + " above residual value to profit and loss";
-    if (r.adj_rs != 0)
-        r.DeprDet +=
-            "; remaining life nil: " + rupees_paise(r.adj_rs) + " above residual value to retained earnings";
-    if (r.deduction != 0 || r.dep_on_deduction != 0)
-        r.DeprDet += "; sold " + e.sale_date + ": profit/(loss) " + rupees_paise(r.profit_loss);
+    if (r.adj_pl != 0) {
+        t += "; remaining life nil: ";
+        t += rupees_paise(r.adj_pl);
+        t += " above residual value to profit and loss";
+    }
+    if (r.adj_rs != 0) {
+        t += "; remaining life nil: ";
+        t += rupees_paise(r.adj_rs);
+        t += " above residual value to retained earnings";
+    }
+    if (r.deduction != 0 || r.dep_on_deduction != 0) {
+        t += "; sold ";
+        t += e.sale_date;
+        t += ": profit/(loss) ";
+        t += rupees_paise(r.profit_loss);
+    }
+    r.DeprDet = t;
 }
 
 }  // namespace
@@ -72,7 +96,7 @@ CaAssetResult calculate_asset(const CaEntry& e, const CaRunInput& opt, WarningLo
     const std::optional<Date> first_use =
         e.kind == EntryKind::Opening ? std::optional<Date>(put ? *put : fy_first) : put;
     r.days = depreciation_days(opt.year, first_use, sale);
-    r.days_text = days_text(r.days);
+    if (opt.explain) r.days_text = days_text(r.days);
 
     const double carrying = r.opening + r.addition;
     // Books figures go to paise, halves to even as the register's Round does, or to whole

@@ -1,6 +1,7 @@
 #include "depreciation/companies_act_rate.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
 
 #include "controls/number_format.h"
@@ -28,7 +29,8 @@ std::optional<AutoRate> auto_rate(double base, double residual, double life, CaM
     const char* mask = basis == ResidualBasis::Cost ? "###0.00" : "###0.0000";
     AutoRate out;
     out.text = format_mask(rate, mask);
-    out.value = mask_value(rate, mask);  // the rate as read back from its text
+    // The rate as read back from its text: the nearest double to it, as mask_value gives.
+    std::from_chars(out.text.data(), out.text.data() + out.text.size(), out.value);
     return out;
 }
 

@@ -1,8 +1,11 @@
 #include "exchange/register_document.h"
 
 #include <cmath>
+#include <functional>
+#include <istream>
 #include <map>
 #include <nlohmann/json.hpp>
+#include <optional>
 
 #include "controls/utf8_text.h"
 #include "controls/vb_date.h"
@@ -235,63 +238,387 @@ const Json& table_of(const Json& doc, const char* name, std::vector<std::string>
     return *it;
 }
 
+// The columns of an opening row, in the order its errors are told.
+store::OpeningRow read_opening(RowReader& r) {
+    store::OpeningRow o;
+    r.client_code("Code_No");
+    r.whole("SrNoFATR");
+    o.IdFAGM = r.whole("IdFAGM");
+    o.Part = r.text("Part");
+    o.CostWdv = r.number("CostWdv");
+    o.OpDepr = r.number("OpDepr");
+    o.YrCalcCA = r.whole("YrCalcCA");
+    o.DepCalcCA = r.number("DepCalcCA");
+    o.ResValue = r.number("ResValue");
+    o.LifeYrs = r.number("LifeYrs");
+    o.RateFACL = r.number("RateFACL");
+    o.WdvIT = r.number("WdvIT");
+    o.DetESA = r.text("DetESA");
+    o.RateIT = r.number("RateIT");
+    o.AddlDepRT = r.number("AddlDepRT");
+    o.SaleDate = r.date("SaleDate");
+    o.SaleAmt = r.number("SaleAmt");
+    o.SaleExp = r.number("SaleExp");
+    o.ShiftDet = r.text("ShiftDet");
+    o.DepFACL = r.number("DepFACL");
+    o.OthOpts = r.text("OthOpts");
+    o.PutDate = r.date("PutDate");
+    o.AddlDepOn = r.number("AddlDepOn");
+    if (o.Part.empty()) r.fail("Part", "the particulars are empty");
+    return o;
+}
+
+store::AdditionRow read_addition(RowReader& r) {
+    store::AdditionRow a;
+    r.client_code("Code_No");
+    r.whole("SrNoFATR");
+    a.IdFAGM = r.whole("IdFAGM");
+    a.Part = r.text("Part");
+    a.PutDate = r.date("PutDate");
+    a.AccDate = r.date("AccDate");
+    a.PurAmt = r.number("PurAmt");
+    a.ExciseCr = r.number("ExciseCr");
+    a.CurrDiff = r.number("CurrDiff");
+    a.Subsidy = r.number("Subsidy");
+    a.ResValue = r.number("ResValue");
+    a.LifeYrs = r.number("LifeYrs");
+    a.RateFACL = r.number("RateFACL");
+    a.RateIT = r.number("RateIT");
+    a.AddlDepRT = r.number("AddlDepRT");
+    a.SaleDate = r.date("SaleDate");
+    a.SaleAmt = r.number("SaleAmt");
+    a.SaleExp = r.number("SaleExp");
+    a.ShiftDet = r.text("ShiftDet");
+    a.DepFACL = r.number("DepFACL");
+    a.OthOpts = r.text("OthOpts");
+    if (a.Part.empty()) r.fail("Part", "the particulars are empty");
+    return a;
+}
+
+// The rows of one register table as they are read: packed, with what their columns
+// said (the asset group is checked once every group of the document is known).
+template <class RowT>
+struct ReadTable {
+    ReadTable(const char* table, const std::vector<Field>& columns, RowT (*reader)(RowReader&))
+        : name(table), fields(&columns), read(reader) {}
+
+    const char* name;
+    const std::vector<Field>* fields;
+    RowT (*read)(RowReader&);
+    PackedRows<RowT> rows;
+    std::vector<bool> read_cleanly;
+    std::vector<long> groups;                                 // IdFAGM of each row
+    std::vector<std::pair<std::size_t, std::string>> errors;  // row, error, in order
+
+    void clear() { *this = ReadTable(name, *fields, read); }
+    void add(std::size_t index, const Json& row) {
+        std::vector<std::string> found;
+        RowReader r(row, name, index, *fields, found);
+        const RowT entry = read(r);
+        read_cleanly.push_back(found.empty());
+        groups.push_back(entry.IdFAGM);
+        rows.push_back(entry);
+        for (auto& e : found) errors.emplace_back(index, std::move(e));
+    }
+    // The errors of every row in row order, each row's own ending with its group's.
+    template <class Known>
+    void tell(std::vector<std::string>& out, const Known& group_known) {
+        std::size_t next = 0;
+        for (std::size_t i = 0; i < rows.size(); ++i) {
+            for (; next < errors.size() && errors[next].first == i; ++next)
+                out.push_back(std::move(errors[next].second));
+            if (!group_known(groups[i])) {
+                out.push_back(std::string(name) + " row " + std::to_string(i + 1) +
+                              ", field IdFAGM: no asset group " + std::to_string(groups[i]));
+                read_cleanly[i] = false;
+            }
+        }
+        errors.clear();
+    }
+};
+
+// Builds the document as the library's own reader would, except the rows of the two
+// register tables: each goes to `row` as soon as it is whole and is not kept, so that
+// a register of any size is read in the room of one row. The tables themselves stay
+// in the document as empty lists.
+class StreamingReader {
+public:
+    enum Table { none = -1, openings = 0, additions = 1 };
+    using RowFn = std::function<void(Table, std::size_t index, const Json& row)>;
+    using TableFn = std::function<void(Table)>;  // a table (again): forget its rows so far
+
+    StreamingReader(RowFn row, TableFn table) : row_(std::move(row)), table_(std::move(table)) {}
+    Json& document() { return root_; }
+    // Where and how the text stopped being JSON: a parse error has its byte.
+    bool failed() const { return failed_; }
+    std::optional<std::size_t> failed_at() const { return failed_at_; }
+
+    bool null() { return value(nullptr); }
+    bool boolean(bool v) { return value(v); }
+    bool number_integer(Json::number_integer_t v) { return value(v); }
+    bool number_unsigned(Json::number_unsigned_t v) { return value(v); }
+    bool number_float(Json::number_float_t v, const Json::string_t&) { return value(v); }
+    bool string(Json::string_t& v) { return value(v); }
+    bool binary(Json::binary_t& v) { return value(std::move(v)); }
+    bool start_object(std::size_t) {
+        stack_.push_back(place(Json(Json::value_t::object)));
+        return true;
+    }
+    bool key(Json::string_t& k) {
+        element_ = &(*stack_.back())[k];
+        pending_ = none;
+        if (stack_.size() == 1) {
+            pending_ = k == "NewFATRo" ? openings : k == "NewFATRa" ? additions : none;
+            if (pending_ != none) table_(pending_);
+        }
+        return true;
+    }
+    bool end_object() { return close(); }
+    bool start_array(std::size_t) {
+        const bool table = stack_.size() == 1 && pending_ != none;
+        stack_.push_back(place(Json(Json::value_t::array)));
+        if (table) {
+            streaming_ = pending_;
+            index_ = 0;
+        }
+        return true;
+    }
+    bool end_array() {
+        if (streaming_ != none && stack_.size() == 2) streaming_ = none;  // the table's own list
+        return close();
+    }
+    bool parse_error(std::size_t, const std::string&, const nlohmann::detail::exception& ex) {
+        failed_ = true;
+        if (const auto* pe = dynamic_cast<const nlohmann::json::parse_error*>(&ex)) failed_at_ = pe->byte;
+        return false;
+    }
+
+private:
+    bool in_table() const { return streaming_ != none && stack_.size() == 2; }
+    // Puts a value where the text has it: the root, a row being read, a list or a member.
+    Json* place(Json v) {
+        if (stack_.empty()) {
+            root_ = std::move(v);
+            return &root_;
+        }
+        if (in_table()) {
+            row_value_ = std::move(v);
+            return &row_value_;
+        }
+        Json& parent = *stack_.back();
+        if (parent.is_array()) {
+            parent.push_back(std::move(v));
+            return &parent.back();
+        }
+        *element_ = std::move(v);
+        return element_;
+    }
+    template <class V>
+    bool value(V&& v) {
+        const bool row = in_table();
+        place(Json(std::forward<V>(v)));
+        if (row) emit();
+        return true;
+    }
+    bool close() {
+        stack_.pop_back();
+        if (in_table()) emit();
+        return true;
+    }
+    void emit() {
+        row_(streaming_, index_++, row_value_);
+        row_value_ = Json();
+    }
+
+    RowFn row_;
+    TableFn table_;
+    Json root_;
+    Json row_value_;
+    std::vector<Json*> stack_;
+    Json* element_ = nullptr;
+    Table pending_ = none;
+    Table streaming_ = none;
+    std::size_t index_ = 0;
+    bool failed_ = false;
+    std::optional<std::size_t> failed_at_;
+};
+
+// Where the document's text comes from: the parser reads it once; only when it is not
+// JSON is it read again from the start, to tell an empty text or one that is not UTF-8.
+struct DocumentText {
+    std::function<void(StreamingReader&)> parse;
+    std::function<bool()> blank;
+    std::function<bool()> utf8;
+};
+
+ImportResult import_document(store::Database& db, const std::string& code, int year, const DocumentText& text,
+                             const ImportOptions& options);
+
 std::string fy_text(long year) {
     return std::to_string(year - 1) + "-" + std::to_string(100 + year % 100).substr(1);
 }
 
 }  // namespace
 
-std::string export_register(store::Database& db, const std::string& code, int year) {
-    store::RegisterStore reg(db, code, year);
-    Json doc = {{"format", "brenlow-register"}, {"version", 2}, {"client", code}, {"year", year}};
-    Json groups = Json::array(), openings = Json::array(), additions = Json::array(), options = Json::array();
-    for (const auto& g : reg.asset_groups()) groups.push_back(group_json(g));
-    reg.for_each_opening(std::nullopt, [&](store::OpeningRow&& o) { openings.push_back(opening_json(o)); });
-    reg.for_each_addition(std::nullopt,
-                          [&](store::AdditionRow&& a) { additions.push_back(addition_json(a)); });
-    if (const auto mi = reg.options_row())
-        options.push_back(Json{{"Code_No", code}, {"Yr", year}, {"MiscInf", *mi}});
-    doc["NewFAGM"] = std::move(groups);
-    doc["NewFATRo"] = std::move(openings);
-    doc["NewFATRa"] = std::move(additions);
-    doc["NewFAMI"] = std::move(options);
-    // Version 2 carries the depreciation typed in by hand per group; version 1 did not.
-    Json manual = Json::array();
-    for (const auto& [group, amount] : reg.manual_depreciation())
-        manual.push_back(Json{{"Code_No", code}, {"Yr", year}, {"IdFAGM", group}, {"DepAmt", num(amount)}});
-    doc["NewFAMD"] = std::move(manual);
+void export_register(store::Database& db, const std::string& code, int year, const TextSink& out) {
     // Text cut inside a character by an older version is still in some databases:
     // the broken bytes come out as U+FFFD rather than stopping the whole export.
-    return doc.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
+    const auto dumped = [](const Json& v) {
+        return v.dump(2, ' ', false, nlohmann::json::error_handler_t::replace);
+    };
+    // The document is written as one two-space indented dump of it would print it, a
+    // row at a time: each table is a member of the top object, each row an element
+    // of its list, four spaces in.
+    std::string piece;
+    const auto table = [&](const char* name, const auto& each_row) {
+        piece = std::string(",\n  \"") + name + "\": [";
+        bool any = false;
+        each_row([&](const Json& row) {
+            piece += any ? ",\n    " : "\n    ";
+            any = true;
+            for (const char c : dumped(row)) {
+                piece += c;
+                if (c == '\n') piece += "    ";
+            }
+            out(piece);
+            piece.clear();
+        });
+        piece += any ? "\n  ]" : "]";
+        out(piece);
+    };
+    store::RegisterStore reg(db, code, year);
+    out("{\n  \"format\": \"brenlow-register\",\n  \"version\": 2,\n  \"client\": " + dumped(Json(code)) +
+        ",\n  \"year\": " + std::to_string(year));
+    table("NewFAGM", [&](const auto& put) {
+        for (const auto& g : reg.asset_groups()) put(group_json(g));
+    });
+    table("NewFATRo", [&](const auto& put) {
+        reg.for_each_opening(std::nullopt, [&](store::OpeningRow&& o) { put(opening_json(o)); });
+    });
+    table("NewFATRa", [&](const auto& put) {
+        reg.for_each_addition(std::nullopt, [&](store::AdditionRow&& a) { put(addition_json(a)); });
+    });
+    table("NewFAMI", [&](const auto& put) {
+        if (const auto mi = reg.options_row()) put(Json{{"Code_No", code}, {"Yr", year}, {"MiscInf", *mi}});
+    });
+    // Version 2 carries the depreciation typed in by hand per group; version 1 did not.
+    table("NewFAMD", [&](const auto& put) {
+        for (const auto& [group, amount] : reg.manual_depreciation())
+            put(Json{{"Code_No", code}, {"Yr", year}, {"IdFAGM", group}, {"DepAmt", num(amount)}});
+    });
+    out("\n}\n");
 }
 
+std::string export_register(store::Database& db, const std::string& code, int year) {
+    std::string text;
+    export_register(db, code, year, [&text](std::string_view piece) { text += piece; });
+    return text;
+}
+
+namespace {
+
+// Reads `in` from its start, a piece at a time, until `each` says stop (false).
+bool each_piece(std::istream& in, const std::function<bool(std::string_view)>& each) {
+    in.clear();
+    in.seekg(0);
+    std::vector<char> buffer(std::size_t{1} << 16);
+    while (in.read(buffer.data(), static_cast<std::streamsize>(buffer.size())) || in.gcount() > 0)
+        if (!each(std::string_view(buffer.data(), static_cast<std::size_t>(in.gcount())))) return false;
+    return true;
+}
+
+bool blank_text(std::string_view t) {
+    return t.find_first_not_of(" \t\r\n") == std::string_view::npos;
+}
+
+}  // namespace
+
 ImportResult import_register(store::Database& db, const std::string& code, int year, const std::string& json,
+                             const ImportOptions& options) {
+    DocumentText text;
+    text.parse = [&json](StreamingReader& reader) {
+        Json::sax_parse(json, &reader, Json::input_format_t::json, true, false);
+    };
+    text.blank = [&json] { return blank_text(json); };
+    text.utf8 = [&json] { return is_valid_utf8(json); };
+    return import_document(db, code, year, text, options);
+}
+
+ImportResult import_register(store::Database& db, const std::string& code, int year, std::istream& json,
+                             const ImportOptions& options) {
+    DocumentText text;
+    text.parse = [&json](StreamingReader& reader) {
+        Json::sax_parse(json, &reader, Json::input_format_t::json, true, false);
+    };
+    text.blank = [&json] { return each_piece(json, blank_text); };
+    text.utf8 = [&json] {
+        // A character cut between two pieces is carried over to the next.
+        std::string carry;
+        const bool whole = each_piece(json, [&carry](std::string_view piece) {
+            carry.append(piece);
+            std::size_t end = carry.size();
+            for (std::size_t back = 1; back <= 3 && back <= carry.size(); ++back) {
+                const auto c = static_cast<unsigned char>(carry[carry.size() - back]);
+                if ((c & 0xC0) != 0x80) {
+                    // The start of the last character: keep it back if it is not complete.
+                    const std::size_t need = c >= 0xF0 ? 4 : c >= 0xE0 ? 3 : c >= 0xC0 ? 2 : 1;
+                    if (need > back) end = carry.size() - back;
+                    break;
+                }
+            }
+            if (!is_valid_utf8(std::string_view(carry).substr(0, end))) return false;
+            carry.erase(0, end);
+            return true;
+        });
+        return whole && is_valid_utf8(carry);
+    };
+    return import_document(db, code, year, text, options);
+}
+
+namespace {
+
+ImportResult import_document(store::Database& db, const std::string& code, int year, const DocumentText& text,
                              const ImportOptions& options) {
     ImportResult result;
     if (const auto fault = store::client_code_fault(code)) {
         result.errors.push_back(*fault);
         return result;
     }
-    Json doc;
-    try {
-        doc = Json::parse(json);
-    } catch (const nlohmann::json::parse_error& e) {
+    ReadTable<store::OpeningRow> o_table{"NewFATRo", kOpeningFields, read_opening};
+    ReadTable<store::AdditionRow> a_table{"NewFATRa", kAdditionFields, read_addition};
+    StreamingReader reader(
+        [&](StreamingReader::Table t, std::size_t index, const Json& row) {
+            if (t == StreamingReader::openings)
+                o_table.add(index, row);
+            else
+                a_table.add(index, row);
+        },
+        [&](StreamingReader::Table t) {
+            if (t == StreamingReader::openings)
+                o_table.clear();
+            else
+                a_table.clear();
+        });
+    text.parse(reader);
+    if (reader.failed()) {
         // The library's own text is for its developers; the person gets where it broke.
-        if (json.find_first_not_of(" \t\r\n") == std::string::npos) {
-            result.errors.push_back("Not a JSON document: it is empty");
-        } else if (!is_valid_utf8(json)) {
-            result.errors.push_back("Not a JSON document: it is not UTF-8 text (near byte " +
-                                    std::to_string(e.byte) + ")");
+        if (const auto byte = reader.failed_at()) {
+            if (text.blank()) {
+                result.errors.push_back("Not a JSON document: it is empty");
+            } else if (!text.utf8()) {
+                result.errors.push_back("Not a JSON document: it is not UTF-8 text (near byte " +
+                                        std::to_string(*byte) + ")");
+            } else {
+                result.errors.push_back("Not a JSON document: it stops being JSON near byte " +
+                                        std::to_string(*byte));
+            }
         } else {
-            result.errors.push_back("Not a JSON document: it stops being JSON near byte " +
-                                    std::to_string(e.byte));
+            // Numbers beyond a double (1e309) are the only other thing the reader refuses.
+            result.errors.push_back("Not a JSON document: it holds a number too large for any amount");
         }
         return result;
-    } catch (const nlohmann::json::exception&) {
-        // Numbers beyond a double (1e309) are the only other thing the reader refuses.
-        result.errors.push_back("Not a JSON document: it holds a number too large for any amount");
-        return result;
     }
+    const Json& doc = reader.document();
     const auto format = doc.is_object() ? doc.find("format") : doc.end();
     if (!doc.is_object() || format == doc.end() || !format->is_string() || *format != "brenlow-register") {
         result.errors.push_back("Not a register document: \"format\" must be \"brenlow-register\"");
@@ -327,72 +654,12 @@ ImportResult import_register(store::Database& db, const std::string& code, int y
     for (const auto& g : reg.asset_groups()) existing_ids[g.SrNoFAGM] = true;
     auto group_known = [&](long id) { return doc_groups.count(id) > 0 || existing_ids.count(id) > 0; };
 
-    std::vector<store::OpeningRow> openings;
-    std::vector<bool> opening_read;  // the row's columns read cleanly
-    const Json& o_rows = table_of(doc, "NewFATRo", errors);
-    for (std::size_t i = 0; i < o_rows.size(); ++i) {
-        RowReader r(o_rows[i], "NewFATRo", i, kOpeningFields, errors);
-        store::OpeningRow o;
-        r.client_code("Code_No");
-        r.whole("SrNoFATR");
-        o.IdFAGM = r.whole("IdFAGM");
-        o.Part = r.text("Part");
-        o.CostWdv = r.number("CostWdv");
-        o.OpDepr = r.number("OpDepr");
-        o.YrCalcCA = r.whole("YrCalcCA");
-        o.DepCalcCA = r.number("DepCalcCA");
-        o.ResValue = r.number("ResValue");
-        o.LifeYrs = r.number("LifeYrs");
-        o.RateFACL = r.number("RateFACL");
-        o.WdvIT = r.number("WdvIT");
-        o.DetESA = r.text("DetESA");
-        o.RateIT = r.number("RateIT");
-        o.AddlDepRT = r.number("AddlDepRT");
-        o.SaleDate = r.date("SaleDate");
-        o.SaleAmt = r.number("SaleAmt");
-        o.SaleExp = r.number("SaleExp");
-        o.ShiftDet = r.text("ShiftDet");
-        o.DepFACL = r.number("DepFACL");
-        o.OthOpts = r.text("OthOpts");
-        o.PutDate = r.date("PutDate");
-        o.AddlDepOn = r.number("AddlDepOn");
-        if (o.Part.empty()) r.fail("Part", "the particulars are empty");
-        if (!group_known(o.IdFAGM)) r.fail("IdFAGM", "no asset group " + std::to_string(o.IdFAGM));
-        opening_read.push_back(r.ok());
-        openings.push_back(std::move(o));
-    }
-    std::vector<store::AdditionRow> additions;
-    std::vector<bool> addition_read;
-    const Json& a_rows = table_of(doc, "NewFATRa", errors);
-    for (std::size_t i = 0; i < a_rows.size(); ++i) {
-        RowReader r(a_rows[i], "NewFATRa", i, kAdditionFields, errors);
-        store::AdditionRow a;
-        r.client_code("Code_No");
-        r.whole("SrNoFATR");
-        a.IdFAGM = r.whole("IdFAGM");
-        a.Part = r.text("Part");
-        a.PutDate = r.date("PutDate");
-        a.AccDate = r.date("AccDate");
-        a.PurAmt = r.number("PurAmt");
-        a.ExciseCr = r.number("ExciseCr");
-        a.CurrDiff = r.number("CurrDiff");
-        a.Subsidy = r.number("Subsidy");
-        a.ResValue = r.number("ResValue");
-        a.LifeYrs = r.number("LifeYrs");
-        a.RateFACL = r.number("RateFACL");
-        a.RateIT = r.number("RateIT");
-        a.AddlDepRT = r.number("AddlDepRT");
-        a.SaleDate = r.date("SaleDate");
-        a.SaleAmt = r.number("SaleAmt");
-        a.SaleExp = r.number("SaleExp");
-        a.ShiftDet = r.text("ShiftDet");
-        a.DepFACL = r.number("DepFACL");
-        a.OthOpts = r.text("OthOpts");
-        if (a.Part.empty()) r.fail("Part", "the particulars are empty");
-        if (!group_known(a.IdFAGM)) r.fail("IdFAGM", "no asset group " + std::to_string(a.IdFAGM));
-        addition_read.push_back(r.ok());
-        additions.push_back(std::move(a));
-    }
+    // The register tables' rows were read as the text went by; their errors are told here,
+    // in the document's order of tables.
+    table_of(doc, "NewFATRo", errors);
+    o_table.tell(errors, group_known);
+    table_of(doc, "NewFATRa", errors);
+    a_table.tell(errors, group_known);
     std::optional<std::string> misc_inf;
     const Json& mi_rows = table_of(doc, "NewFAMI", errors);
     for (std::size_t i = 0; i < mi_rows.size(); ++i) {
@@ -426,10 +693,10 @@ ImportResult import_register(store::Database& db, const std::string& code, int y
 
     RegisterData data;
     data.groups = std::move(doc_groups);
-    data.openings = std::move(openings);
-    data.opening_read = std::move(opening_read);
-    data.additions = std::move(additions);
-    data.addition_read = std::move(addition_read);
+    data.openings = std::move(o_table.rows);
+    data.opening_read = std::move(o_table.read_cleanly);
+    data.additions = std::move(a_table.rows);
+    data.addition_read = std::move(a_table.read_cleanly);
     data.misc_inf = std::move(misc_inf);
     data.has_manual = has_manual;
     data.manual = std::move(manual);
@@ -439,5 +706,7 @@ ImportResult import_register(store::Database& db, const std::string& code, int y
     };
     return check_and_write(db, code, year, std::move(data), options, place, std::move(errors));
 }
+
+}  // namespace
 
 }  // namespace brenlow::exchange

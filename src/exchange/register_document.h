@@ -12,7 +12,10 @@
 // rules in their order (the same messages the screen shows); an error names the
 // table, the row (counted from 1) and the field.
 
+#include <functional>
+#include <istream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "store/database.h"
@@ -21,6 +24,11 @@ namespace brenlow::exchange {
 
 // The document of the client's year, as JSON text (two-space indented).
 std::string export_register(store::Database& db, const std::string& code, int year);
+
+// The same text handed over in pieces, a row at a time, so that a register of any size
+// goes to its file without being held whole.
+using TextSink = std::function<void(std::string_view)>;
+void export_register(store::Database& db, const std::string& code, int year, const TextSink& out);
 
 struct ImportOptions {
     bool replace = false;  // delete the client's entries and options of the year first
@@ -44,6 +52,10 @@ struct ImportResult {
 // name within the year, or created; entries get new serials after the client's
 // largest; the document's own client and year do not bind the target.
 ImportResult import_register(store::Database& db, const std::string& code, int year, const std::string& json,
+                             const ImportOptions& options);
+// The same from a file or any stream that can go back to its start: the document is
+// read as it goes by, never held whole (the rows are, packed, for their checks).
+ImportResult import_register(store::Database& db, const std::string& code, int year, std::istream& json,
                              const ImportOptions& options);
 
 }  // namespace brenlow::exchange

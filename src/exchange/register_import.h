@@ -4,6 +4,7 @@
 // Update, and written in one transaction only when no row was refused. The readers
 // (the JSON document, the spreadsheet) only turn their file into RegisterData.
 
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <optional>
@@ -17,13 +18,29 @@
 
 namespace brenlow::exchange {
 
+// Rows kept packed for their checks: each text by its length, each amount only when it
+// is not nil. A register of a million entries is held whole (every row is checked
+// before any is written) in well under half the room its structs would take.
+template <class RowT>
+class PackedRows {
+public:
+    void push_back(const RowT& row);
+    std::size_t size() const { return where_.size(); }
+    bool empty() const { return where_.empty(); }
+    RowT operator[](std::size_t i) const;  // the row as it was put in
+
+private:
+    std::vector<std::string> chunks_;                             // the bytes, up to a mebibyte each
+    std::vector<std::pair<std::uint32_t, std::uint32_t>> where_;  // chunk and offset of each row
+};
+
 struct RegisterData {
     // Asset groups by the reader's own serial; entries refer to these or to a group of
     // the target year. Groups are matched by name within the year, or created.
     std::map<long, store::AssetGroupRow> groups;
-    std::vector<store::OpeningRow> openings;
+    PackedRows<store::OpeningRow> openings;
     std::vector<bool> opening_read;  // the row's cells read cleanly (else it is not checked further)
-    std::vector<store::AdditionRow> additions;
+    PackedRows<store::AdditionRow> additions;
     std::vector<bool> addition_read;
     std::optional<std::string> misc_inf;  // the options row, when the reader has one
     bool has_manual = false;

@@ -227,6 +227,13 @@ bool export_workbook(store::Database& db, const WorkbookTarget& target, Ui& ui) 
                 " entries: export to an .xlsx file instead.");
         return false;
     }
+    // The sheets are made in the same rows of 65,536 for either kind: past them, entries
+    // would overwrite the ones before.
+    if (openings.size() > kXlsEntries || additions.size() > kXlsEntries) {
+        ui.info("A sheet of the register's workbook holds at most " + std::to_string(kXlsEntries) +
+                " entries: export the register to a JSON document instead.");
+        return false;
+    }
     const std::string failed = "Error ! Data Exported to File : " + path;
     try {
         // The copy of the template; an .xlsx gets it converted as it is written.

@@ -3,8 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <nlohmann/json.hpp>
+#include <sstream>
+#include <string_view>
+#include <tuple>
 
+#include "exchange/register_import.h"
 #include "store/client_store.h"
 #include "store/register_bulk.h"
 #include "store/register_store.h"
@@ -165,7 +170,89 @@ TEST_P(RegisterDocumentTest, TextThatIsNotARegisterDocumentIsRefused) {
             .errors.empty());
 }
 
+// The document goes out a row at a time, and is still the text the whole document's
+// two-space dump prints; from a stream it reads as from its text.
+TEST_P(RegisterDocumentTest, TheDocumentWrittenByPiecesIsTheWholeDumpAndReadsBackFromAStream) {
+    fill();
+    store::RegisterStore(db(), "C001", 2025).rewrite_manual_depreciation({{1, 500.5}, {-1, 20}});
+    std::vector<std::string> pieces;
+    export_register(db(), "C001", 2025, [&](std::string_view p) { pieces.emplace_back(p); });
+    EXPECT_GT(pieces.size(), 5u);
+    std::string text;
+    for (const auto& p : pieces) text += p;
+    EXPECT_EQ(text, Json::parse(text).dump(2) + "\n");
+    EXPECT_EQ(text, export_register(db(), "C001", 2025));
+
+    store::create_client_year(db(), "C002", 2025, "OTHER", 1);
+    std::istringstream in(text);
+    const auto result = import_register(db(), "C002", 2025, in, {.yes = true});
+    ASSERT_TRUE(result.errors.empty()) << result.errors.front();
+    EXPECT_EQ(result.openings, 2);
+    EXPECT_EQ(result.additions, 1);
+    auto copied = Json::parse(export_register(db(), "C002", 2025));
+    auto original = Json::parse(text);
+    for (auto* d : {&copied, &original}) {
+        (*d)["client"] = "";
+        for (const char* t : {"NewFATRo", "NewFATRa", "NewFAMI", "NewFAMD"})
+            for (auto& row : (*d)[t]) row["Code_No"] = "";
+    }
+    EXPECT_EQ(copied, original);
+}
+
+// A stream is read in pieces: a character cut between two pieces is still one
+// character, and a broken one past the first piece is still found.
+TEST_P(RegisterDocumentTest, AStreamThatIsNotJsonIsToldAsItsTextWouldBe) {
+    std::string long_text;
+    for (int i = 0; i < 50000; ++i) long_text += "\xc3\xa9";  // é, over several pieces
+    const std::string head = R"({"format": "brenlow-register", "note": ")" + long_text + "\"";
+    for (const std::string& bad :
+         {head + ", ", head + ", \"x\": \"\xff\"", std::string(" \n "), std::string(70000, ' ') + "x",
+          std::string(R"({"NewFATRo": [{"Part": 1e999}]})")}) {
+        std::istringstream in(bad);
+        const auto from_stream = import_register(db(), "C001", 2025, in, {});
+        const auto from_text = import_register(db(), "C001", 2025, bad, {});
+        ASSERT_EQ(from_stream.errors.size(), 1u);
+        EXPECT_EQ(from_stream.errors, from_text.errors);
+    }
+    std::istringstream cut(head + ", ");
+    EXPECT_NE(import_register(db(), "C001", 2025, cut, {}).errors[0].find("it stops being JSON near byte"),
+              std::string::npos);
+    std::istringstream broken(head + ", \"x\": \"\xff\"");
+    EXPECT_NE(import_register(db(), "C001", 2025, broken, {}).errors[0].find("not UTF-8"), std::string::npos);
+}
+
 BRENLOW_INSTANTIATE_BACKENDS(RegisterDocumentTest);
+
+// The rows an import holds for its checks come back as they went in: texts of any
+// length, nil, minus nil and the largest amounts.
+TEST(PackedRows, GiveBackEveryRowAsItWasPut) {
+    PackedRows<store::AdditionRow> rows;
+    const auto made = [](int i) {
+        store::AdditionRow a;
+        a.Code_No = "C" + std::to_string(i % 10);
+        a.SrNoFATR = i;
+        a.IdFAGM = -i;
+        a.Part = std::string(static_cast<std::size_t>(i % 600), static_cast<char>('a' + i % 26));
+        a.PutDate = "01/04/2014";
+        a.PurAmt = i * 0.1;
+        a.Subsidy = i % 3 == 0 ? -0.0 : 1.7976931348623157e308;
+        a.ShiftDet = i % 500 == 7 ? std::string(70000, 's') : "";
+        a.OthOpts = "|OLD|Y";
+        return a;
+    };
+    for (int i = 0; i < 5000; ++i) rows.push_back(made(i));
+    ASSERT_EQ(rows.size(), 5000u);
+    for (int i = 0; i < 5000; ++i) {
+        const auto want = made(i);
+        const auto got = rows[static_cast<std::size_t>(i)];
+        EXPECT_EQ(std::tie(got.Code_No, got.SrNoFATR, got.IdFAGM, got.Part, got.PutDate, got.AccDate,
+                           got.PurAmt, got.ShiftDet, got.OthOpts, got.ExciseCr),
+                  std::tie(want.Code_No, want.SrNoFATR, want.IdFAGM, want.Part, want.PutDate, want.AccDate,
+                           want.PurAmt, want.ShiftDet, want.OthOpts, want.ExciseCr));
+        EXPECT_EQ(std::signbit(got.Subsidy), std::signbit(want.Subsidy));
+        EXPECT_EQ(got.Subsidy, want.Subsidy);
+    }
+}
 
 }  // namespace
 }  // namespace brenlow::exchange

@@ -182,6 +182,26 @@ TEST_P(RegisterWorkbookTest, AFileThatCannotBeWrittenEndsWithTheErrorMessage) {
     EXPECT_FALSE(ui.progress_visible());
 }
 
+// A sheet has rows for 65,533 entries under its three heading rows; one more is refused
+// in either kind rather than written over the first.
+TEST_P(RegisterWorkbookTest, ASheetOfMoreEntriesThanItsRowsIsRefusedAndNoFileIsMade) {
+    std::vector<store::OpeningRow> o(65534);
+    for (auto& r : o) {
+        r.IdFAGM = plant_;
+        r.Part = "LATHE";
+        r.CostWdv = 1000;
+        r.PutDate = "15/06/2020";
+    }
+    store::insert_openings(db(), "C001", 2025, o);
+    for (const char* file : {"many.xls", "many.xlsx"}) {
+        test::ScriptedUi ui;
+        EXPECT_FALSE(export_workbook(db(), target(file), ui));
+        ASSERT_EQ(ui.messages().size(), 1u);
+        EXPECT_NE(ui.messages()[0].find("at most 65533 entries"), std::string::npos) << ui.messages()[0];
+        EXPECT_FALSE(fs::exists(dir_ / file));
+    }
+}
+
 TEST_P(RegisterWorkbookTest, WithAGroupChosenOnlyThatGroupsEntriesGoOut) {
     fill();
     std::vector<store::OpeningRow> o(1);

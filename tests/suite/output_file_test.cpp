@@ -89,5 +89,38 @@ TEST_F(OutputFile, AWriteThatFailsHalfWayLeavesTheEarlierFileWhole) {
     EXPECT_EQ(files(), 1u) << "a temporary file was left behind";
 }
 
+// Pieces small and large (past the writer's own gathering) come out in their order,
+// and nothing is in place until the writer finishes.
+TEST_F(OutputFile, APieceByPieceFileAppearsWholeOnlyWhenFinished) {
+    const auto target = folder_ / "register.json";
+    write_file_whole(target.string(), "earlier");
+    std::string expected;
+    {
+        WholeFileWriter out(target.string());
+        for (int i = 0; i < 3000; ++i) {
+            const std::string piece = std::string(static_cast<std::size_t>(1 + i % 7), 'a' + i % 26) + "\n";
+            out.write(piece);
+            expected += piece;
+        }
+        const std::string big(3 << 20, 'B');
+        out.write(big);
+        expected += big;
+        out.write("end");
+        expected += "end";
+        EXPECT_EQ(read(target), "earlier");
+        out.finish();
+    }
+    EXPECT_EQ(read(target), expected);
+    EXPECT_EQ(files(), 1u);
+
+    // Dropped before finishing, as when the reading behind it fails: the file stays.
+    {
+        WholeFileWriter out(target.string());
+        out.write(std::string(5 << 20, 'X'));
+    }
+    EXPECT_EQ(read(target), expected);
+    EXPECT_EQ(files(), 1u) << "a temporary file was left behind";
+}
+
 }  // namespace
 }  // namespace brenlow::suite

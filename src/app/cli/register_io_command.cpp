@@ -56,8 +56,11 @@ int export_register(Context& ctx, const std::vector<std::string>& args) {
         CliUi ui(ctx.err, opt.has("yes"));
         return exchange::export_workbook(ctx.base().dbobj(), workbook_target(ctx, t), ui) ? 0 : 1;
     }
-    const std::string json = exchange::export_register(ctx.base().dbobj(), t.code, t.year);
-    suite::write_file_whole(t.file, json);
+    // Row by row into the new file, which takes the old one's place only when whole.
+    suite::WholeFileWriter file(t.file);
+    exchange::export_register(ctx.base().dbobj(), t.code, t.year,
+                              [&file](std::string_view piece) { file.write(piece); });
+    file.finish();
     ctx.out << "Wrote the register of " << t.code << " for F.Y. " << fy_text(t.year) << " to " << t.file
             << "\n";
     return 0;
@@ -94,11 +97,11 @@ int import_register(Context& ctx, const std::vector<std::string>& args) {
             if (!got) return refuse({});
             r = *got;
         } else {
+            // Read as it goes by: the document is never held whole.
             std::ifstream f(t.file, std::ios::binary);
-            std::ostringstream text;
-            if (f) text << f.rdbuf();
-            if (!f || f.bad()) return refuse({"the file cannot be read"});
-            r = exchange::import_register(ctx.base().dbobj(), t.code, t.year, text.str(), options);
+            if (!f) return refuse({"the file cannot be read"});
+            r = exchange::import_register(ctx.base().dbobj(), t.code, t.year, f, options);
+            if (f.bad()) return refuse({"the file cannot be read"});
         }
     } catch (const store::DbError& e) {
         // The import is one group of writes: a failure part-way undid all of it.
