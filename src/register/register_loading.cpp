@@ -320,6 +320,12 @@ void frmNewFATR::LoadRegister() {
 }
 
 void frmNewFATR::fill_grids() {
+    // The serial-number column as wide as the largest number it shows.
+    for (Grid* g : {&vsO, &vsA}) {
+        const std::size_t count = g == &vsO ? opening_serials_.size() : addition_serials_.size();
+        const int digits = static_cast<int>(std::to_string(count).size());
+        g->set_col_width(g->col_index("SN"), std::max(5, digits + 2));
+    }
     vsO.set_row_source(static_cast<int>(opening_serials_.size()),
                        [this](int first, int count) { return opening_page(first, count); });
     vsA.set_row_source(static_cast<int>(addition_serials_.size()),

@@ -30,7 +30,8 @@ TEST(ReadAhead, EverythingReadArrivesOnceInTheOrderRead) {
     for (const int n : {0, 1, 7, 8, 9, 1000, 5003}) {
         std::atomic<int> read = 0;
         std::vector<std::string> used;
-        read_ahead<std::string>(reader(n, read), [&](std::string&& s) { used.push_back(std::move(s)); }, 8, 2);
+        read_ahead<std::string>(
+            reader(n, read), [&](std::string&& s) { used.push_back(std::move(s)); }, 8, 2);
         ASSERT_EQ(used.size(), static_cast<std::size_t>(n)) << n;
         for (int i = 0; i < n; ++i) ASSERT_EQ(used[i], std::to_string(i)) << n;
     }
@@ -40,8 +41,8 @@ TEST(ReadAhead, AFailedReadReachesTheCallerAfterWhatWasReadBeforeIt) {
     std::atomic<int> read = 0;
     std::vector<std::string> used;
     try {
-        read_ahead<std::string>(reader(100, read, 50), [&](std::string&& s) { used.push_back(std::move(s)); },
-                                8, 2);
+        read_ahead<std::string>(
+            reader(100, read, 50), [&](std::string&& s) { used.push_back(std::move(s)); }, 8, 2);
         FAIL() << "the failure was lost";
     } catch (const std::runtime_error& e) {
         EXPECT_STREQ(e.what(), "the register table is gone");

@@ -436,6 +436,7 @@ TEST(RegisterWindowLarge, GridOfAHundredThousandEntriesScrollsToItsEnd) {
     EXPECT_EQ(view->model()->index(99999, 3).data().toString(), "ASSET 100000");
     // Only the pages shown were read: the first screen's and the last one's.
     EXPECT_LE(window.screen().vsO.source_fetches(), 4);
+    EXPECT_TRUE(brenlow::test::save_picture(window, "register_100000_at_the_end"));
     component.base.reset();
 }
 
