@@ -140,11 +140,11 @@ void print_grid(std::ostream& out, const Grid& g, const char* title) {
         const std::string band = g.text_matrix(0, c), own = g.text_matrix(g.fixed_rows() - 1, c);
         return band.empty() || band == own ? own : band + " / " + own;
     };
-    for (std::size_t i = 0; i < cols.size(); ++i) {
-        width[i] = heading(cols[i]).size();
-        for (int r = g.fixed_rows(); r < g.rows(); ++r)
+    for (std::size_t i = 0; i < cols.size(); ++i) width[i] = heading(cols[i]).size();
+    // Row by row: a register grid reads its rows from the store a page at a time.
+    for (int r = g.fixed_rows(); r < g.rows(); ++r)
+        for (std::size_t i = 0; i < cols.size(); ++i)
             width[i] = std::max(width[i], g.display_text(r, cols[i]).size());
-    }
     for (std::size_t i = 0; i < cols.size(); ++i)
         out << (i ? " | " : "") << std::left << std::setw(int(width[i])) << heading(cols[i]);
     out << "\n";
