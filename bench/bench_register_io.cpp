@@ -26,6 +26,7 @@
 #include <vector>
 
 #include "app/cli/cli.h"
+#include "bench_entries.h"
 #include "store/client_store.h"
 #include "store/database.h"
 #include "store/register_bulk.h"
@@ -73,37 +74,10 @@ void insert_rows(store::Database& db, const char* code, int from, int to) {
     std::vector<store::OpeningRow> openings;
     std::vector<store::AdditionRow> additions;
     for (int i = from; i < to; ++i) {
-        if (i % 10 < 7) {
-            store::OpeningRow o;
-            o.IdFAGM = 1 + i % 20;
-            o.Part = "MACHINE NUMBER " + std::to_string(i);
-            o.CostWdv = 100000 + i;
-            o.OpDepr = 25000.5;
-            o.ResValue = 5000;
-            o.LifeYrs = 15;
-            o.RateFACL = 18.1;
-            o.WdvIT = 61234.25;
-            o.RateIT = 15;
-            o.PutDate = "01/04/2014";
-            o.OthOpts = "||||Y|Y|Y|Y|Y|Y|N|N";
-            openings.push_back(std::move(o));
-        } else {
-            store::AdditionRow a;
-            a.IdFAGM = 1 + i % 20;
-            a.Part = "ADDITION NUMBER " + std::to_string(i);
-            a.PutDate = "15/06/2015";
-            a.AccDate = "10/06/2015";
-            a.PurAmt = 50000 + i * 0.25;
-            a.ExciseCr = 500;
-            a.ResValue = 2000;
-            a.LifeYrs = 15;
-            a.RateFACL = 18.1;
-            a.RateIT = 15;
-            a.AddlDepRT = 20;
-            a.OthOpts = "|OLD|Y|Y|Y|Y|Y|Y";
-            if (i % 40 == 3) a.ShiftDet = "01/07/2015,30/09/2015,2";
-            additions.push_back(std::move(a));
-        }
+        if (i % 10 < 7)
+            openings.push_back(bench::opening_entry(i));
+        else
+            additions.push_back(bench::addition_entry(i));
     }
     store::insert_openings(db, code, kYear, openings);
     store::insert_additions(db, code, kYear, additions);

@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <memory>
 
+#include "bench_entries.h"
 #include "bench_ui.h"
 #include "controls/ui_port.h"
 #include "exchange/register_workbook.h"
@@ -49,36 +50,10 @@ struct Register {
         store::RegisterStore rs(*db, "C001", 2016);
         store::Transaction tx(*db);
         for (int i = 0; i < entries; ++i) {
-            if (i % 2 == 0) {
-                store::OpeningRow o;
-                o.IdFAGM = 1 + i % 20;
-                o.Part = "MACHINE NUMBER " + std::to_string(i);
-                o.CostWdv = 100000 + i;
-                o.OpDepr = 25000.5;
-                o.ResValue = 5000;
-                o.LifeYrs = 15;
-                o.RateFACL = 18.1;
-                o.WdvIT = 61234.25;
-                o.RateIT = 15;
-                o.PutDate = "01/04/2014";
-                o.OthOpts = "||||Y|Y|Y|Y|Y|Y|N|N";
-                rs.insert_opening(o);
-            } else {
-                store::AdditionRow a;
-                a.IdFAGM = 1 + i % 20;
-                a.Part = "ADDITION NUMBER " + std::to_string(i);
-                a.PutDate = "15/06/2015";
-                a.AccDate = "10/06/2015";
-                a.PurAmt = 50000 + i;
-                a.ExciseCr = 500;
-                a.ResValue = 2000;
-                a.LifeYrs = 15;
-                a.RateFACL = 18.1;
-                a.RateIT = 15;
-                a.AddlDepRT = 20;
-                a.OthOpts = "|OLD|Y|Y|Y|Y|Y|Y";
-                rs.insert_addition(a);
-            }
+            if (i % 2 == 0)
+                rs.insert_opening(bench::opening_entry(i));
+            else
+                rs.insert_addition(bench::addition_entry(i));
         }
         tx.commit();
     }
