@@ -21,9 +21,10 @@ protected:
     void SetUp() override {
         CliTest::SetUp();
         if (IsSkipped()) return;
-        folder_ = std::filesystem::temp_directory_path() /
-                  ("brenlow-integrity-" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) +
-                   "-" + std::to_string(reinterpret_cast<std::uintptr_t>(this)));
+        folder_ =
+            std::filesystem::temp_directory_path() /
+            ("brenlow-integrity-" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) + "-" +
+             std::to_string(::getpid()) + "-" + std::to_string(reinterpret_cast<std::uintptr_t>(this)));
         std::filesystem::create_directories(folder_);
         ASSERT_EQ(cli({"init", "--client", "ACME", "--year", "2025"}).code, 0);
         const auto r =
