@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "store/database.h"
 #include "store/register_store.h"
 
 namespace brenlow::bench {
@@ -41,6 +42,26 @@ inline store::AdditionRow addition_entry(int i) {
     a.OthOpts = "|OLD|Y|Y|Y|Y|Y|Y";
     if (i % 40 == 3) a.ShiftDet = "01/07/2015,30/09/2015,2";
     return a;
+}
+
+// Twenty asset groups of the year, "GROUP 1" to "GROUP 20", all in the same blocks.
+inline void add_groups(store::Database& db, int year) {
+    for (int g = 1; g <= 20; ++g)
+        db.execute("INSERT INTO NewFAGM Values (" + std::to_string(g) + "," + std::to_string(year) +
+                   ",'GROUP " + std::to_string(g) + "','3-15',15,20,0,15,'4.1',15,6.33,18.1)");
+}
+
+// A register of `entries` for `code`, opening assets and additions taking turns.
+inline void fill_register(store::Database& db, const std::string& code, int year, int entries) {
+    store::RegisterStore rs(db, code, year);
+    store::Transaction tx(db);
+    for (int i = 0; i < entries; ++i) {
+        if (i % 2 == 0)
+            rs.insert_opening(opening_entry(i));
+        else
+            rs.insert_addition(addition_entry(i));
+    }
+    tx.commit();
 }
 
 }  // namespace brenlow::bench

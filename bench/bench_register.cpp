@@ -54,18 +54,8 @@ struct Register {
         comp.base = base;
         comp.log.set_exe_path(dir.string());
         auto& db = base->dbobj();
-        for (int g = 1; g <= 20; ++g)
-            db.execute("INSERT INTO NewFAGM Values (" + std::to_string(g) + ",2016,'GROUP " +
-                       std::to_string(g) + "','3-15',15,20,0,15,'4.1',15,6.33,18.1)");
-        store::RegisterStore rs(db, "C001", 2016);
-        store::Transaction tx(db);
-        for (int i = 0; i < entries; ++i) {
-            if (i % 2 == 0)
-                rs.insert_opening(bench::opening_entry(i));
-            else
-                rs.insert_addition(bench::addition_entry(i));
-        }
-        tx.commit();
+        bench::add_groups(db, 2016);
+        bench::fill_register(db, "C001", 2016, entries);
     }
     ~Register() {
         comp.base.reset();

@@ -115,9 +115,7 @@ private:
         store::create_client_year(*db, "C001", kYear, "BENCH", 3);
         store::create_client_year(*db, "C002", kYear, "TARGET", 3);
         store::create_client_year(*db, "C003", kYear, "FLOOR", 3);
-        for (int g = 1; g <= 20; ++g)
-            db->execute("INSERT INTO NewFAGM Values (" + std::to_string(g) + "," + std::to_string(kYear) +
-                        ",'GROUP " + std::to_string(g) + "','3-15',15,20,0,15,'4.1',15,6.33,18.1)");
+        bench::add_groups(*db, kYear);
         constexpr int kBatch = 50000;
         for (int from = 0; from < entries; from += kBatch)
             insert_rows(*db, "C001", from, std::min(entries, from + kBatch));

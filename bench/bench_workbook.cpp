@@ -44,18 +44,8 @@ struct Register {
         store::ensure_schema(*db, store::reference_data_dir());
         store::create_client_year(*db, "C001", 2016, "BENCH", 3);
         store::create_client_year(*db, "C002", 2016, "TARGET", 3);
-        for (int g = 1; g <= 20; ++g)
-            db->execute("INSERT INTO NewFAGM Values (" + std::to_string(g) + ",2016,'GROUP " +
-                        std::to_string(g) + "','3-15',15,20,0,15,'4.1',15,6.33,18.1)");
-        store::RegisterStore rs(*db, "C001", 2016);
-        store::Transaction tx(*db);
-        for (int i = 0; i < entries; ++i) {
-            if (i % 2 == 0)
-                rs.insert_opening(bench::opening_entry(i));
-            else
-                rs.insert_addition(bench::addition_entry(i));
-        }
-        tx.commit();
+        bench::add_groups(*db, 2016);
+        bench::fill_register(*db, "C001", 2016, entries);
     }
     ~Register() {
         db.reset();

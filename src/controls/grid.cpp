@@ -62,6 +62,14 @@ std::optional<double> read_number(std::string_view text) {
     return bracketed ? -v : v;
 }
 
+// A tab-separated line as a row keeps its cells.
+std::string packed(std::string line) {
+    std::erase(line, kCellSeparator);
+    for (char& c : line)
+        if (c == '\t') c = kCellSeparator;
+    return line;
+}
+
 bool is_date_format(std::string_view format) {
     return format.find_first_of("dDyY") != std::string_view::npos;
 }
@@ -91,12 +99,7 @@ const Grid::Row& Grid::row_at(int row) const {
         ++source_fetches_;
         std::vector<Row> rows(count);
         for (int k = 0; k < count; ++k) {
-            if (k < static_cast<int>(got.lines.size())) {
-                rows[k].cells = std::move(got.lines[k]);
-                std::erase(rows[k].cells, kCellSeparator);
-                for (char& c : rows[k].cells)
-                    if (c == '\t') c = kCellSeparator;
-            }
+            if (k < static_cast<int>(got.lines.size())) rows[k].cells = packed(std::move(got.lines[k]));
             if (k < static_cast<int>(got.data.size())) rows[k].data = got.data[k];
         }
         if (static_cast<int>(page_order_.size()) >= kSourcePagesKept) {
@@ -249,10 +252,7 @@ int Grid::add_item(std::string_view tab_separated, int at) {
     if (at < fixed_rows_) at = fixed_rows_;
     take_all_rows();
     Row row;
-    row.cells = clean(tab_separated);
-    for (char& c : row.cells) {
-        if (c == '\t') c = kCellSeparator;
-    }
+    row.cells = packed(std::string(tab_separated));
     notify({GridChange::Kind::rows_inserting, at, at});
     rows_.insert(rows_.begin() + at, std::move(row));
     notify({GridChange::Kind::rows_inserted, at, at});

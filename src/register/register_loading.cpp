@@ -340,64 +340,45 @@ namespace {
 
 // Rows [first, first + count) of a grid paged over `serials`: the entries read by
 // their serial range land on their own lines; one gone since the serials were read
-// leaves its line empty but for the serial.
+// leaves its line empty but for the serial. A page that cannot be read is logged under
+// the handler that asked for it and shows its serials alone: the grid asks for pages
+// while drawing, where nothing may throw.
 template <class Row, class ForEach, class Line>
-GridRowPage page_of(const std::vector<long>& serials, int first, int count, ForEach&& for_each, Line&& line) {
+GridRowPage page_of(frame::ErrorLog& log, const std::vector<long>& serials, int first, int count,
+                    ForEach&& for_each, Line&& line) {
     GridRowPage page;
     page.lines.resize(count);
     page.data.assign(serials.begin() + first, serials.begin() + first + count);
     if (count == 0) return page;
     const auto begin = serials.begin() + first, end = begin + count;
-    for_each(serials[first], serials[first + count - 1], [&](Row&& row) {
-        const auto at = std::lower_bound(begin, end, static_cast<long>(row.SrNoFATR));
-        if (at == end || *at != row.SrNoFATR) return;
-        const int i = static_cast<int>(at - begin);
-        page.lines[i] = line(row, first + i + 1);
-    });
+    try {
+        for_each(serials[first], serials[first + count - 1], [&](Row&& row) {
+            const auto at = std::lower_bound(begin, end, static_cast<long>(row.SrNoFATR));
+            if (at == end || *at != row.SrNoFATR) return;
+            const int i = static_cast<int>(at - begin);
+            page.lines[i] = line(row, first + i + 1);
+        });
+    } catch (const std::exception& e) {
+        log.log(e);
+        std::fill(page.lines.begin(), page.lines.end(), std::string());
+    }
     return page;
 }
 
 }  // namespace
 
-// A page that cannot be read is logged under the handler that asked for it and
-// shows its serials alone; the grid asks for pages while drawing, where nothing may throw.
-template <class Step>
-bool read_page(frame::ErrorLog& log, Step&& step) {
-    try {
-        step();
-        return true;
-    } catch (const std::exception& e) {
-        log.log(e);
-    }
-    return false;
-}
-
 GridRowPage frmNewFATR::opening_page(int first, int count) {
-    GridRowPage page;
-    if (!read_page(comp_.log, [&] {
-            page = page_of<store::OpeningRow>(
-                opening_serials_, first, count,
-                [&](long from, long to, auto&& fn) {
-                    store_->for_each_opening_between(shown_group_, from, to, fn);
-                },
-                [&](const store::OpeningRow& o, int sn) { return opening_line(o, sn); });
-        }))
-        page.data.assign(opening_serials_.begin() + first, opening_serials_.begin() + first + count);
-    return page;
+    return page_of<store::OpeningRow>(
+        comp_.log, opening_serials_, first, count,
+        [&](long from, long to, auto&& fn) { store_->for_each_opening_between(shown_group_, from, to, fn); },
+        [&](const store::OpeningRow& o, int sn) { return opening_line(o, sn); });
 }
 
 GridRowPage frmNewFATR::addition_page(int first, int count) {
-    GridRowPage page;
-    if (!read_page(comp_.log, [&] {
-            page = page_of<store::AdditionRow>(
-                addition_serials_, first, count,
-                [&](long from, long to, auto&& fn) {
-                    store_->for_each_addition_between(shown_group_, from, to, fn);
-                },
-                [&](const store::AdditionRow& a, int sn) { return addition_line(a, sn); });
-        }))
-        page.data.assign(addition_serials_.begin() + first, addition_serials_.begin() + first + count);
-    return page;
+    return page_of<store::AdditionRow>(
+        comp_.log, addition_serials_, first, count,
+        [&](long from, long to, auto&& fn) { store_->for_each_addition_between(shown_group_, from, to, fn); },
+        [&](const store::AdditionRow& a, int sn) { return addition_line(a, sn); });
 }
 
 std::string frmNewFATR::opening_line(const store::OpeningRow& o, int sn) const {

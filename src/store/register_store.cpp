@@ -271,85 +271,86 @@ void RegisterStore::write_old_chart_marker() {
     tx.commit();
 }
 
+namespace {
+
+// The rows of `table` picked by `where`, in serial order: `columns` a list or "*".
+std::string by_serial(std::string_view columns, const std::string& table, const std::string& where) {
+    return "SELECT " + std::string(columns) + " FROM " + table + where + " ORDER BY SrNoFATR";
+}
+
+std::string serials_from(long first, long last) {
+    return " AND SrNoFATR BETWEEN " + num(first) + " AND " + num(last);
+}
+
+// Each row read into its struct; a narrow read, which leaves Code_No out, gets the
+// client's code put back.
+template <class RowT>
+void each_row(Database& db, const std::string& sql, RowReader<RowT> reader, const std::string* code,
+              const std::function<void(RowT&&)>& fn) {
+    db.for_each_row(sql, [&](const Row& r) {
+        RowT row = reader.read(r);
+        if (code) row.Code_No = *code;
+        fn(std::move(row));
+    });
+}
+
+std::vector<long> serials(Database& db, const std::string& sql) {
+    std::vector<long> out;
+    db.for_each_row(sql, [&](const Row& r) { out.push_back(static_cast<long>(r[0].as_int())); });
+    return out;
+}
+
+}  // namespace
+
 void RegisterStore::for_each_opening(std::optional<long> group, const std::function<void(OpeningRow&&)>& fn) {
-    db_.for_each_row(
-        "SELECT * FROM " + opening_table() + where_client(group) + kNotMarker + " ORDER BY SrNoFATR",
-        [&, reader = opening_reader()](const Row& r) mutable { fn(reader.read(r)); });
+    each_row(db_, by_serial("*", opening_table(), where_client(group) + kNotMarker), opening_reader(),
+             nullptr, fn);
 }
 
 void RegisterStore::for_each_addition(std::optional<long> group,
                                       const std::function<void(AdditionRow&&)>& fn) {
-    db_.for_each_row("SELECT * FROM " + addition_table() + where_client(group) + " ORDER BY SrNoFATR",
-                     [&, reader = addition_reader()](const Row& r) mutable { fn(reader.read(r)); });
+    each_row(db_, by_serial("*", addition_table(), where_client(group)), addition_reader(), nullptr, fn);
 }
 
 std::vector<long> RegisterStore::opening_serials(std::optional<long> group) {
-    std::vector<long> out;
-    db_.for_each_row(
-        "SELECT SrNoFATR FROM " + opening_table() + where_client(group) + kNotMarker + " ORDER BY SrNoFATR",
-        [&](const Row& r) { out.push_back(static_cast<long>(r[0].as_int())); });
-    return out;
+    return serials(db_, by_serial("SrNoFATR", opening_table(), where_client(group) + kNotMarker));
 }
 
 std::vector<long> RegisterStore::addition_serials(std::optional<long> group) {
-    std::vector<long> out;
-    db_.for_each_row("SELECT SrNoFATR FROM " + addition_table() + where_client(group) + " ORDER BY SrNoFATR",
-                     [&](const Row& r) { out.push_back(static_cast<long>(r[0].as_int())); });
-    return out;
+    return serials(db_, by_serial("SrNoFATR", addition_table(), where_client(group)));
 }
 
 void RegisterStore::for_each_opening_between(std::optional<long> group, long first, long last,
                                              const std::function<void(OpeningRow&&)>& fn) {
-    db_.for_each_row("SELECT * FROM " + opening_table() + where_client(group) + kNotMarker +
-                         " AND SrNoFATR BETWEEN " + num(first) + " AND " + num(last) + " ORDER BY SrNoFATR",
-                     [&, reader = opening_reader()](const Row& r) mutable { fn(reader.read(r)); });
+    each_row(db_,
+             by_serial("*", opening_table(), where_client(group) + kNotMarker + serials_from(first, last)),
+             opening_reader(), nullptr, fn);
 }
 
 void RegisterStore::for_each_addition_between(std::optional<long> group, long first, long last,
                                               const std::function<void(AdditionRow&&)>& fn) {
-    db_.for_each_row("SELECT * FROM " + addition_table() + where_client(group) + " AND SrNoFATR BETWEEN " +
-                         num(first) + " AND " + num(last) + " ORDER BY SrNoFATR",
-                     [&, reader = addition_reader()](const Row& r) mutable { fn(reader.read(r)); });
+    each_row(db_, by_serial("*", addition_table(), where_client(group) + serials_from(first, last)),
+             addition_reader(), nullptr, fn);
 }
 
 void RegisterStore::for_each_opening_for_books(const std::function<void(OpeningRow&&)>& fn) {
-    db_.for_each_row(std::string("SELECT ") + kOpeningForBooks + " FROM " + opening_table() +
-                         where_client(std::nullopt) + kNotMarker + " ORDER BY SrNoFATR",
-                     [&, reader = opening_reader()](const Row& r) mutable {
-                         OpeningRow o = reader.read(r);
-                         o.Code_No = code_;
-                         fn(std::move(o));
-                     });
+    each_row(db_, by_serial(kOpeningForBooks, opening_table(), where_client(std::nullopt) + kNotMarker),
+             opening_reader(), &code_, fn);
 }
 
 void RegisterStore::for_each_addition_for_books(const std::function<void(AdditionRow&&)>& fn) {
-    db_.for_each_row(std::string("SELECT ") + kAdditionForBooks + " FROM " + addition_table() +
-                         where_client(std::nullopt) + " ORDER BY SrNoFATR",
-                     [&, reader = addition_reader()](const Row& r) mutable {
-                         AdditionRow a = reader.read(r);
-                         a.Code_No = code_;
-                         fn(std::move(a));
-                     });
+    each_row(db_, by_serial(kAdditionForBooks, addition_table(), where_client(std::nullopt)),
+             addition_reader(), &code_, fn);
 }
 
 void RegisterStore::for_each_opening_for_income_tax(const std::function<void(OpeningRow&&)>& fn) {
-    db_.for_each_row(std::string("SELECT ") + kOpeningForIncomeTax + " FROM " + opening_table() +
-                         where_client(std::nullopt) + kNotMarker + " ORDER BY SrNoFATR",
-                     [&, reader = opening_reader()](const Row& r) mutable {
-                         OpeningRow o = reader.read(r);
-                         o.Code_No = code_;
-                         fn(std::move(o));
-                     });
+    each_row(db_, by_serial(kOpeningForIncomeTax, opening_table(), where_client(std::nullopt) + kNotMarker),
+             opening_reader(), &code_, fn);
 }
 
 void RegisterStore::for_each_addition_for_income_tax(const std::function<void(AdditionRow&&)>& fn) {
-    db_.for_each_row(std::string("SELECT ") + kAdditionForIncomeTax + " FROM " + addition_table() +
-                         where_client(std::nullopt) + " ORDER BY SrNoFATR",
-                     [&, reader = addition_reader()](const Row& r) mutable {
-                         AdditionRow a = reader.read(r);
-                         a.Code_No = code_;
-                         fn(std::move(a));
-                     });
+    each_row(db_, by_serial(kAdditionForIncomeTax, addition_table(), where_client(std::nullopt)),
+             addition_reader(), &code_, fn);
 }
 
 std::vector<OpeningRow> RegisterStore::opening_entries(std::optional<long> group) {
