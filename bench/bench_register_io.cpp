@@ -192,7 +192,7 @@ int export_floor(const Register& reg) {
     rs.for_each_addition(std::nullopt,
                          [&](store::AdditionRow&& a) { text += a.Part.size() + a.OthOpts.size(); });
     const auto bytes = std::filesystem::file_size(reg.file("register.json"));
-    suite::WholeFileWriter out(reg.file("floor.json"));
+    suite::WholeFileWriter out(reg.file("floor.json"), suite::Existing::replace);
     const std::string block(std::size_t{1} << 20, text % 2 ? ' ' : '\n');
     for (std::uintmax_t done = 0; done < bytes; done += block.size())
         out.write(std::string_view(block).substr(

@@ -39,7 +39,8 @@ struct Register {
         std::filesystem::create_directories(dir / "Databases");
         for (const bool company : {true, false})
             suite::write_file_whole(exchange::template_path(dir.string(), company),
-                                    exchange::xls::write(exchange::register_template(company)));
+                                    exchange::xls::write(exchange::register_template(company)),
+                                    suite::Existing::replace);
         db = store::open_database("sqlite:" + (dir / "t.db").string());
         store::ensure_schema(*db, store::reference_data_dir());
         store::create_client_year(*db, "C001", 2016, "BENCH", 3);

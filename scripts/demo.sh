@@ -9,4 +9,4 @@ build=${BUILD_DIR:-$root/build}
 mkdir -p "$build/artifacts"
 "$build/src/app/brenlow" --version
 # The embedded default: the SQLite file in the user's data folder.
-"$build/src/app/brenlow" demo --out "$build/artifacts"
+"$build/src/app/brenlow" demo --out "$build/artifacts" --yes

@@ -6,13 +6,17 @@
 // With --screenshot the window is drawn (offscreen works), saved as a picture and the
 // program ends.
 #include <QApplication>
+#include <QBuffer>
 #include <QCommandLineParser>
 #include <QSettings>
 #include <QTimer>
 #include <cstdio>
+#include <stdexcept>
+#include <string_view>
 
 #include "app/tarrow/host.h"
 #include "store/database.h"
+#include "suite/output_file.h"
 
 int main(int argc, char** argv) {
     QApplication app(argc, argv);
@@ -68,8 +72,17 @@ int main(int argc, char** argv) {
     if (parser.isSet("screenshot")) {
         QApplication::processEvents();
         const QString file = parser.value("screenshot");
-        if (!shown->grab().save(file)) {
-            std::fprintf(stderr, "tarrow: could not save %s\n", qPrintable(file));
+        // Made in memory and written whole, by the rule every written file follows; the
+        // option names a picture to make again on every run.
+        QByteArray png;
+        QBuffer buffer(&png);
+        buffer.open(QIODevice::WriteOnly);
+        try {
+            if (!shown->grab().save(&buffer, "PNG")) throw std::runtime_error("the picture could not be made");
+            brenlow::suite::write_file_whole(file.toStdString(), std::string_view(png.constData(), png.size()),
+                                             brenlow::suite::Existing::replace);
+        } catch (const std::exception& e) {
+            std::fprintf(stderr, "tarrow: could not save %s: %s\n", qPrintable(file), e.what());
             return 1;
         }
         std::printf("%s\n", qPrintable(file));

@@ -211,11 +211,18 @@ bool export_workbook(store::Database& db, const WorkbookTarget& target, Ui& ui) 
         path = *chosen;
     }
     const auto kind = spreadsheet_kind(path).value_or(SpreadsheetKind::Xls);
-    std::error_code ec;
-    if (fs::exists(path, ec) &&
-        !ui.ask_yes_no("File [" + path + "] already exists. Do you want to overwrite it?", MsgIcon::question,
-                       false))
+    // The database, a folder: refused before the question, which could only be answered No.
+    try {
+        suite::check_target(path, suite::Existing::replace);
+    } catch (const suite::TargetRefused& e) {
+        ui.info(e.what());
         return false;
+    }
+    std::error_code ec;
+    const bool there = fs::exists(path, ec);
+    if (there && !ui.ask_yes_no(suite::replace_question(path), MsgIcon::question, false)) return false;
+    // Yes replaces the file asked about; a file that appears meanwhile is kept.
+    const auto existing = there ? suite::Existing::replace : suite::Existing::keep;
     const std::string source = template_path(target.exe_path, target.company);
     const auto template_bytes = file_bytes(source);
     if (!template_bytes) {
@@ -236,8 +243,8 @@ bool export_workbook(store::Database& db, const WorkbookTarget& target, Ui& ui) 
     }
     const std::string failed = "Error ! Data Exported to File : " + path;
     try {
-        // The copy of the template; an .xlsx gets it converted as it is written.
-        if (kind == SpreadsheetKind::Xls) suite::write_file_whole(path, *template_bytes);
+        // The template is filled in memory and written beside the target, which it
+        // replaces only when whole: until then the earlier workbook stays as it was.
         auto book = xls::read(*template_bytes);
         xls::Sheet* o_sheet = book ? sheet_named(*book, kOpeningSheet) : nullptr;
         xls::Sheet* a_sheet = book ? sheet_named(*book, kAdditionSheet) : nullptr;
@@ -266,8 +273,13 @@ bool export_workbook(store::Database& db, const WorkbookTarget& target, Ui& ui) 
                 addition_cells(additions[i], static_cast<int>(i + 1), group_of(additions[i].IdFAGM), common));
         fill_sheet(*a_sheet, target.year, rows, "Exporting 'Addition' Details ...", openings.size(), total,
                    ui);
-        suite::write_file_whole(path, spreadsheet_bytes(*book, kind));
+        write_spreadsheet(*book, kind, path, existing);
         ui.progress_done();
+    } catch (const suite::TargetRefused& e) {
+        // Taken or made in the meantime: said as it is.
+        ui.progress_done();
+        ui.info(e.what());
+        return false;
     } catch (const std::exception&) {
         ui.progress_done();
         ui.info(failed);

@@ -19,6 +19,7 @@
 #include <tuple>
 
 #include "controls/vb_date.h"
+#include "suite/output_file.h"
 
 namespace brenlow::exchange {
 namespace {
@@ -344,15 +345,11 @@ std::optional<std::vector<SheetCells>> read_xlsx(const std::string& path, std::s
 
 // ---- .xlsx out through libxlsxwriter ----
 
-std::string xlsx_bytes(const xls::Workbook& book) {
-    // The library writes to a file of its own; the bytes come back from it and the
-    // caller writes the real file whole.
-    std::random_device rd;
-    const auto tmp = std::filesystem::temp_directory_path() /
-                     ("brenlow-" + std::to_string(rd()) + "-" + std::to_string(rd()) + ".xlsx");
+// The library writes the file by its name: the writer's temporary beside the target.
+void write_xlsx(const xls::Workbook& book, const char* file) {
     lxw_workbook_options options = {};
     options.constant_memory = LXW_TRUE;
-    lxw_workbook* wb = workbook_new_opt(tmp.string().c_str(), &options);
+    lxw_workbook* wb = workbook_new_opt(file, &options);
     if (!wb) throw std::runtime_error("the workbook cannot be made");
     // One library format per distinct look: the library finds a format equal to one it
     // has by hashing it again on every cell.
@@ -410,17 +407,7 @@ std::string xlsx_bytes(const xls::Workbook& book) {
         }
     }
     const lxw_error e = workbook_close(wb);
-    std::string bytes;
-    {
-        std::ifstream in(tmp, std::ios::binary);
-        std::ostringstream ss;
-        ss << in.rdbuf();
-        bytes = ss.str();
-    }
-    std::error_code ec;
-    std::filesystem::remove(tmp, ec);
     if (e != LXW_NO_ERROR) throw std::runtime_error(lxw_strerror(e));
-    return bytes;
 }
 
 }  // namespace
@@ -446,8 +433,14 @@ std::optional<std::vector<SheetCells>> read_spreadsheet(const std::string& path,
     return read_xls(path, error);
 }
 
-std::string spreadsheet_bytes(const xls::Workbook& book, SpreadsheetKind kind) {
-    return kind == SpreadsheetKind::Xls ? xls::write(book) : xlsx_bytes(book);
+void write_spreadsheet(const xls::Workbook& book, SpreadsheetKind kind, const std::string& path,
+                       suite::Existing existing) {
+    suite::WholeFileWriter file(path, existing);
+    if (kind == SpreadsheetKind::Xls)
+        file.write(xls::write(book));
+    else
+        write_xlsx(book, file.temporary_name());
+    file.finish();
 }
 
 }  // namespace brenlow::exchange

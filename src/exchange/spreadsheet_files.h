@@ -11,6 +11,7 @@
 
 #include "exchange/register_sheets.h"
 #include "exchange/xls_workbook.h"
+#include "suite/output_file.h"
 
 namespace brenlow::exchange {
 
@@ -28,7 +29,9 @@ struct SheetCells {
 // as one.
 std::optional<std::vector<SheetCells>> read_spreadsheet(const std::string& path, std::string& error);
 
-// The workbook's bytes in the file's format.
-std::string spreadsheet_bytes(const xls::Workbook& book, SpreadsheetKind kind);
+// The workbook written whole to `path` in the file's format (as output_file's writers
+// do, under the same rule and with the same errors).
+void write_spreadsheet(const xls::Workbook& book, SpreadsheetKind kind, const std::string& path,
+                       suite::Existing existing);
 
 }  // namespace brenlow::exchange

@@ -5,10 +5,13 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <stdexcept>
 #include <vector>
+
+#include "suite/output_temporary.h"
 
 namespace brenlow::suite {
 namespace {
@@ -23,7 +26,9 @@ public:
     explicit Beside(const std::string& target) {
         const std::filesystem::path p(target);
         const auto folder = p.has_parent_path() ? p.parent_path() : std::filesystem::path(".");
-        const std::string pattern = (folder / ("." + p.filename().string() + ".XXXXXX")).string();
+        const std::string pattern =
+            (folder / (detail::temporary_prefix(p.filename().string()) + std::to_string(::getpid()) + "-XXXXXX"))
+                .string();
         name_.assign(pattern.begin(), pattern.end());
         name_.push_back('\0');
         fd_ = ::mkstemp(name_.data());
@@ -65,6 +70,35 @@ void write_all(const std::string& path, int fd, std::string_view bytes) {
     }
 }
 
+// The finished temporary takes the target's name. Unless replacing was agreed, a file
+// that appeared at the target since the check is not replaced either.
+void put_in_place(const char* temporary, const std::string& path, Existing existing) {
+    check_target(path, existing);
+    if (existing == Existing::replace) {
+        if (::rename(temporary, path.c_str()) != 0) throw cannot_write(path, errno);
+        return;
+    }
+    if (::renameat2(AT_FDCWD, temporary, AT_FDCWD, path.c_str(), RENAME_NOREPLACE) == 0) return;
+    if (errno == EEXIST) throw TargetRefused(TargetRefused::Reason::exists, path);
+    if (errno != EINVAL && errno != ENOSYS) throw cannot_write(path, errno);
+    // A file system without the exclusive rename: a link is exclusive too.
+    if (::link(temporary, path.c_str()) != 0) {
+        if (errno == EEXIST) throw TargetRefused(TargetRefused::Reason::exists, path);
+        throw cannot_write(path, errno);
+    }
+    ::unlink(temporary);
+}
+
+// The rename itself on disk, so a power cut after the command said "Wrote" keeps the file.
+void sync_folder(const std::string& path) {
+    const std::filesystem::path p(path);
+    const auto folder = p.has_parent_path() ? p.parent_path() : std::filesystem::path(".");
+    const int fd = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (fd < 0) return;
+    ::fsync(fd);
+    ::close(fd);
+}
+
 // Pieces are gathered up to this size before they go to the file.
 constexpr std::size_t kBufferBytes = std::size_t{1} << 20;
 
@@ -74,8 +108,11 @@ struct WholeFileWriter::Temp : Beside {
     using Beside::Beside;
 };
 
-WholeFileWriter::WholeFileWriter(std::string path)
-    : path_(std::move(path)), temp_(std::make_unique<Temp>(path_)) {
+WholeFileWriter::WholeFileWriter(std::string path, Existing existing)
+    : path_(std::move(path)), existing_(existing) {
+    check_target(path_, existing_);
+    detail::remove_stale_temporaries(path_);
+    temp_ = std::make_unique<Temp>(path_);
     if (!temp_->made()) throw cannot_write(path_, errno);
 
     // mkstemp makes the file private; the finished file gets the earlier file's
@@ -116,12 +153,15 @@ void WholeFileWriter::finish() {
     flush();
     if (::fsync(temp_->fd()) != 0) throw cannot_write(path_, errno);
     if (temp_->close() != 0) throw cannot_write(path_, errno);
-    if (::rename(temp_->name(), path_.c_str()) != 0) throw cannot_write(path_, errno);
+    put_in_place(temp_->name(), path_, existing_);
     temp_->kept();
+    sync_folder(path_);
 }
 
-void write_file_whole(const std::string& path, std::string_view bytes) {
-    WholeFileWriter out(path);
+const char* WholeFileWriter::temporary_name() const { return temp_->name(); }
+
+void write_file_whole(const std::string& path, std::string_view bytes, Existing existing) {
+    WholeFileWriter out(path, existing);
     out.write(bytes);
     out.finish();
 }

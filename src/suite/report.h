@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "suite/output_file.h"
+
 namespace brenlow::Ostikreport {
 
 struct ReportColumn {
@@ -76,7 +78,7 @@ std::string render_text(const ReportDocument& doc);
 // The report as a PDF file, landscape or portrait A4, in the document's face where
 // it is installed (else DejaVu Sans, see report_face), the heading block repeated
 // on every page and the pages numbered. Throws std::runtime_error when the file
-// cannot be written.
-void write_pdf(const ReportDocument& doc, const std::string& path);
+// cannot be written, suite::TargetRefused when it may not be (see output_file.h).
+void write_pdf(const ReportDocument& doc, const std::string& path, suite::Existing existing);
 
 }  // namespace brenlow::Ostikreport

@@ -26,7 +26,7 @@ void select_face(cairo_t* cr, const std::string& face, bool bold) {
 
 }  // namespace
 
-void write_pdf(const ReportDocument& doc, const std::string& path) {
+void write_pdf(const ReportDocument& doc, const std::string& path, suite::Existing existing) {
     const std::string face = report_face(doc.font_name);
     std::string pdf;
     {
@@ -66,7 +66,7 @@ void write_pdf(const ReportDocument& doc, const std::string& path) {
             throw std::runtime_error(std::string("The report could not be made: ") +
                                      cairo_status_to_string(cairo_surface_status(surface.get())));
     }
-    suite::write_file_whole(path, pdf);
+    suite::write_file_whole(path, pdf, existing);
 }
 
 }  // namespace brenlow::Ostikreport

@@ -80,6 +80,9 @@ void show_report_preview(const Ostikreport::ReportDocument& doc, QWidget* parent
                 workbook(doc, path.toStdString());
                 QMessageBox::information(&dialog, dialog.windowTitle(),
                                          "Data Successfully Exported to File : " + path);
+            } catch (const suite::TargetRefused& e) {
+                // The database itself, a folder: said as it is.
+                QMessageBox::information(&dialog, dialog.windowTitle(), QString::fromStdString(e.what()));
             } catch (const std::exception&) {
                 QMessageBox::information(&dialog, dialog.windowTitle(),
                                          "Error ! Data Exported to File : " + path);

@@ -77,7 +77,7 @@ TEST_P(ChartCli, TheDemoPrintsBothChartsAndWritesTheirPdfs) {
 
 TEST_P(ChartCli, RunningTheDemoAgainRebuildsTheSameRegister) {
     const auto first = chart({"--books", "--json"});
-    const auto again = run_cli({"--db", temp().url(), "demo", "--out", dir_.string()});
+    const auto again = run_cli({"--db", temp().url(), "demo", "--out", dir_.string(), "--yes"});
     ASSERT_EQ(again.code, 0) << again.err;
     const auto second = chart({"--books", "--json"});
     EXPECT_EQ(first.out, second.out);

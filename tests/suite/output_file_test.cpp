@@ -43,9 +43,9 @@ protected:
 
 TEST_F(OutputFile, ReplacesTheEarlierFileAndKeepsItsPermissions) {
     const auto target = folder_ / "backup.json";
-    write_file_whole(target.string(), "first");
+    write_file_whole(target.string(), "first", Existing::keep);
     ::chmod(target.c_str(), 0640);
-    write_file_whole(target.string(), "second, longer");
+    write_file_whole(target.string(), "second, longer", Existing::replace);
     EXPECT_EQ(read(target), "second, longer");
     EXPECT_EQ(fs::status(target).permissions() & fs::perms::all,
               fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read);
@@ -55,7 +55,7 @@ TEST_F(OutputFile, ReplacesTheEarlierFileAndKeepsItsPermissions) {
 TEST_F(OutputFile, AMissingFolderIsRefusedNamingTheFile) {
     const auto target = folder_ / "no-such-folder" / "backup.json";
     try {
-        write_file_whole(target.string(), "x");
+        write_file_whole(target.string(), "x", Existing::keep);
         FAIL();
     } catch (const std::runtime_error& e) {
         EXPECT_EQ(std::string(e.what()).rfind("Cannot write " + target.string() + ": ", 0), 0u) << e.what();
@@ -67,7 +67,7 @@ TEST_F(OutputFile, AMissingFolderIsRefusedNamingTheFile) {
 TEST_F(OutputFile, AWriteThatFailsHalfWayLeavesTheEarlierFileWhole) {
     const auto target = folder_ / "backup.json";
     const std::string earlier(3000, 'E');
-    write_file_whole(target.string(), earlier);
+    write_file_whole(target.string(), earlier, Existing::keep);
     const pid_t child = ::fork();
     ASSERT_GE(child, 0);
     if (child == 0) {
@@ -75,7 +75,7 @@ TEST_F(OutputFile, AWriteThatFailsHalfWayLeavesTheEarlierFileWhole) {
         const rlimit limit{4096, 4096};
         ::setrlimit(RLIMIT_FSIZE, &limit);
         try {
-            write_file_whole(target.string(), std::string(100000, 'N'));
+            write_file_whole(target.string(), std::string(100000, 'N'), Existing::replace);
         } catch (const std::runtime_error&) {
             ::_exit(0);
         }
@@ -93,10 +93,10 @@ TEST_F(OutputFile, AWriteThatFailsHalfWayLeavesTheEarlierFileWhole) {
 // and nothing is in place until the writer finishes.
 TEST_F(OutputFile, APieceByPieceFileAppearsWholeOnlyWhenFinished) {
     const auto target = folder_ / "register.json";
-    write_file_whole(target.string(), "earlier");
+    write_file_whole(target.string(), "earlier", Existing::keep);
     std::string expected;
     {
-        WholeFileWriter out(target.string());
+        WholeFileWriter out(target.string(), Existing::replace);
         for (int i = 0; i < 3000; ++i) {
             const std::string piece = std::string(static_cast<std::size_t>(1 + i % 7), 'a' + i % 26) + "\n";
             out.write(piece);
@@ -115,7 +115,7 @@ TEST_F(OutputFile, APieceByPieceFileAppearsWholeOnlyWhenFinished) {
 
     // Dropped before finishing, as when the reading behind it fails: the file stays.
     {
-        WholeFileWriter out(target.string());
+        WholeFileWriter out(target.string(), Existing::replace);
         out.write(std::string(5 << 20, 'X'));
     }
     EXPECT_EQ(read(target), expected);

@@ -65,7 +65,7 @@ TEST(ReportPdf, PrintsTheDocumentsThatFollowOnPagesOfTheirOwn) {
     summary.rows = {{"MACHINERY AND PLANT", "33,000"}};
     summary.landscape = false;
     doc.follows.push_back(summary);
-    write_pdf(doc, path);
+    write_pdf(doc, path, suite::Existing::replace);
     const std::string info = test::pdf_info(path, 1, 2);
     EXPECT_NE(info.find("Pages:           2"), std::string::npos) << info;
     // The chart on landscape A4, the summary on a portrait page of its own.
@@ -82,7 +82,7 @@ TEST(ReportPdf, PrintsTheDocumentsThatFollowOnPagesOfTheirOwn) {
 TEST(ReportPdf, RepeatsTheHeadingsOnEveryPageInTheReportFace) {
     if (!test::have_pdf_tools()) GTEST_SKIP() << "poppler-utils not installed";
     const auto path = temp_pdf("report");
-    write_pdf(chart_like(300), path);
+    write_pdf(chart_like(300), path, suite::Existing::replace);
     const std::string info = test::pdf_info(path);
     const auto at = info.find("Pages:");
     ASSERT_NE(at, std::string::npos) << "poppler does not read the file: " << info;

@@ -50,7 +50,7 @@ TEST(ReportPreview, PaintsEveryRowOnAsManyPagesAsItNeeds) {
     EXPECT_GE(pages_for(800), 2 * many - 1);
     // The preview and the PDF file place the same pages: what is previewed is what is filed.
     const std::string file = dir.filePath("written.pdf").toStdString();
-    Ostikreport::write_pdf(rows_report(400), file);
+    Ostikreport::write_pdf(rows_report(400), file, suite::Existing::replace);
     EXPECT_NE(test::pdf_info(file).find("Pages:           " + std::to_string(many) + "\n"), std::string::npos)
         << test::pdf_info(file);
 #ifdef BRENLOW_ARTIFACTS_DIR

@@ -111,8 +111,8 @@ void print_balances(Context& ctx, const capital::capital& s) {
 }
 
 int show(Context& ctx, const std::vector<std::string>& args) {
-    const Options opt(args, {"json"});
-    opt.reject_unknown({"client", "year", "json", "pdf"});
+    const Options opt(args, {"json", "yes"});
+    opt.reject_unknown({"client", "year", "json", "pdf", "yes"});
     ctx.reads_only();
     const auto y = open_year(ctx, opt);
     auto component = component_of(ctx);
@@ -153,7 +153,7 @@ int show(Context& ctx, const std::vector<std::string>& args) {
     }
     const auto doc = capital::capital_schedule_report(s);
     if (const auto pdf = opt.get("pdf")) {
-        Ostikreport::write_pdf(doc, *pdf);
+        Ostikreport::write_pdf(doc, *pdf, existing_file(opt));
         ctx.out << "Wrote the capital schedule of " << y.code << " for F.Y. " << fy_text(y.year) << " to "
                 << *pdf << "\n";
         return 0;
@@ -253,13 +253,13 @@ std::string read_document(const std::string& file) {
 }
 
 int export_document(Context& ctx, const std::vector<std::string>& args) {
-    const Options opt(args, {});
-    opt.reject_unknown({"client", "year"});
+    const Options opt(args, {"yes"});
+    opt.reject_unknown({"client", "year", "yes"});
     if (opt.positional().size() != 2) throw UsageError("export takes one file name.");
     ctx.reads_only();
     const auto y = open_year(ctx, opt);
-    suite::write_file_whole(opt.positional()[1],
-                            exchange::export_capital(ctx.base().dbobj(), y.code, y.year));
+    suite::write_file_whole(opt.positional()[1], exchange::export_capital(ctx.base().dbobj(), y.code, y.year),
+                            existing_file(opt));
     ctx.out << "Wrote the capital accounts of " << y.code << " for F.Y. " << fy_text(y.year) << " to "
             << opt.positional()[1] << "\n";
     return 0;

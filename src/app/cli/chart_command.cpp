@@ -150,7 +150,7 @@ bool concessional_regime(Context& ctx, const Options& opt, const reg::Calculatio
 // brenlow chart --3cd [--csv FILE | --pdf FILE]: the tax-audit listing of the year's
 // additions and deductions by block.
 int tax_audit(Context& ctx, const Options& opt) {
-    opt.reject_unknown({"client", "year", "3cd", "csv", "pdf"});
+    opt.reject_unknown({"client", "year", "3cd", "csv", "pdf", "yes"});
     const std::string code = opt.client();
     const int year = opt.require_int("year", 1990, 2099);
     if (opt.has("csv") && opt.has("pdf")) throw UsageError("--csv and --pdf do not go together.");
@@ -158,14 +158,14 @@ int tax_audit(Context& ctx, const Options& opt) {
     select_year(ctx, code, year);
     const auto lines = reg::tax_audit_lines(ctx.base().dbobj(), code, year);
     if (const auto csv = opt.get("csv")) {
-        suite::write_file_whole(*csv, reg::tax_audit_csv(lines));
+        suite::write_file_whole(*csv, reg::tax_audit_csv(lines), existing_file(opt));
         ctx.out << "Wrote " << *csv << " (" << lines.size() << " lines)\n";
         return 0;
     }
     const auto client = reg::printed_client(ctx.base().dbobj(), code);
     const auto doc = reg::tax_audit_report(lines, year, client);
     if (const auto pdf = opt.get("pdf")) {
-        Ostikreport::write_pdf(doc, *pdf);
+        Ostikreport::write_pdf(doc, *pdf, existing_file(opt));
         ctx.out << "Wrote " << *pdf << "\n";
         return 0;
     }
@@ -308,7 +308,7 @@ int chart_command(Context& ctx, const std::vector<std::string>& args) {
     const auto client = reg::printed_client(ctx.base().dbobj(), code);
     const auto doc = reg::chart_report(run, client);
     if (const auto pdf = opt.get("pdf")) {
-        Ostikreport::write_pdf(doc, *pdf);
+        Ostikreport::write_pdf(doc, *pdf, existing_file(opt));
         ctx.out << "Wrote " << *pdf << "\n";
         return 0;
     }
@@ -316,10 +316,10 @@ int chart_command(Context& ctx, const std::vector<std::string>& args) {
     for (const char* kind : {"xls", "xlsx"}) {
         if (const auto file = opt.get(kind)) {
             const auto book = exchange::report_workbook(doc, it ? "Income-Tax Chart" : "Books Chart");
-            suite::write_file_whole(*file,
-                                    exchange::spreadsheet_bytes(book, std::string(kind) == "xls"
-                                                                          ? exchange::SpreadsheetKind::Xls
-                                                                          : exchange::SpreadsheetKind::Xlsx));
+            exchange::write_spreadsheet(book,
+                                        std::string(kind) == "xls" ? exchange::SpreadsheetKind::Xls
+                                                                   : exchange::SpreadsheetKind::Xlsx,
+                                        *file, existing_file(opt));
             ctx.out << "Wrote " << *file << "\n";
             return 0;
         }

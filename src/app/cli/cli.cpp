@@ -7,6 +7,7 @@
 #include "app/cli/options.h"
 #include "controls/cli_ui.h"
 #include "store/database.h"
+#include "suite/output_file.h"
 
 namespace brenlow::cli {
 namespace {
@@ -66,6 +67,7 @@ constexpr const char* kUsage =
     "  demo [--out DIR]          a demonstration client DEMO01 (F.Y. 2024-25) with both charts\n"
     "                            printed and written as PDF files into DIR\n"
     "\n"
+    "A file already there is replaced only with --yes; the database never.\n"
     "brenlow COMMAND --help (or COMMAND SUB-COMMAND --help) says more about each.\n";
 
 // Each command's own help, for `brenlow COMMAND [SUB-COMMAND] --help`; the register and
@@ -154,6 +156,13 @@ int run(const std::vector<std::string>& args, std::ostream& out, std::ostream& e
         } else {
             break;
         }
+        // An empty address is a slip (an unset variable), not a wish for the default
+        // database: the practice's data must not be opened in its place.
+        if (db_url.empty()) {
+            err << "brenlow: option --db is empty: give sqlite:PATH or mysql://USER@HOST/DB, or leave --db out "
+                   "for the embedded database.\n";
+            return 1;
+        }
     }
     if (i >= args.size()) {
         err << kUsage;
@@ -184,6 +193,14 @@ int run(const std::vector<std::string>& args, std::ostream& out, std::ostream& e
     } catch (const QuestionUnanswered& q) {
         err << "brenlow: stopped at the question: " << q.what() << "\n";
         return 2;
+    } catch (const suite::TargetRefused& e) {
+        // A file already there is the one question every writing command asks.
+        if (e.reason() == suite::TargetRefused::Reason::exists) {
+            err << "brenlow: stopped at the question: " << e.what() << "\n";
+            return 2;
+        }
+        err << "brenlow " << name << ": " << e.what() << "\n";
+        return 1;
     } catch (const UsageError& e) {
         err << "brenlow " << name << ": " << e.what() << "\n";
         return 1;

@@ -169,10 +169,14 @@ void build_register(store::Database& db, const std::vector<long>& g) {
 }  // namespace
 
 int demo_command(Context& ctx, const std::vector<std::string>& args) {
-    const Options opt(args, {});
-    opt.reject_unknown({"out"});
+    const Options opt(args, {"yes"});
+    opt.reject_unknown({"out", "yes"});
     const std::filesystem::path dir = opt.get("out").value_or(".");
     std::filesystem::create_directories(dir);
+    const auto it_pdf = (dir / "demo-income-tax-chart.pdf").string();
+    const auto books_pdf = (dir / "demo-books-chart.pdf").string();
+    // Asked before the client is made, not after.
+    for (const auto& pdf : {it_pdf, books_pdf}) suite::check_target(pdf, existing_file(opt));
 
     auto& base = ctx.base();
     base.create_client_year(kCode, kYear, kName, kStatus);
@@ -191,10 +195,8 @@ int demo_command(Context& ctx, const std::vector<std::string>& args) {
             << Ostikreport::render_text(reg::block_summary_report(it, client)) << "\n"
             << Ostikreport::render_text(books_doc) << "\n";
 
-    const auto it_pdf = (dir / "demo-income-tax-chart.pdf").string();
-    const auto books_pdf = (dir / "demo-books-chart.pdf").string();
-    Ostikreport::write_pdf(it_doc, it_pdf);
-    Ostikreport::write_pdf(books_doc, books_pdf);
+    Ostikreport::write_pdf(it_doc, it_pdf, existing_file(opt));
+    Ostikreport::write_pdf(books_doc, books_pdf, existing_file(opt));
     ctx.out << "Wrote " << it_pdf << "\nWrote " << books_pdf << "\n";
     return 0;
 }

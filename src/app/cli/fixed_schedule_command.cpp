@@ -151,7 +151,7 @@ int show(Context& ctx, const Options& opt) {
 }
 
 int export_rows(Context& ctx, const Options& opt) {
-    opt.reject_unknown({"client", "year"});
+    opt.reject_unknown({"client", "year", "yes"});
     if (opt.positional().size() != 1) throw UsageError("export takes one file name.");
     int year = 0;
     const std::string code = code_and_year(ctx, opt, year);
@@ -161,7 +161,7 @@ int export_rows(Context& ctx, const Options& opt) {
     nlohmann::ordered_json doc = {
         {"format", "brenlow-fixed-schedule"}, {"version", 1}, {"client", code}, {"year", year}};
     exchange::write_fixed_schedule(doc, st.all_rows());
-    suite::write_file_whole(opt.positional()[0], doc.dump(2) + "\n");
+    suite::write_file_whole(opt.positional()[0], doc.dump(2) + "\n", existing_file(opt));
     ctx.out << "Wrote the fixed-asset schedule of " << code << " for F.Y. " << fy_text(year) << " to "
             << opt.positional()[0] << "\n";
     return 0;
@@ -211,7 +211,7 @@ int carry_forward(Context& ctx, const Options& opt) {
 }
 
 int chart(Context& ctx, const Options& opt) {
-    opt.reject_unknown({"client", "year", "it", "books", "pdf"});
+    opt.reject_unknown({"client", "year", "it", "books", "pdf", "yes"});
     if (opt.has("it") == opt.has("books")) throw UsageError("chart needs one of --it and --books.");
     int year = 0;
     const std::string code = code_and_year(ctx, opt, year);
@@ -223,7 +223,7 @@ int chart(Context& ctx, const Options& opt) {
     const auto doc = opt.has("it") ? sched::schedule_income_tax_chart(figs, year, client)
                                    : sched::schedule_books_chart(figs, year, client);
     if (const auto pdf = opt.get("pdf")) {
-        Ostikreport::write_pdf(doc, *pdf);
+        Ostikreport::write_pdf(doc, *pdf, existing_file(opt));
         ctx.out << "Wrote " << *pdf << "\n";
         return 0;
     }

@@ -23,8 +23,9 @@ constexpr Regime kRegimes[] = {
     {"115BAE", "Co-operative society taxed u/s 115BAE"},
 };
 
-// "--regime 115BAA,115BAC" or "none": every flag is written, the named ones set.
-void record_regimes(Context& ctx, const std::string& code, const std::string& list) {
+// "--regime 115BAA,115BAC" or "none": the sections named, read before anything is
+// written so that a slip in the list leaves no client behind.
+std::vector<std::string> parse_regimes(const std::string& list) {
     std::vector<std::string> chosen;
     std::size_t start = 0;
     while (start <= list.size()) {
@@ -42,6 +43,11 @@ void record_regimes(Context& ctx, const std::string& code, const std::string& li
         if (item != "none") chosen.push_back(item);
         start = end + 1;
     }
+    return chosen;
+}
+
+// Every flag is written, the chosen ones set.
+void record_regimes(Context& ctx, const std::string& code, const std::vector<std::string>& chosen) {
     auto& base = ctx.base();
     for (const auto& r : kRegimes) {
         const bool on = std::find(chosen.begin(), chosen.end(), r.key) != chosen.end();
@@ -59,6 +65,8 @@ int init_command(Context& ctx, const std::vector<std::string>& args) {
     const int year = opt.require_int("year", 1990, 2099);
     const std::string name = opt.get("name").value_or("");
     const auto status = opt.get_int("status", 1, 4);
+    const auto regime_list = opt.get("regime");
+    const auto regimes = regime_list ? parse_regimes(*regime_list) : std::vector<std::string>{};
 
     auto& base = ctx.base();
     // Start-up only reads when the tables are there; init makes sure of all of them.
@@ -90,8 +98,8 @@ int init_command(Context& ctx, const std::vector<std::string>& args) {
     const auto counts = store::year_master_counts(db, year);
     ctx.out << "  NewITBM rows for " << year << ": " << counts.it_blocks << ", NewCLBM rows for " << year
             << ": " << counts.cl_rows << "\n";
-    if (const auto regime = opt.get("regime")) {
-        record_regimes(ctx, cy.code_no, *regime);
+    if (regime_list) {
+        record_regimes(ctx, cy.code_no, regimes);
         ctx.out << "  concessional regime:";
         bool any = false;
         for (const auto& r : kRegimes)

@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "suite/output_file.h"
+
 namespace brenlow::cli {
 
 class UsageError : public std::runtime_error {
@@ -39,5 +41,11 @@ private:
     std::map<std::string, std::string> values_;
     std::vector<std::string> positional_;
 };
+
+// A file already at a command's output is replaced only when --yes answers the
+// question; without it the command stops there (exit 2) and the file stays as it was.
+inline suite::Existing existing_file(const Options& opt) {
+    return opt.has("yes") ? suite::Existing::replace : suite::Existing::keep;
+}
 
 }  // namespace brenlow::cli

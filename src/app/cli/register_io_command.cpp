@@ -57,7 +57,7 @@ int export_register(Context& ctx, const std::vector<std::string>& args) {
         return exchange::export_workbook(ctx.base().dbobj(), workbook_target(ctx, t), ui) ? 0 : 1;
     }
     // Row by row into the new file, which takes the old one's place only when whole.
-    suite::WholeFileWriter file(t.file);
+    suite::WholeFileWriter file(t.file, existing_file(opt));
     exchange::export_register(ctx.base().dbobj(), t.code, t.year,
                               [&file](std::string_view piece) { file.write(piece); });
     file.finish();

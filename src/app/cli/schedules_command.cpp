@@ -82,12 +82,13 @@ std::string one_file(const Options& opt, const char* sub) {
 }
 
 int export_schedules(Context& ctx, const std::vector<std::string>& args) {
-    const Options opt(args, {});
-    opt.reject_unknown({"client", "year"});
+    const Options opt(args, {"yes"});
+    opt.reject_unknown({"client", "year", "yes"});
     ctx.reads_only();
     const std::string file = one_file(opt, "export");
     const auto t = target_of(ctx, opt);
-    suite::write_file_whole(file, exchange::export_schedules(ctx.base().dbobj(), t.code, t.year));
+    suite::write_file_whole(file, exchange::export_schedules(ctx.base().dbobj(), t.code, t.year),
+                            existing_file(opt));
     ctx.out << "Wrote the schedules of " << t.code << " for F.Y. " << fy_text(t.year) << " to " << file
             << "\n";
     return 0;
@@ -128,8 +129,8 @@ int import_schedules(Context& ctx, const std::vector<std::string>& args) {
 }
 
 int show_schedule(Context& ctx, const std::vector<std::string>& args) {
-    const Options opt(args, {"secured", "unsecured", "json"});
-    opt.reject_unknown({"client", "year", "secured", "unsecured", "json", "pdf"});
+    const Options opt(args, {"secured", "unsecured", "json", "yes"});
+    opt.reject_unknown({"client", "year", "secured", "unsecured", "json", "pdf", "yes"});
     ctx.reads_only();
     if (opt.positional().size() != 1) throw UsageError("show takes the name of one schedule.");
     if (opt.has("json") && opt.has("pdf")) throw UsageError("--json and --pdf do not go together.");
@@ -171,7 +172,7 @@ int show_schedule(Context& ctx, const std::vector<std::string>& args) {
     const auto doc = schedules::schedule_report(*kind, rows, schedules::read_lists(db, kind->loan_id),
                                                 schedules::printed_for(db, t.code, t.year));
     if (const auto pdf = opt.get("pdf")) {
-        Ostikreport::write_pdf(doc, *pdf);
+        Ostikreport::write_pdf(doc, *pdf, existing_file(opt));
         ctx.out << "Wrote " << *pdf << "\n";
         return 0;
     }

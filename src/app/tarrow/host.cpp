@@ -134,10 +134,10 @@ bool HostWindow::open_database(const QString& url) {
             *forms_->component().report, this,
             [](const Ostikreport::ReportDocument& doc, const std::string& path) {
                 const auto kind = exchange::spreadsheet_kind(path).value_or(exchange::SpreadsheetKind::Xls);
-                suite::write_file_whole(path, exchange::spreadsheet_bytes(
-                                                  exchange::report_workbook(
-                                                      doc, doc.titles.empty() ? "Chart" : doc.titles.front()),
-                                                  kind));
+                // The save box asked before replacing a file.
+                exchange::write_spreadsheet(
+                    exchange::report_workbook(doc, doc.titles.empty() ? "Chart" : doc.titles.front()), kind,
+                    path, suite::Existing::replace);
             });
         url_ = url;
         QSettings().setValue("database/url", url);

@@ -15,7 +15,9 @@ int main(int argc, char** argv) {
                 brenlow::suite::write_file_whole(
                     brenlow::exchange::template_path(std::filesystem::path(argv[i]).parent_path().string(),
                                                      company),
-                    brenlow::exchange::xls::write(brenlow::exchange::register_template(company)));
+                    brenlow::exchange::xls::write(brenlow::exchange::register_template(company)),
+                    // Made again by every build.
+                    brenlow::suite::Existing::replace);
         }
     } catch (const std::exception& e) {
         std::cerr << "brenlow_templates: " << e.what() << "\n";
