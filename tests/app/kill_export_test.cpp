@@ -45,7 +45,7 @@ bool whole(const fs::path& file) {
     if (ext == ".pdf") return bytes.rfind("%PDF-", 0) == 0 && bytes.find("%%EOF", bytes.size() - 64) != std::string::npos;
     std::string error;
     const auto sheets = exchange::read_spreadsheet(file.string(), error);
-    return sheets && sheets->size() >= 2 && !sheets->front().rows.empty();
+    return sheets && !sheets->empty() && !sheets->front().rows.empty();
 }
 
 // Temporaries of ours beside the target.
@@ -90,10 +90,15 @@ protected:
         if (!dir_.empty()) fs::remove_all(dir_, ec);
         BackendTest::TearDown();
     }
-    int cli(std::vector<std::string> words) {
+    struct CliResult {
+        int code;
+        std::string err;
+    };
+    CliResult cli(std::vector<std::string> words) {
         words.insert(words.begin(), {"--db", temp().url()});
         std::ostringstream out, err;
-        return run(words, out, err);
+        const int code = run(words, out, err);
+        return {code, err.str()};
     }
     std::vector<std::string> program_args(const std::vector<std::string>& words) {
         std::vector<std::string> args = {"--db", temp().url()};

@@ -196,7 +196,7 @@ int run(const std::vector<std::string>& args, std::ostream& out, std::ostream& e
     } catch (const suite::TargetRefused& e) {
         // A file already there is the one question every writing command asks.
         if (e.reason() == suite::TargetRefused::Reason::exists) {
-            err << "brenlow: stopped at the question: " << e.what() << "\n";
+            err << "brenlow: stopped at the question: " << QuestionUnanswered(e.what()).what() << "\n";
             return 2;
         }
         err << "brenlow " << name << ": " << e.what() << "\n";
