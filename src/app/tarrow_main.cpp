@@ -78,8 +78,10 @@ int main(int argc, char** argv) {
         QBuffer buffer(&png);
         buffer.open(QIODevice::WriteOnly);
         try {
-            if (!shown->grab().save(&buffer, "PNG")) throw std::runtime_error("the picture could not be made");
-            brenlow::suite::write_file_whole(file.toStdString(), std::string_view(png.constData(), png.size()),
+            if (!shown->grab().save(&buffer, "PNG"))
+                throw std::runtime_error("the picture could not be made");
+            brenlow::suite::write_file_whole(file.toStdString(),
+                                             std::string_view(png.constData(), png.size()),
                                              brenlow::suite::Existing::replace);
         } catch (const std::exception& e) {
             std::fprintf(stderr, "tarrow: could not save %s: %s\n", qPrintable(file), e.what());

@@ -26,9 +26,9 @@ public:
     explicit Beside(const std::string& target) {
         const std::filesystem::path p(target);
         const auto folder = p.has_parent_path() ? p.parent_path() : std::filesystem::path(".");
-        const std::string pattern =
-            (folder / (detail::temporary_prefix(p.filename().string()) + std::to_string(::getpid()) + "-XXXXXX"))
-                .string();
+        const std::string pattern = (folder / (detail::temporary_prefix(p.filename().string()) +
+                                               std::to_string(::getpid()) + "-XXXXXX"))
+                                        .string();
         name_.assign(pattern.begin(), pattern.end());
         name_.push_back('\0');
         fd_ = ::mkstemp(name_.data());
@@ -158,7 +158,9 @@ void WholeFileWriter::finish() {
     sync_folder(path_);
 }
 
-const char* WholeFileWriter::temporary_name() const { return temp_->name(); }
+const char* WholeFileWriter::temporary_name() const {
+    return temp_->name();
+}
 
 void write_file_whole(const std::string& path, std::string_view bytes, Existing existing) {
     WholeFileWriter out(path, existing);

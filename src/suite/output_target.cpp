@@ -31,7 +31,9 @@ std::string refusal_text(TargetRefused::Reason reason, const std::string& path) 
     return "Cannot write " + path;
 }
 
-bool same_file(const struct stat& a, const struct stat& b) { return a.st_dev == b.st_dev && a.st_ino == b.st_ino; }
+bool same_file(const struct stat& a, const struct stat& b) {
+    return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
+}
 
 // Whether this process holds the file open: the database the store opened, its
 // write-ahead log, a document being read.
@@ -54,7 +56,8 @@ constexpr const char* kDatabaseSiblings[] = {"-journal", "-wal", "-shm"};
 
 bool sibling_of_open_file(const std::string& path) {
     for (const std::string ending : kDatabaseSiblings) {
-        if (path.size() <= ending.size() || path.compare(path.size() - ending.size(), ending.size(), ending) != 0)
+        if (path.size() <= ending.size() ||
+            path.compare(path.size() - ending.size(), ending.size(), ending) != 0)
             continue;
         struct stat base {};
         if (::stat(path.substr(0, path.size() - ending.size()).c_str(), &base) == 0 && open_here(base))

@@ -174,7 +174,8 @@ TEST_P(IntegrityCli, AFailedExportLeavesTheEarlierFileWhole) {
         std::signal(SIGXFSZ, SIG_IGN);
         const rlimit limit{2048, 2048};
         ::setrlimit(RLIMIT_FSIZE, &limit);
-        const auto r = cli({"register", "export", path("backup.json"), "--client", "ACME", "--year", "2025"});
+        const auto r =
+            cli({"register", "export", path("backup.json"), "--client", "ACME", "--year", "2025", "--yes"});
         ::_exit(r.code == 1 && r.err.find("Cannot write " + path("backup.json")) != std::string::npos ? 0
                                                                                                       : 1);
     }

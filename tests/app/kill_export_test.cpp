@@ -37,15 +37,27 @@ int kill_runs() {
     return 3;
 }
 
-// Whether the file is a whole one of its kind, read back as such.
-bool whole(const fs::path& file) {
-    const std::string ext = file.extension().string();
-    const std::string bytes = read_all(file);
-    if (ext == ".json") return Json::accept(bytes);
-    if (ext == ".pdf") return bytes.rfind("%PDF-", 0) == 0 && bytes.find("%%EOF", bytes.size() - 64) != std::string::npos;
+// The rows of each sheet, as read back; empty when the file is not a workbook.
+std::vector<std::size_t> sheet_rows(const fs::path& file) {
     std::string error;
     const auto sheets = exchange::read_spreadsheet(file.string(), error);
-    return sheets && !sheets->empty() && !sheets->front().rows.empty();
+    std::vector<std::size_t> rows;
+    if (sheets)
+        for (const auto& s : *sheets) rows.push_back(s.rows.size());
+    return rows;
+}
+
+// Whether `file` is the new file whole, as the complete run `reference` wrote it: the
+// same bytes where a run writes the same bytes; the same sheets and rows of a workbook
+// that carries the time it was made; a PDF read to its end.
+bool whole_new(const fs::path& file, const std::string& reference, const std::vector<std::size_t>& rows) {
+    const std::string ext = file.extension().string();
+    const std::string bytes = read_all(file);
+    if (ext == ".json" || ext == ".xls") return bytes == reference;
+    if (ext == ".pdf")
+        return bytes.size() > 64 && bytes.rfind("%PDF-", 0) == 0 &&
+               bytes.find("%%EOF", bytes.size() - 64) != std::string::npos;
+    return !rows.empty() && sheet_rows(file) == rows;
 }
 
 // Temporaries of ours beside the target.
@@ -70,7 +82,8 @@ protected:
         // entries many times over, in a company of its own.
         ASSERT_EQ(cli({"demo", "--out", (dir_ / "demo").string()}).code, 0);
         const auto doc_file = dir_ / "demo.json";
-        ASSERT_EQ(cli({"register", "export", doc_file.string(), "--client", "DEMO01", "--year", "2025"}).code, 0);
+        ASSERT_EQ(cli({"register", "export", doc_file.string(), "--client", "DEMO01", "--year", "2025"}).code,
+                  0);
         Json doc = Json::parse(read_all(doc_file));
         for (const char* table : {"NewFATRo", "NewFATRa"}) {
             const Json rows = doc[table];
@@ -81,8 +94,8 @@ protected:
         }
         std::ofstream(dir_ / "big.json") << doc.dump();
         ASSERT_EQ(cli({"init", "--client", "BIG", "--year", "2025", "--status", "3"}).code, 0);
-        const auto r = cli({"register", "import", (dir_ / "big.json").string(), "--client", "BIG", "--year", "2025",
-                            "--yes"});
+        const auto r = cli({"register", "import", (dir_ / "big.json").string(), "--client", "BIG", "--year",
+                            "2025", "--yes"});
         ASSERT_EQ(r.code, 0) << r.err;
     }
     void TearDown() override {
@@ -138,7 +151,9 @@ TEST_P(KillExport, AKilledExportLeavesTheOldFileOrTheWholeNewOneAndTheNextRunNoT
         const auto length =
             std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - start);
         ASSERT_TRUE(full.exited && full.code == 0) << full.err;
-        ASSERT_TRUE(whole(target));
+        const std::string reference = read_all(target);
+        const auto rows = sheet_rows(target);
+        ASSERT_TRUE(whole_new(target, reference, rows));
         std::uniform_int_distribution<long> moment(0, length.count() + length.count() / 10);
 
         int kept_old = 0, made_new = 0;
@@ -151,7 +166,8 @@ TEST_P(KillExport, AKilledExportLeavesTheOldFileOrTheWholeNewOneAndTheNextRunNoT
             if (read_all(target) == old) {
                 ++kept_old;
             } else {
-                EXPECT_TRUE(whole(target)) << "run " << i << ": neither the old file nor a whole new one";
+                EXPECT_TRUE(whole_new(target, reference, rows))
+                    << "run " << i << ": neither the old file nor a whole new one";
                 ++made_new;
             }
         }
@@ -161,7 +177,7 @@ TEST_P(KillExport, AKilledExportLeavesTheOldFileOrTheWholeNewOneAndTheNextRunNoT
         // The next run clears what the killed ones left.
         const auto after = run_program(args, (dir_ / "err.txt").string());
         EXPECT_TRUE(after.exited && after.code == 0) << after.err;
-        EXPECT_TRUE(whole(target));
+        EXPECT_TRUE(whole_new(target, reference, rows));
         EXPECT_EQ(temporaries(dir_ / "out"), std::vector<std::string>{});
     }
 }

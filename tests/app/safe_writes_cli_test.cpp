@@ -44,35 +44,62 @@ struct Writer {
 
 const std::vector<Writer>& writers() {
     static const std::vector<Writer> all = {
-        {"register export (JSON)", {"register", "export", "FILE", "--client", "DEMO01", "--year", "2025"}, ".json",
+        {"register export (JSON)",
+         {"register", "export", "FILE", "--client", "DEMO01", "--year", "2025"},
+         ".json",
          "register"},
-        {"register export (.xls)", {"register", "export", "FILE", "--client", "DEMO01", "--year", "2025"}, ".xls",
+        {"register export (.xls)",
+         {"register", "export", "FILE", "--client", "DEMO01", "--year", "2025"},
+         ".xls",
          "register"},
-        {"register export (.xlsx)", {"register", "export", "FILE", "--client", "DEMO01", "--year", "2025"},
-         ".xlsx", "register"},
-        {"schedules export", {"schedules", "export", "FILE", "--client", "DEMO01", "--year", "2025"}, ".json",
+        {"register export (.xlsx)",
+         {"register", "export", "FILE", "--client", "DEMO01", "--year", "2025"},
+         ".xlsx",
+         "register"},
+        {"schedules export",
+         {"schedules", "export", "FILE", "--client", "DEMO01", "--year", "2025"},
+         ".json",
          "schedules"},
         {"schedules show --pdf",
-         {"schedules", "show", "Reserve and Surplus", "--client", "DEMO01", "--year", "2025", "--pdf", "FILE"},
-         ".pdf", "schedules"},
-        {"schedules fixed export", {"schedules", "fixed", "export", "FILE", "--client", "DEMO01", "--year", "2025"},
-         ".json", "schedules"},
-        {"schedules fixed chart --pdf",
-         {"schedules", "fixed", "chart", "--it", "--client", "DEMO01", "--year", "2025", "--pdf", "FILE"}, ".pdf",
+         {"schedules", "show", "Reserve and Surplus", "--client", "DEMO01", "--year", "2025", "--pdf",
+          "FILE"},
+         ".pdf",
          "schedules"},
-        {"capital export", {"capital", "export", "FILE", "--client", "FIRM1", "--year", "2025"}, ".json",
+        {"schedules fixed export",
+         {"schedules", "fixed", "export", "FILE", "--client", "DEMO01", "--year", "2025"},
+         ".json",
+         "schedules"},
+        {"schedules fixed chart --pdf",
+         {"schedules", "fixed", "chart", "--it", "--client", "DEMO01", "--year", "2025", "--pdf", "FILE"},
+         ".pdf",
+         "schedules"},
+        {"capital export",
+         {"capital", "export", "FILE", "--client", "FIRM1", "--year", "2025"},
+         ".json",
          "capital"},
-        {"capital show --pdf", {"capital", "show", "--client", "FIRM1", "--year", "2025", "--pdf", "FILE"}, ".pdf",
+        {"capital show --pdf",
+         {"capital", "show", "--client", "FIRM1", "--year", "2025", "--pdf", "FILE"},
+         ".pdf",
          "capital"},
-        {"chart --pdf", {"chart", "--client", "DEMO01", "--year", "2025", "--it", "--pdf", "FILE"}, ".pdf",
+        {"chart --pdf",
+         {"chart", "--client", "DEMO01", "--year", "2025", "--it", "--pdf", "FILE"},
+         ".pdf",
          "chart"},
-        {"chart --xls", {"chart", "--client", "DEMO01", "--year", "2025", "--books", "--xls", "FILE"}, ".xls",
+        {"chart --xls",
+         {"chart", "--client", "DEMO01", "--year", "2025", "--books", "--xls", "FILE"},
+         ".xls",
          "chart"},
-        {"chart --xlsx", {"chart", "--client", "DEMO01", "--year", "2025", "--books", "--xlsx", "FILE"}, ".xlsx",
+        {"chart --xlsx",
+         {"chart", "--client", "DEMO01", "--year", "2025", "--books", "--xlsx", "FILE"},
+         ".xlsx",
          "chart"},
-        {"chart --3cd --csv", {"chart", "--3cd", "--client", "DEMO01", "--year", "2025", "--csv", "FILE"}, ".csv",
+        {"chart --3cd --csv",
+         {"chart", "--3cd", "--client", "DEMO01", "--year", "2025", "--csv", "FILE"},
+         ".csv",
          "chart"},
-        {"chart --3cd --pdf", {"chart", "--3cd", "--client", "DEMO01", "--year", "2025", "--pdf", "FILE"}, ".pdf",
+        {"chart --3cd --pdf",
+         {"chart", "--3cd", "--client", "DEMO01", "--year", "2025", "--pdf", "FILE"},
+         ".pdf",
          "chart"},
     };
     return all;
@@ -126,7 +153,8 @@ TEST_P(SafeWritesCli, NoCommandWritesOverTheDatabaseOrItsJournal) {
     if (GetParam() != store::Backend::sqlite) GTEST_SKIP() << "the database is a file of the server's";
     const std::string db = temp().url().substr(std::string("sqlite:").size());
     const std::string listing = register_listing();
-    const std::string refused = ": it is the database or another file the program has open; nothing was written.";
+    const std::string refused =
+        ": it is the database or another file the program has open; nothing was written.";
     for (const auto& w : writers()) {
         for (const std::string& target : {db, db + "-journal", db + "-wal"}) {
             for (const bool yes : {false, true}) {
@@ -137,7 +165,8 @@ TEST_P(SafeWritesCli, NoCommandWritesOverTheDatabaseOrItsJournal) {
                 const auto r = run_program(args, (dir_ / "err.txt").string());
                 EXPECT_TRUE(r.exited);
                 EXPECT_EQ(r.code, 1);
-                EXPECT_EQ(r.err, std::string("brenlow ") + w.command + ": Cannot write " + target + refused + "\n");
+                EXPECT_EQ(r.err,
+                          std::string("brenlow ") + w.command + ": Cannot write " + target + refused + "\n");
             }
         }
     }
@@ -184,15 +213,16 @@ TEST_P(SafeWritesCli, AnExistingFileIsReplacedOnlyWithYes) {
     std::vector<std::string> left;
     for (const auto& e : fs::directory_iterator(dir_)) left.push_back(e.path().filename().string());
     std::sort(left.begin(), left.end());
-    EXPECT_EQ(left, (std::vector<std::string>{"demo", "earlier.csv", "earlier.json", "earlier.pdf", "earlier.xls",
-                                              "earlier.xlsx"}));
+    EXPECT_EQ(left, (std::vector<std::string>{"demo", "earlier.csv", "earlier.json", "earlier.pdf",
+                                              "earlier.xls", "earlier.xlsx"}));
 }
 
 // The disk fills while the workbook is written: a file-size limit between the size of
 // the blank template and that of the filled workbook fails the write part-way, as a
 // full disk does (for root too). The old workbook stays as it was, byte for byte.
 TEST_P(SafeWritesCli, AWorkbookExportThatFailsHalfWayKeepsTheOldWorkbook) {
-    const auto templ = fs::path(BRENLOW_PROGRAM).parent_path() / "Databases" / "AssetWiseDepChartCompv2.19.9.xls";
+    const auto templ =
+        fs::path(BRENLOW_PROGRAM).parent_path() / "Databases" / "AssetWiseDepChartCompv2.19.9.xls";
     ASSERT_TRUE(fs::exists(templ)) << templ;
     // A register whose workbook is far larger than the database's shared-memory file
     // (32 KB), which the limit must leave room for.
@@ -207,7 +237,8 @@ TEST_P(SafeWritesCli, AWorkbookExportThatFailsHalfWayKeepsTheOldWorkbook) {
     }
     std::ofstream(doc_file, std::ios::trunc) << doc.dump();
     ASSERT_EQ(cli({"init", "--client", "BIG", "--year", "2025", "--status", "3"}).code, 0);
-    ASSERT_EQ(cli({"register", "import", doc_file.string(), "--client", "BIG", "--year", "2025", "--yes"}).code, 0);
+    ASSERT_EQ(
+        cli({"register", "import", doc_file.string(), "--client", "BIG", "--year", "2025", "--yes"}).code, 0);
     const auto whole = dir_ / "whole.xls";
     ASSERT_EQ(cli({"register", "export", whole.string(), "--client", "BIG", "--year", "2025"}).code, 0);
     const auto template_size = fs::file_size(templ), workbook_size = fs::file_size(whole);
@@ -218,8 +249,8 @@ TEST_P(SafeWritesCli, AWorkbookExportThatFailsHalfWayKeepsTheOldWorkbook) {
     std::string old;
     for (int i = 0; i < 2000; ++i) old += "OLD WORKBOOK ROW " + std::to_string(i) + "\n";
     std::ofstream(target, std::ios::binary) << old;
-    const auto r = run_program({"--db", temp().url(), "register", "export", target.string(), "--client", "BIG",
-                                "--year", "2025", "--yes"},
+    const auto r = run_program({"--db", temp().url(), "register", "export", target.string(), "--client",
+                                "BIG", "--year", "2025", "--yes"},
                                (dir_ / "err.txt").string(), limit);
     EXPECT_TRUE(r.exited);
     EXPECT_EQ(r.code, 1);
@@ -230,11 +261,13 @@ TEST_P(SafeWritesCli, AWorkbookExportThatFailsHalfWayKeepsTheOldWorkbook) {
 }
 
 TEST_P(SafeWritesCli, AnUnknownRegimeCreatesNoClient) {
-    const auto r = cli({"init", "--client", "NEWCO", "--year", "2025", "--status", "3", "--regime", "115XYZ"});
+    const auto r =
+        cli({"init", "--client", "NEWCO", "--year", "2025", "--status", "3", "--regime", "115XYZ"});
     EXPECT_EQ(r.code, 1);
-    EXPECT_EQ(r.err,
-              "brenlow init: --regime takes 115BA, 115BAA, 115BAB, 115BAC, 115BAD, 115BAE (comma-separated) or "
-              "none; found \"115XYZ\".\n");
+    EXPECT_EQ(
+        r.err,
+        "brenlow init: --regime takes 115BA, 115BAA, 115BAB, 115BAC, 115BAD, 115BAE (comma-separated) or "
+        "none; found \"115XYZ\".\n");
     EXPECT_EQ(r.out, "");
     EXPECT_FALSE(store::find_client_year(db(), "NEWCO", 2025).has_value());
 }
@@ -244,9 +277,10 @@ TEST(SafeWritesCliStart, AnEmptyDatabaseAddressIsRefusedNamingTheOption) {
          {std::vector<std::string>{"--db", "", "settings"}, std::vector<std::string>{"--db=", "settings"}}) {
         std::ostringstream out, err;
         EXPECT_EQ(run(args, out, err), 1);
-        EXPECT_EQ(err.str(),
-                  "brenlow: option --db is empty: give sqlite:PATH or mysql://USER@HOST/DB, or leave --db out for "
-                  "the embedded database.\n");
+        EXPECT_EQ(
+            err.str(),
+            "brenlow: option --db is empty: give sqlite:PATH or mysql://USER@HOST/DB, or leave --db out for "
+            "the embedded database.\n");
         EXPECT_EQ(out.str(), "");
     }
 }

@@ -37,7 +37,9 @@ protected:
         s << f.rdbuf();
         return s.str();
     }
-    static void put(const fs::path& p, const std::string& bytes) { std::ofstream(p, std::ios::binary) << bytes; }
+    static void put(const fs::path& p, const std::string& bytes) {
+        std::ofstream(p, std::ios::binary) << bytes;
+    }
     std::vector<std::string> names() const {
         std::vector<std::string> out;
         for (const auto& e : fs::directory_iterator(folder_)) out.push_back(e.path().filename().string());
@@ -70,8 +72,9 @@ TEST_F(OutputTarget, AFileThisProgramHasOpenIsNeverWrittenOverEvenWhenReplacingW
     put(db, "SQLite format 3");
     const int fd = ::open(db.c_str(), O_RDWR);
     ASSERT_GE(fd, 0);
-    const std::string refused = "Cannot write PATH: it is the database or another file the program has open; "
-                                "nothing was written.";
+    const std::string refused =
+        "Cannot write PATH: it is the database or another file the program has open; "
+        "nothing was written.";
     const auto expected = [&](const fs::path& p) {
         return std::string(refused).replace(refused.find("PATH"), 4, p.string());
     };
@@ -105,8 +108,9 @@ TEST_F(OutputTarget, AnExistingFileIsReplacedOnlyWhenThePersonAgreed) {
 
 TEST_F(OutputTarget, AFolderIsNotAFileToWriteOver) {
     fs::create_directory(folder_ / "charts.pdf");
-    EXPECT_EQ(attempt(folder_ / "charts.pdf", Existing::replace),
-              "Cannot write " + (folder_ / "charts.pdf").string() + ": it is not a file; nothing was written.");
+    EXPECT_EQ(
+        attempt(folder_ / "charts.pdf", Existing::replace),
+        "Cannot write " + (folder_ / "charts.pdf").string() + ": it is not a file; nothing was written.");
     EXPECT_TRUE(fs::is_directory(folder_ / "charts.pdf"));
 }
 

@@ -316,10 +316,10 @@ int chart_command(Context& ctx, const std::vector<std::string>& args) {
     for (const char* kind : {"xls", "xlsx"}) {
         if (const auto file = opt.get(kind)) {
             const auto book = exchange::report_workbook(doc, it ? "Income-Tax Chart" : "Books Chart");
-            exchange::write_spreadsheet(book,
-                                        std::string(kind) == "xls" ? exchange::SpreadsheetKind::Xls
-                                                                   : exchange::SpreadsheetKind::Xlsx,
-                                        *file, existing_file(opt));
+            exchange::write_spreadsheet(
+                book,
+                std::string(kind) == "xls" ? exchange::SpreadsheetKind::Xls : exchange::SpreadsheetKind::Xlsx,
+                *file, existing_file(opt));
             ctx.out << "Wrote " << *file << "\n";
             return 0;
         }

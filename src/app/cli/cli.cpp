@@ -159,7 +159,8 @@ int run(const std::vector<std::string>& args, std::ostream& out, std::ostream& e
         // An empty address is a slip (an unset variable), not a wish for the default
         // database: the practice's data must not be opened in its place.
         if (db_url.empty()) {
-            err << "brenlow: option --db is empty: give sqlite:PATH or mysql://USER@HOST/DB, or leave --db out "
+            err << "brenlow: option --db is empty: give sqlite:PATH or mysql://USER@HOST/DB, or leave --db "
+                   "out "
                    "for the embedded database.\n";
             return 1;
         }
