@@ -490,7 +490,9 @@ std::optional<Finding> esa_row_finding(std::string_view particulars, std::string
     if (particulars.empty()) return refuse("Please specify 'Particulars' !");
     if (!w || *w < 0) return refuse("Please specify 'WDV' >= 0 !");
     if (!d) return refuse("Please specify 'Date' !");
-    if (*d >= fy_first(year)) return refuse("'Date' should be before 01/04/" + std::to_string(year - 1));
+    // Dated before the year it adjusts the opening WDV; inside the year, the current year's
+    // balance ("Adj. Other Assets (Current Year)"); never after the year.
+    if (*d > fy_last(year)) return refuse("'Date' should be before 01/04/" + std::to_string(year));
     if (!a || *a < 0) return refuse("Please specify valid 'Sale/Deduction Amount' !");
     if (!e || !(*e > 0)) return refuse("Please specify 'Excess Amount' !");
     if (!adj) return refuse("Please specify 'Adjustment Amount' !");

@@ -178,7 +178,7 @@ TEST_P(RegisterEntryFrame, AdjustmentRowsAreCheckedInTheirOrder) {
     EXPECT_FALSE(s->AddESARow("", "1", "01/01/2014", "1", "1", "1"));
     EXPECT_FALSE(s->AddESARow("CAR", "-1", "01/01/2014", "1", "1", "1"));
     EXPECT_FALSE(s->AddESARow("CAR", "0", "", "1", "1", "1"));
-    EXPECT_FALSE(s->AddESARow("CAR", "0", "01/04/2015", "1", "1", "1"));
+    EXPECT_FALSE(s->AddESARow("CAR", "0", "01/04/2016", "1", "1", "1"));
     EXPECT_FALSE(s->AddESARow("CAR", "0", "31/03/2015", "-1", "1", "1"));
     EXPECT_FALSE(s->AddESARow("CAR", "0", "31/03/2015", "5", "0", "1"));
     EXPECT_FALSE(s->AddESARow("CAR", "0", "31/03/2015", "5", "5", ""));
@@ -191,7 +191,7 @@ TEST_P(RegisterEntryFrame, AdjustmentRowsAreCheckedInTheirOrder) {
     EXPECT_FALSE(s->vsESA_ValidateEdit(1, "9"));
     EXPECT_FALSE(s->vsESA_ValidateEdit(1, "X"));
     EXPECT_EQ(boxes(), (Texts{"Please specify 'Particulars' !", "Please specify 'WDV' >= 0 !",
-                              "Please specify 'Date' !", "'Date' should be before 01/04/2015",
+                              "Please specify 'Date' !", "'Date' should be before 01/04/2016",
                               "Please specify valid 'Sale/Deduction Amount' !",
                               "Please specify 'Excess Amount' !", "Please specify 'Adjustment Amount' !",
                               "Please specify valid 'Adjustment Amount' <= 5.00 !",

@@ -136,16 +136,16 @@ TEST(EntryRules, AStoredRowsPackedListsAreCheckedBeforeItsFigures) {
     EntryContext ctx = context();
     EXPECT_TRUE(row_findings(draft_of(o), ctx, o.ShiftDet, o.DetESA).empty());
 
-    // An adjustment of an earlier year's excess, dated inside this year.
+    // An adjustment dated after the year.
     o.DetESA =
         "OLD CHAIR\xC2\xA6"
         "1000\xC2\xA6"
-        "01/05/2024\xC2\xA6"
+        "01/05/2025\xC2\xA6"
         "1500\xC2\xA6"
         "500\xC2\xA6"
         "500|";
     EXPECT_EQ(messages(row_findings(draft_of(o), ctx, o.ShiftDet, o.DetESA)),
-              std::vector<std::string>{"'Date' should be before 01/04/2024"});
+              std::vector<std::string>{"'Date' should be before 01/04/2025"});
     // Dated before the year, it is accepted; more than the WDV is then refused on update.
     o.DetESA =
         "OLD CHAIR\xC2\xA6"
