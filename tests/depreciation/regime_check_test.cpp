@@ -69,15 +69,14 @@ TEST(ConcessionalRegime, SaysNothingWhenTheChartHoldsNoAdditionalDepreciation) {
 TEST(ConcessionalRegime, CountsTheCarriedHalfAsAdditionalDepreciation) {
     RegimeFlags f;
     f.vFlagCompDom115BA = true;
-    EXPECT_TRUE(concessional_regime_check(2022, kind("company"), f, AdditionalSums{0, 0, 5000}, false)
-                    .refused);
+    EXPECT_TRUE(
+        concessional_regime_check(2022, kind("company"), f, AdditionalSums{0, 0, 5000}, false).refused);
 }
 
 TEST(ConcessionalRegime, Applies115BACToIndividualsFrom2021AndToAOPsFrom2024) {
     RegimeFlags f;
     f.vFlagIndHUF115BAC = true;
-    EXPECT_FALSE(
-        concessional_regime_check(2020, kind("individual"), f, kSomeAdditional, false).refused);
+    EXPECT_FALSE(concessional_regime_check(2020, kind("individual"), f, kSomeAdditional, false).refused);
     const auto d = concessional_regime_check(2021, kind("huf"), f, kSomeAdditional, false);
     EXPECT_EQ(d.message, "Additional Depreciation is not allowed, if opted for taxation u/s 115BAC.");
     EXPECT_FALSE(concessional_regime_check(2023, kind("aop"), f, kSomeAdditional, false).refused);
@@ -87,18 +86,14 @@ TEST(ConcessionalRegime, Applies115BACToIndividualsFrom2021AndToAOPsFrom2024) {
 TEST(ConcessionalRegime, AppliesTheCooperativeSectionsFromTheirYears) {
     RegimeFlags bad;
     bad.vFlagCopSoc115BAD = true;
-    EXPECT_FALSE(
-        concessional_regime_check(2020, kind("co-operative"), bad, kSomeAdditional, false).refused);
-    EXPECT_EQ(
-        concessional_regime_check(2021, kind("co-operative"), bad, kSomeAdditional, false).message,
-        "Additional Depreciation is not allowed, if opted for taxation u/s 115BAD.");
+    EXPECT_FALSE(concessional_regime_check(2020, kind("co-operative"), bad, kSomeAdditional, false).refused);
+    EXPECT_EQ(concessional_regime_check(2021, kind("co-operative"), bad, kSomeAdditional, false).message,
+              "Additional Depreciation is not allowed, if opted for taxation u/s 115BAD.");
     RegimeFlags bae;
     bae.vFlagCopSoc115BAE = true;
-    EXPECT_FALSE(
-        concessional_regime_check(2023, kind("co-operative"), bae, kSomeAdditional, false).refused);
-    EXPECT_EQ(
-        concessional_regime_check(2024, kind("co-operative"), bae, kSomeAdditional, false).message,
-        "Additional Depreciation is not allowed, if opted for taxation u/s 115BAE.");
+    EXPECT_FALSE(concessional_regime_check(2023, kind("co-operative"), bae, kSomeAdditional, false).refused);
+    EXPECT_EQ(concessional_regime_check(2024, kind("co-operative"), bae, kSomeAdditional, false).message,
+              "Additional Depreciation is not allowed, if opted for taxation u/s 115BAE.");
 }
 
 TEST(ConcessionalRegime, AddsTheNoteAndAsksAboutTheHandEditedChart) {

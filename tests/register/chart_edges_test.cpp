@@ -86,7 +86,9 @@ protected:
         EXPECT_EQ(lines.size(), 1u);
         return lines.at(0);
     }
-    static std::vector<std::string> notes(const CalculationResult& r) { return income_tax_chart_report(r).notes; }
+    static std::vector<std::string> notes(const CalculationResult& r) {
+        return income_tax_chart_report(r).notes;
+    }
     static bool has_note(const CalculationResult& r, const std::string& text) {
         std::string all;
         for (const auto& n : notes(r)) all += n + " ";
@@ -379,11 +381,13 @@ TEST_P(ChartEdges, LastYearsRemainingHalfShowsAsAdditionalAndThisYearsHalfIsCarr
     addition(plant, "01/12/2024", 100000, 20);
     const auto r = run();
     EXPECT_EQ(printed(only_line(r)), (Printed{85000, 0, 100000, 0, 185000, 20250, 20000, 144750}));
-    EXPECT_TRUE(has_note(r, "Additional depreciation of Rs. 10,000 relating to addition of assets during "
-                            "immediately preceding year put to use for less than 180 days is included in "
-                            "Col. 'Additional'."));
-    EXPECT_TRUE(has_note(r, "Additional depreciation of Rs. 10,000 (the remaining half on additions put to use "
-                            "for less than 180 days) is carried to next year."));
+    EXPECT_TRUE(has_note(r,
+                         "Additional depreciation of Rs. 10,000 relating to addition of assets during "
+                         "immediately preceding year put to use for less than 180 days is included in "
+                         "Col. 'Additional'."));
+    EXPECT_TRUE(has_note(r,
+                         "Additional depreciation of Rs. 10,000 (the remaining half on additions put to use "
+                         "for less than 180 days) is carried to next year."));
     // The chart's columns are those the note names.
     const auto doc = income_tax_chart_report(r);
     EXPECT_EQ(doc.columns.at(7).heading, "Normal");

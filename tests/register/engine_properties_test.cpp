@@ -12,8 +12,8 @@
 
 #include <algorithm>
 #include <cmath>
-#include <map>
 #include <cstdlib>
+#include <map>
 #include <random>
 #include <sstream>
 
@@ -70,7 +70,8 @@ public:
     // An amount of a register: mostly whole rupees of every size, some with paise.
     double amount() {
         const int digits = pick(2, 7);
-        double a = pick(1, 9) * std::pow(10.0, digits - 1) + pick(0, static_cast<int>(std::pow(10.0, digits - 1)));
+        double a =
+            pick(1, 9) * std::pow(10.0, digits - 1) + pick(0, static_cast<int>(std::pow(10.0, digits - 1)));
         if (chance(0.2)) a += pick(1, 99) / 100.0;
         return a;
     }
@@ -87,10 +88,14 @@ private:
 
 std::vector<ItBlockMaster> masters_of(int year) {
     std::vector<ItBlockMaster> m = {
-        {"3-15", "MACHINERY AND PLANT", 15}, {"3-30", "MACHINERY AND PLANT", 30},
-        {"3-40", "MACHINERY AND PLANT", 40}, {"2-10", "FURNITURE AND FITTINGS", 10},
-        {"1-10", "BUILDING", 10},            {"1-5", "BUILDING", 5},
-        {"4-25", "INTANGIBLE ASSETS", 25},   {"100-0", "LAND", 0},
+        {"3-15", "MACHINERY AND PLANT", 15},
+        {"3-30", "MACHINERY AND PLANT", 30},
+        {"3-40", "MACHINERY AND PLANT", 40},
+        {"2-10", "FURNITURE AND FITTINGS", 10},
+        {"1-10", "BUILDING", 10},
+        {"1-5", "BUILDING", 5},
+        {"4-25", "INTANGIBLE ASSETS", 25},
+        {"100-0", "LAND", 0},
     };
     if (year < 2018) {
         m.push_back({"3-60", "MACHINERY AND PLANT", 60});
@@ -108,7 +113,8 @@ ItRunInput random_register(Gen& g) {
     // name last year's plant blocks above 40%.
     std::vector<std::string> ids;
     const int blocks = g.pick(1, 4);
-    for (int i = 0; i < blocks; ++i) ids.push_back(in.blocks[g.pick(0, static_cast<int>(in.blocks.size()) - 1)].id);
+    for (int i = 0; i < blocks; ++i)
+        ids.push_back(in.blocks[g.pick(0, static_cast<int>(in.blocks.size()) - 1)].id);
     if (in.year == 2018 && g.chance(0.5)) ids.push_back(g.chance(0.5) ? "3-60" : "3-80");
     const int entries = g.pick(1, 9);
     for (int i = 0; i < entries; ++i) {
@@ -136,7 +142,8 @@ ItRunInput random_register(Gen& g) {
         }
         if (g.chance(0.3)) {  // sales smaller and larger than the asset, the block
             e.sale_date = g.date_in(in.year);
-            e.sale_amt = rupees(std::fabs(e.wdv_cost) * 2.5 * g.fraction()) + (g.chance(0.1) ? g.amount() : 0);
+            e.sale_amt =
+                rupees(std::fabs(e.wdv_cost) * 2.5 * g.fraction()) + (g.chance(0.1) ? g.amount() : 0);
             if (g.chance(0.5)) e.sale_exp = rupees(e.sale_amt * 0.05 * g.fraction());
             e.partial_deduction = g.chance(0.2);
         }
@@ -192,13 +199,16 @@ std::string check_income_tax(const ItRunResult& res, const CalculationResult& ru
         const std::string name = b.block_name + " @ " + std::to_string(b.rate);
         if (b.RndWdv < -1e-9) why << "closing WDV of " << name << " below nil: " << b.RndWdv << "\n";
         for (double x : {b.depr_full, b.depr_half, b.addl_full, b.addl_half, b.ADeprOpH, b.TotDepr})
-            if (!whole(x) || x < 0) why << "depreciation of " << name << " not in whole rupees: " << x << "\n";
-        if (kept_apart(b) < -kEps) why << "the part kept apart of " << name << " is " << kept_apart(b) << "\n";
+            if (!whole(x) || x < 0)
+                why << "depreciation of " << name << " not in whole rupees: " << x << "\n";
+        if (kept_apart(b) < -kEps)
+            why << "the part kept apart of " << name << " is " << kept_apart(b) << "\n";
         if (b.block_nil) {
             const auto t = block_transfer(b);
             if (std::fabs(t.sales_cons - t.wdv - t.addition - t.trans_expen - t.assets_trans) > kEps)
                 why << "the capital-gains row of " << name << " does not reconcile: " << t.sales_cons << " - "
-                    << t.wdv << " - " << t.addition << " - " << t.trans_expen << " != " << t.assets_trans << "\n";
+                    << t.wdv << " - " << t.addition << " - " << t.trans_expen << " != " << t.assets_trans
+                    << "\n";
         }
         net += b.profit_loss;
     }
@@ -226,7 +236,8 @@ std::string check_income_tax(const ItRunResult& res, const CalculationResult& ru
         if (s.rows[i].gain_text != format_mask(res.blocks[i].profit_loss, "#,##0;(#,##0)"))
             why << "the summary row of " << s.rows[i].block << " reads " << s.rows[i].gain_text << "\n";
     }
-    if (std::fabs(res.net_capital_gain - net) > kEps || s.total_text != format_mask(rows_sum, "#,##0;(#,##0)"))
+    if (std::fabs(res.net_capital_gain - net) > kEps ||
+        s.total_text != format_mask(rows_sum, "#,##0;(#,##0)"))
         why << "the summary's net " << s.total_text << " is not the sum of its rows " << rows_sum << "\n";
     why << check_printed(run);
     return why.str();
@@ -310,7 +321,8 @@ CaEntry random_asset(Gen& g, int year, int i) {
     }
     if (g.chance(0.1)) {
         const Date from = fy_first(year).plus_days(g.pick(0, 200));
-        e.shift_det = from.text() + "," + from.plus_days(g.pick(0, 150)).text() + "," + std::to_string(g.pick(2, 3));
+        e.shift_det =
+            from.text() + "," + from.plus_days(g.pick(0, 150)).text() + "," + std::to_string(g.pick(2, 3));
     }
     e.nesd = g.chance(0.2);
     return e;
@@ -323,11 +335,14 @@ std::string describe(const CaRunInput& in) {
        << ", remaining life mode " << in.rem_life_mode << ":\n";
     for (const auto& e : in.entries)
         os << "  " << (e.kind == EntryKind::Opening ? "opening " : "addition") << " "
-           << (e.method == CaMethod::WDV ? "WDV" : e.method == CaMethod::SLM ? "SLM" : "none") << " basis "
-           << (e.basis == ResidualBasis::Cost ? "cost" : "carrying") << " cost " << e.cost << " op-dep " << e.op_dep
-           << " calc-ca " << e.dep_calc_ca << " put " << (e.put_date.empty() ? "-" : e.put_date) << " life "
-           << e.life_yrs << " residual " << (e.residual_default ? std::string("5%") : std::to_string(e.residual))
-           << " rate " << (e.rate_auto ? std::string("auto") : std::to_string(e.rate))
+           << (e.method == CaMethod::WDV   ? "WDV"
+               : e.method == CaMethod::SLM ? "SLM"
+                                           : "none")
+           << " basis " << (e.basis == ResidualBasis::Cost ? "cost" : "carrying") << " cost " << e.cost
+           << " op-dep " << e.op_dep << " calc-ca " << e.dep_calc_ca << " put "
+           << (e.put_date.empty() ? "-" : e.put_date) << " life " << e.life_yrs << " residual "
+           << (e.residual_default ? std::string("5%") : std::to_string(e.residual)) << " rate "
+           << (e.rate_auto ? std::string("auto") : std::to_string(e.rate))
            << (e.auto_depr ? "" : " manual " + std::to_string(e.manual_depr))
            << (e.sale_date.empty() ? "" : " sold " + e.sale_date + (e.partial_deduction ? " (partial)" : ""))
            << (e.shift_det.empty() ? "" : " shifts " + e.shift_det) << "\n";
@@ -363,10 +378,11 @@ TEST(EngineProperties, EveryBooksRegisterKeepsEveryInvariant) {
                 carrying >= r.residual && r.closing < r.residual - tolerance)
                 why << "asset " << e.sr_no << " closes at " << r.closing << " below its residual value "
                     << r.residual << " with " << r.remaining_life << " years left\n";
-            if (e.auto_depr && r.depreciation < 0) why << "asset " << e.sr_no << " depreciates by " << r.depreciation << "\n";
+            if (e.auto_depr && r.depreciation < 0)
+                why << "asset " << e.sr_no << " depreciates by " << r.depreciation << "\n";
             if (held && std::fabs(carrying - r.depreciation - r.adj_pl - r.adj_rs - r.closing) > tolerance)
-                why << "asset " << e.sr_no << " does not add up: " << carrying << " - " << r.depreciation << " - "
-                    << r.adj_pl + r.adj_rs << " != " << r.closing << "\n";
+                why << "asset " << e.sr_no << " does not add up: " << carrying << " - " << r.depreciation
+                    << " - " << r.adj_pl + r.adj_rs << " != " << r.closing << "\n";
         }
         if (!why.str().empty()) {
             ++failures;
@@ -383,12 +399,12 @@ bool same_to_the_paisa(const std::vector<ChartRow>& a, const std::vector<ChartRo
         const auto& x = a[i];
         const auto& y = b[i];
         if (x.Grp != y.Grp || x.FYr != y.FYr) return false;
-        const double xs[] = {x.Rate,  x.Wdv,   x.WdvOpHR, x.Add1,   x.Cons1,  x.FullAmt, x.Add2,
-                             x.Cons2, x.HalfAmt, x.DeprF, x.DeprH, x.ADeprF, x.ADeprH, x.ADeprOpH,
-                             x.TotDep, x.Dep38, x.PropDep, x.Exp, x.CG, x.WdvCl};
-        const double ys[] = {y.Rate,  y.Wdv,   y.WdvOpHR, y.Add1,   y.Cons1,  y.FullAmt, y.Add2,
-                             y.Cons2, y.HalfAmt, y.DeprF, y.DeprH, y.ADeprF, y.ADeprH, y.ADeprOpH,
-                             y.TotDep, y.Dep38, y.PropDep, y.Exp, y.CG, y.WdvCl};
+        const double xs[] = {x.Rate,   x.Wdv,     x.WdvOpHR, x.Add1,  x.Cons1,  x.FullAmt, x.Add2,
+                             x.Cons2,  x.HalfAmt, x.DeprF,   x.DeprH, x.ADeprF, x.ADeprH,  x.ADeprOpH,
+                             x.TotDep, x.Dep38,   x.PropDep, x.Exp,   x.CG,     x.WdvCl};
+        const double ys[] = {y.Rate,   y.Wdv,     y.WdvOpHR, y.Add1,  y.Cons1,  y.FullAmt, y.Add2,
+                             y.Cons2,  y.HalfAmt, y.DeprF,   y.DeprH, y.ADeprF, y.ADeprH,  y.ADeprOpH,
+                             y.TotDep, y.Dep38,   y.PropDep, y.Exp,   y.CG,     y.WdvCl};
         for (std::size_t k = 0; k < std::size(xs); ++k)
             if (std::fabs(xs[k] - ys[k]) > kEps) return false;
     }
@@ -476,7 +492,8 @@ TEST_P(EnginePropertiesOnStore, TheStoredRunKeepsEveryInvariantAndTheNextYearReo
         }
         const auto run = run_calculation(db(), code, in.year, Mode::DEP_IT, false);
         std::string why = check_income_tax(run.income_tax, run);
-        if (!same_to_the_paisa(run.chart, store::read_chart(db(), store::ChartTable::TmpDepChart, code, in.year)))
+        if (!same_to_the_paisa(run.chart,
+                               store::read_chart(db(), store::ChartTable::TmpDepChart, code, in.year)))
             why += "the stored chart is not the run's\n";
         // The next year opens every block at this year's closing WDV.
         std::map<std::string, double> closing;
@@ -493,7 +510,9 @@ TEST_P(EnginePropertiesOnStore, TheStoredRunKeepsEveryInvariantAndTheNextYearReo
                            std::to_string(opening[block]) + "\n";
         } else {
             for (const auto& [block, wdv] : closing)
-                if (wdv > kEps) why += "nothing carried (" + plan.nothing_because + ") though " + block + " closed at " + std::to_string(wdv) + "\n";
+                if (wdv > kEps)
+                    why += "nothing carried (" + plan.nothing_because + ") though " + block + " closed at " +
+                           std::to_string(wdv) + "\n";
         }
         if (!why.empty()) ADD_FAILURE() << "seed " << seed << ":\n" << why << describe(in);
     }
