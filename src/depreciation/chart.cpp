@@ -4,6 +4,8 @@
 #include <cmath>
 #include <initializer_list>
 
+#include "controls/number_format.h"
+
 namespace brenlow::depreciation {
 namespace {
 
@@ -56,17 +58,25 @@ std::vector<ChartRow> chart_rows_from_blocks(std::string_view code, int year, co
         r.Grp = grp;
         r.Rate = b.rate;
         r.Wdv = b.opening_wdv - b.adj_earlier;  // after the adjustments of earlier years
-        r.Add1 = b.addition1;
-        // The chart has no column for the part kept apart: a deduction beyond every part
-        // shows against the full-rate part, so that Wdv + Add1 - Cons1 turns negative for a
-        // block that ends in a capital gain.
-        r.Cons1 = b.deduction1 + std::max(0.0, b.deduction3 - b.addition3);
+        r.WdvOpHR = b.OpWdvHR40PM;
+        // A block that ends nil charges nothing: an addition of it not yet put to use is
+        // listed with the other additions.
+        r.Add1 = b.addition1 + (b.block_nil ? b.addition3 : 0);
         r.Add2 = b.addition2;
         r.Cons2 = b.deduction2;
+        const double apart = kept_apart(b);
         if (!b.block_nil) {
             r.FullAmt = b.full_on_bal1;
             r.HalfAmt = b.full_on_bal2;
         }
+        // The chart has no column for the part kept apart nor for the current year's
+        // adjustment of other assets: what was set against the block beyond the half-rate
+        // deductions shows against the full-rate part, so that the row adds up: Wdv + Add1
+        // - Cons1 + Add2 - Cons2 is FullAmt + HalfAmt (the part kept apart on its Rate -40
+        // row), or, for a block that ends nil, the negative balance that is its gain with
+        // the expenses.
+        const double set_against = b.block_nil ? -(b.profit_loss + b.expenses) : r.FullAmt + r.HalfAmt;
+        r.Cons1 = vb_round(r.Wdv + r.Add1 + r.Add2 - r.Cons2 - set_against, 2);  // to the paisa
         r.DeprF = b.depr_full;
         r.DeprH = b.depr_half;
         r.ADeprF = b.addl_full;
@@ -78,38 +88,30 @@ std::vector<ChartRow> chart_rows_from_blocks(std::string_view code, int year, co
         r.WdvCl = b.RndWdv;
         rows.push_back(r);
         // The Rate -40 row carries the part of the block kept apart from depreciation
-        // (additions not yet put to use, less any deduction that reached them). It is in
-        // WdvCl but in neither FullAmt nor HalfAmt, so the return lists it on its own line;
-        // it is written only when that part holds a positive amount.
-        if (!b.block_nil && b.balance3 > 0) {
-            ChartRow apart;
-            apart.Code_No = r.Code_No;
-            apart.FYr = year;
-            apart.Grp = grp;
-            apart.Rate = -40;
-            apart.Wdv = b.balance3;
-            rows.push_back(apart);
+        // (additions not yet put to use, less what was set against them). It is in WdvCl
+        // but in neither FullAmt nor HalfAmt, so the return lists it on its own line; it is
+        // written only when that part holds a positive amount.
+        if (apart >= 0.005) {  // a paisa and more; less is what the arithmetic leaves
+            ChartRow kept;
+            kept.Code_No = r.Code_No;
+            kept.FYr = year;
+            kept.Grp = grp;
+            kept.Rate = -40;
+            kept.Wdv = apart;
+            rows.push_back(kept);
         }
     }
     return rows;
 }
 
-std::vector<ChartRow> build_income_tax_chart(std::string_view code, int year, const ItRunResult& run,
-                                             bool allow_hand_edited, std::string_view MANDEP,
-                                             const std::vector<ChartRow>& hand_edited) {
-    if (use_hand_edited_chart(allow_hand_edited, MANDEP)) return hand_edited;
-    return chart_rows_from_blocks(code, year, run);
+double kept_apart(const ItBlockResult& b) {
+    if (b.block_nil) return 0;
+    return vb_round(b.RndWdv + b.TotDepr - b.full_on_bal1 - b.full_on_bal2, 2);
 }
 
-AdditionalSums additional_in_chart(const std::vector<ChartRow>& rows) {
-    AdditionalSums s;
-    for (const ChartRow& r : rows) {
-        if (r.Grp != 3 || !one_of(r.Rate, {15, 30, 40})) continue;
-        s.ADeprF += r.ADeprF;
-        s.ADeprH += r.ADeprH;
-        s.ADeprOpH += r.ADeprOpH;
-    }
-    return s;
+double allowed_depreciation(const ChartRow& r) {
+    const double net = r.TotDep - r.Dep38;
+    return r.PropDep != 0 ? std::min(r.PropDep, net) : net;
 }
 
 }  // namespace brenlow::depreciation

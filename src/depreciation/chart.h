@@ -50,13 +50,18 @@ int chart_group(std::string_view block_name, double rate);
 bool use_hand_edited_chart(bool allow_hand_edited, std::string_view MANDEP);
 
 // One row per block (land left out), each followed where needed by its Rate -40 row.
+// The calculation run writes these (unless the hand-edited chart replaces them).
 std::vector<ChartRow> chart_rows_from_blocks(std::string_view code, int year, const ItRunResult& run);
 
-// The chart of the year: a copy of the hand-edited rows when use_hand_edited_chart says
-// so, else the rows built from the blocks.
-std::vector<ChartRow> build_income_tax_chart(std::string_view code, int year, const ItRunResult& run,
-                                             bool allow_hand_edited, std::string_view MANDEP,
-                                             const std::vector<ChartRow>& hand_edited);
+// What a block holds apart from depreciation (additions not yet put to use, less what
+// was set against them): in its closing WDV, in neither FullAmt nor HalfAmt.
+double kept_apart(const ItBlockResult& block);
+
+// The depreciation a chart row allows: TotDep less what section 38 disallows (Dep38);
+// where a proportionate depreciation is given (PropDep: the share of a year of
+// succession, amalgamation or demerger), that share, never more than the net. The WDV
+// falls only by what is allowed.
+double allowed_depreciation(const ChartRow& row);
 
 // Sums of ADeprF, ADeprH and ADeprOpH over the plant-and-machinery rows (Grp 3) at 15, 30
 // and 40 per cent: the additional depreciation that the concessional regimes forbid.
@@ -65,6 +70,5 @@ struct AdditionalSums {
     double ADeprH = 0;
     double ADeprOpH = 0;
 };
-AdditionalSums additional_in_chart(const std::vector<ChartRow>& rows);
 
 }  // namespace brenlow::depreciation

@@ -133,14 +133,27 @@ CaAssetResult calculate_asset(const CaEntry& e, const CaRunInput& opt, WarningLo
             // Double shift earns half as much again for its days, triple shift as much again.
             extra = full_year * (0.5 * shifts.double_days + shifts.triple_days) / year_length;
         }
-        // Never below the residual value.
+        // Never below the residual value, and never a negative charge (an asset written
+        // down below nil before the year is not written back up).
+        charge = std::max(0.0, charge);
+        extra = std::max(0.0, extra);
         const double total = std::min(charge + extra, room);
         if (total < charge + extra) {
             extra = std::max(0.0, total - charge);
             charge = total - extra;
         }
         r.extra_shift = round_money(extra);
-        r.depreciation = round_money(charge) + r.extra_shift;
+        double rounded_charge = round_money(charge);
+        // Rounding up must not take the asset below its residual value either: what the
+        // roundings add beyond the room comes off, the extra shift first.
+        const double step = opt.round_to_rupees ? 1.0 : 0.01;
+        for (int i = 0; i < 4 && rounded_charge + r.extra_shift > room + 1e-9; ++i) {
+            if (r.extra_shift >= step)
+                r.extra_shift = round_money(r.extra_shift - step);
+            else if (rounded_charge >= step)
+                rounded_charge = round_money(rounded_charge - step);
+        }
+        r.depreciation = rounded_charge + r.extra_shift;
     }
 
     if (sold) {

@@ -36,9 +36,11 @@ struct ItEntry {
     double sale_exp = 0;      // SaleExp: expenses on transfer
     double addl_dep_on =
         0;  // AddlDepOn (opening): cost whose remaining half of additional depreciation is claimed
-    double adj_earlier = 0;    // total "Amount To be Adjusted" of the DetESA rows
-    double adj_current = 0;    // adjustment of other assets of the current year
-    bool asset_exists = true;  // false for optsWdvIT "N" ("Asset does not Exist")
+    double adj_earlier = 0;         // "Amount To be Adjusted" of the DetESA rows dated before the year
+    double adj_current = 0;         // the same of the rows dated inside the year
+    double rate_before = 0;         // RateIT (opening): the rate the asset was depreciated at last year
+    bool from_higher_rate = false;  // its group names a plant block above 40% (the year closing 2018)
+    bool asset_exists = true;       // false for optsWdvIT "N" ("Asset does not Exist")
     // The sale or deduction leaves the asset held: its amount still comes off the block,
     // but the asset counts as not sold and keeps its additional depreciation.
     bool partial_deduction = false;
@@ -80,9 +82,10 @@ struct ItWorkingRow {       // one row of the working grid per entry
     double AddlRt = 0;
     double OthAdjAmtOP = 0;
     double OthAdjAmt = 0;
-    double ProfitOnSale = 0;   // SaleAmt - SaleExp - WdvCost of the asset itself
-    double AddlDepOnNext = 0;  // cost whose remaining half of additional depreciation goes to next year
-    double DeprHalfOnOP = 0;   // opening row: AddlDepOn x AddlDepRT / 2 / 100 in whole rupees
+    double ProfitOnSale = 0;        // SaleAmt - SaleExp - WdvCost of the asset itself
+    double AddlDepOnNext = 0;       // cost whose remaining half of additional depreciation goes to next year
+    double DeprHalfOnOP = 0;        // opening row: AddlDepOn x AddlDepRT / 2 / 100 in whole rupees
+    bool from_higher_rate = false;  // year closing 2018: plant brought from a block above 40%
 };
 
 struct ItBlockResult {
@@ -95,20 +98,21 @@ struct ItBlockResult {
     double addition1 = 0, deduction1 = 0, balance1 = 0;  // full-rate part, opening WDV included in balance1
     double addition2 = 0, deduction2 = 0, balance2 = 0;  // half-rate part
     double addition3 = 0, deduction3 = 0,
-           balance3 = 0;          // kept apart: not yet put to use, and any excess deduction
-    double adj_current = 0;       // OthAdjAmt of the block
-    double full_on_bal1 = 0;      // "FullOnBal1": charged at the full rate
-    double full_on_bal2 = 0;      // "FullOnBal2": charged at half the rate
-    double addl_on_bal1 = 0;      // "AddlOnBal1"
-    double addl_on_bal2 = 0;      // "AddlOnBal2"
-    double addl_rate = 0;         // "AddlRate"
-    double depr_full = 0;         // DeprF
-    double depr_half = 0;         // DeprH
-    double addl_full = 0;         // ADeprF
-    double addl_half = 0;         // ADeprH
-    double DeprHalfOnOP = 0;      // remaining half of additional depreciation brought from last year
-    double ADeprOpH = 0;          // the part of it charged this year (nil in 2016, see the block code)
-    double carried_half_out = 0;  // remaining half that goes to the next year
+           balance3 = 0;           // kept apart: not yet put to use, and any excess deduction
+    double adj_current = 0;        // OthAdjAmt of the block
+    double full_on_bal1 = 0;       // "FullOnBal1": charged at the full rate
+    double full_on_bal2 = 0;       // "FullOnBal2": charged at half the rate
+    double addl_on_bal1 = 0;       // "AddlOnBal1"
+    double addl_on_bal2 = 0;       // "AddlOnBal2"
+    double addl_rate = 0;          // "AddlRate"
+    double depr_full = 0;          // DeprF
+    double depr_half = 0;          // DeprH
+    double addl_full = 0;          // ADeprF
+    double addl_half = 0;          // ADeprH
+    double DeprHalfOnOP = 0;       // remaining half of additional depreciation brought from last year
+    double ADeprOpH = 0;           // the part of it charged this year (nil in 2016, see the block code)
+    double carried_half_lost = 0;  // the part of it the block could not bear (its balance was too small)
+    double carried_half_out = 0;   // remaining half that goes to the next year
     double DeprN_RND_Adj = 0;
     double DeprA_RND_Adj = 0;
     double TotDepr = 0;
@@ -122,6 +126,11 @@ struct ItBlockResult {
     std::string status;  // "BLOCKNIL", "(No Asset)", "(Nil WDV)" or empty
     std::string DeprCalcDet;
     std::string carried_note;  // note on the carried half, when there is one
+    // The year closing in 2018: the opening WDV of a plant-and-machinery block at 40%,
+    // in the part brought from the blocks above 40% (50, 60, 80, 100%) that the year
+    // merged into it and the part that was at 40% already (or whose rate is not known).
+    double OpWdvHR40PM = 0;
+    double OpWdvUK40PM = 0;
 };
 
 struct ItRunResult {
@@ -143,5 +152,10 @@ double block_figure(const ItBlockResult& block, std::string_view key);
 // cost. The income-tax modes show it per asset before the block calculation; tax itself
 // is charged only on the block.
 double profit_on_sale(const ItEntry& entry);
+
+// The year closing in 2018 put plant and machinery above 40% into the 40% block: the
+// block that a block id of machinery and plant above 40% ("3-60", "3-80", "3-100") falls
+// into that year ("3-40"); empty for any other id or year.
+std::string merged_plant_block(std::string_view block_id, int year);
 
 }  // namespace brenlow::depreciation

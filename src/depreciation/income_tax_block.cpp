@@ -16,6 +16,14 @@ double whole_rupees(double amount) {
     return mask_value(amount, "###0");
 }
 
+// Whole rupees, but never above `cap` nor below nil: a charge on a part that holds
+// paise (1,000.60 at 100%) must not round the part below nil.
+double whole_rupees_within(double amount, double cap) {
+    double r = whole_rupees(std::min(amount, cap));
+    if (r > cap) r -= 1;
+    return std::max(0.0, r);
+}
+
 // One additional-depreciation rate inside a block, with the cost of the eligible
 // additions on each side of the half-rate line.
 struct AddlLine {
@@ -44,6 +52,10 @@ void carry_shortfall(double& from, double& to) {
         to += from;
         from = 0;
     }
+}
+
+bool chart_group_is_plant(const std::string& name) {
+    return name == "MACHINERY AND PLANT" || name == "PLANT AND MACHINERY" || name == "PLANT AND MACHINARY";
 }
 
 double id_order_value(const std::string& id) {
@@ -93,28 +105,35 @@ void finish_block(ItBlockResult& b, BlockWork& w, int year, WarningLog& log, boo
     const double balance = b.balance1 + b.balance2 + b.balance3;
     if (w.has_ded_date) b.MaxDedDt = w.max_ded.text();
 
-    // A block whose balance is nil or negative after a transfer ends nil: the negative
-    // balance is a short-term capital gain, less the expenses on transfer. Practice also
-    // ends a block whose every asset is sold or deducted while a balance remains: the
-    // block has ceased, and that balance (with the expenses) is a capital loss.
+    // The current year's adjustment of other assets comes off the balance like a deduction.
+    const double on_block = balance - b.adj_current;
+
+    // A block whose balance is nil or negative ends nil: the negative balance is a
+    // short-term capital gain, less the expenses on transfer. A negative balance without
+    // a transfer in the year (a negative opening WDV, an adjustment larger than the block)
+    // is one too: the block cannot go below nil. Practice also ends a block whose every
+    // asset is sold or deducted while a balance remains: the block has ceased, and that
+    // balance (with the expenses) is a capital loss.
     const bool transferred = w.deductions > 0 || w.has_ded_date;
-    const bool ceased = balance > 0 && b.assets_not_sold == 0 && transferred;
-    if ((balance <= 0 && transferred) || ceased) {
+    const bool ceased = on_block > 0 && b.assets_not_sold == 0 && transferred;
+    if ((on_block <= 0 && transferred) || on_block < 0 || ceased) {
         b.block_nil = true;
         b.status = "BLOCKNIL";
-        b.profit_loss = -balance - b.expenses;
+        b.profit_loss = -on_block - b.expenses;
         if (explain) explain_block(b, 0);
         return;
     }
-    if (balance <= 0) {
-        b.status = (!w.anything || b.assets_not_sold == 0) ? "(No Asset)" : "(Nil WDV)";
+    if (on_block == 0) {
+        // Nothing left to depreciate: "(No Asset)" when no asset of the block is held,
+        // "(Nil WDV)" when assets are held at a nil WDV.
+        b.status = b.assets_not_sold == 0 ? "(No Asset)" : "(Nil WDV)";
         return;
     }
 
     double full = b.balance1, half = b.balance2, apart = b.balance3;
     carry_shortfall(full, half);
     carry_shortfall(half, apart);
-    // The current year's adjustment of other assets also eats the full-rate part first.
+    // The current year's adjustment of other assets eats the full-rate part first.
     full -= b.adj_current;
     carry_shortfall(full, half);
     carry_shortfall(half, apart);
@@ -123,8 +142,8 @@ void finish_block(ItBlockResult& b, BlockWork& w, int year, WarningLog& log, boo
 
     const double depr_full_raw = full * b.rate / 100;
     const double depr_half_raw = half * (b.rate / 2) / 100;
-    b.depr_full = whole_rupees(depr_full_raw);
-    b.depr_half = whole_rupees(depr_half_raw);
+    b.depr_full = whole_rupees_within(depr_full_raw, full);
+    b.depr_half = whole_rupees_within(depr_half_raw, half);
 
     // Additional depreciation on the cost of eligible additions, never on more than the
     // part still holds after deductions.
@@ -147,8 +166,8 @@ void finish_block(ItBlockResult& b, BlockWork& w, int year, WarningLog& log, boo
     // additional would otherwise write the block below nil).
     addl_full_raw = std::min(addl_full_raw, std::max(0.0, full - b.depr_full));
     addl_half_raw = std::min(addl_half_raw, std::max(0.0, half - b.depr_half));
-    b.addl_full = whole_rupees(addl_full_raw);
-    b.addl_half = whole_rupees(addl_half_raw);
+    b.addl_full = whole_rupees_within(addl_full_raw, full - b.depr_full);
+    b.addl_half = whole_rupees_within(addl_half_raw, half - b.depr_half);
     // The other half of the half-rate additional depreciation belongs to the next year;
     // the carry-forward begins with the additions of the year closing in 2015.
     if (year >= 2015) b.carried_half_out = b.addl_half;
@@ -163,9 +182,15 @@ void finish_block(ItBlockResult& b, BlockWork& w, int year, WarningLog& log, boo
             "Additional Depreciation (Remaining Half from Addition in Previous F.Y. used for less than 180 "
             "days) will not be calculated ! Only available for Input as Clarification is required from ITD "
             "for the applicability for A.Y. 2016-17 !");
-    } else if (year > 2016) {
-        b.ADeprOpH = b.DeprHalfOnOP;
-        carried_raw = w.carried_raw;
+    } else if (year > 2016 && b.DeprHalfOnOP > 0) {
+        // The carried half is depreciation like the rest: never more than the block bears
+        // after this year's normal and additional depreciation (the part not yet put to use
+        // apart). What it cannot bear is lost, as the Act allows it in the next year only.
+        const double room =
+            std::max(0.0, full + half - b.depr_full - b.depr_half - b.addl_full - b.addl_half);
+        b.ADeprOpH = whole_rupees_within(b.DeprHalfOnOP, room);
+        carried_raw = b.ADeprOpH == b.DeprHalfOnOP ? w.carried_raw : b.ADeprOpH;
+        b.carried_half_lost = b.DeprHalfOnOP - b.ADeprOpH;
     }
     if (b.ADeprOpH != 0)
         b.carried_note =
@@ -187,6 +212,15 @@ void finish_block(ItBlockResult& b, BlockWork& w, int year, WarningLog& log, boo
 }
 
 }  // namespace
+
+std::string merged_plant_block(std::string_view block_id, int year) {
+    if (year != 2018 || block_id.substr(0, 2) != "3-") return {};
+    const std::string rate(block_id.substr(2));
+    char* end = nullptr;
+    const double r = std::strtod(rate.c_str(), &end);
+    if (end == rate.c_str() || *end != '\0' || !(r > 40)) return {};
+    return "3-40";
+}
 
 double profit_on_sale(const ItEntry& entry) {
     // A partial deduction sells nothing: the asset is kept.
@@ -211,8 +245,15 @@ ItRunResult calculate_income_tax(const ItRunInput& input) {
     for (std::size_t i = 0; i < input.entries.size(); ++i) {
         const ItEntry& e = input.entries[i];
         if (e.block_id == "-1") continue;  // group not considered under the Income-tax Act
-        const auto found = master_of.find(e.block_id);
-        if (found == master_of.end()) continue;
+        auto found = master_of.find(e.block_id);
+        bool merged = false;
+        if (found == master_of.end()) {
+            // The year closing in 2018 looks the rate of plant above 40% up again: 40%.
+            const std::string into = merged_plant_block(e.block_id, input.year);
+            if (!into.empty()) found = master_of.find(into);
+            if (found == master_of.end()) continue;
+            merged = true;
+        }
         std::size_t& slot = block_of_master[found->second];
         if (slot == static_cast<std::size_t>(-1)) {
             slot = result.blocks.size();
@@ -240,6 +281,11 @@ ItRunResult calculate_income_tax(const ItRunInput& input) {
             row.Type_0123 = 0;
             row.part = BlockPart::Opening;
             b.opening_wdv += e.wdv_cost;
+            if (input.year == 2018 && b.rate == 40 && chart_group_is_plant(b.block_name)) {
+                // The opening WDV of the merged 40% block, by where it comes from.
+                row.from_higher_rate = merged || e.from_higher_rate || e.rate_before > 40;
+                (row.from_higher_rate ? b.OpWdvHR40PM : b.OpWdvUK40PM) += e.wdv_cost;
+            }
             if (e.wdv_cost < 0)
                 log.raise(WarningKind::NegativeOpeningWdv,
                           "Please check Entries with Negative Opening WDV !");

@@ -7,6 +7,7 @@
 
 #include <string>
 
+#include "controls/assessee_kind.h"
 #include "depreciation/chart.h"
 
 namespace brenlow::depreciation {
@@ -21,18 +22,9 @@ struct ManualChartGate {
 
 ManualChartGate manual_chart_gate(int closing_year);
 
-enum class AssesseeStatus {
-    Individual,
-    HUF,
-    Firm,
-    Company,
-    AOP,
-    BOI,
-    AJP,
-    CoopSociety,
-    LocalAuthority,
-    Other
-};
+// The kind of assessee the regime flags count for (the client's recorded kind, else
+// the kind of its status).
+using AssesseeStatus = AssesseeKind;
 
 struct RegimeFlags {
     bool vFlagCompDom115BA = false;

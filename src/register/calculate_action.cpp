@@ -5,27 +5,9 @@
 #include "register/tax_audit.h"
 #include "register/transfers.h"
 #include "store/chart_store.h"
+#include "store/client_store.h"
 
 namespace brenlow::reg {
-namespace {
-
-// The suite's client statuses: 1 and 2 keep partners' or proprietors' capital, 3 and
-// 4 are companies.
-depreciation::AssesseeStatus assessee_status(int status) {
-    switch (status) {
-        case 1:
-            return depreciation::AssesseeStatus::Individual;
-        case 2:
-            return depreciation::AssesseeStatus::Firm;
-        case 3:
-        case 4:
-            return depreciation::AssesseeStatus::Company;
-        default:
-            return depreciation::AssesseeStatus::Other;
-    }
-}
-
-}  // namespace
 
 std::vector<depreciation::ChartRow> without_additional_depreciation(
     std::vector<depreciation::ChartRow> rows) {
@@ -77,7 +59,7 @@ depreciation::RegimeDecision concessional_regime_decision(TarrowBase::ClsMain& b
                                           base.vFlagCopSoc115BAD(), base.vFlagCopSoc115BAE()};
     const auto table = hand_edited ? store::ChartTable::DeprChart : store::ChartTable::TmpDepChart;
     return depreciation::concessional_regime_check(
-        year, assessee_status(base.vStatus_Read()), flags,
+        year, store::assessee_kind_of_client(base.dbobj(), code, base.vStatus_Read()), flags,
         store::additional_in_stored_chart(base.dbobj(), table, code, year), hand_edited);
 }
 

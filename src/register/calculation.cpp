@@ -4,10 +4,12 @@
 #include <array>
 #include <cstdlib>
 #include <iterator>
+#include <type_traits>
 #include <unordered_map>
 #include <utility>
 #include <variant>
 
+#include "controls/number_format.h"
 #include "controls/vb_date.h"
 #include "depreciation/half_rate_line.h"
 #include "register/read_ahead.h"
@@ -95,6 +97,27 @@ void settled_figures(depreciation::CaEntry& e, double residual, double life, dou
     e.rate_auto = rate == 0 && life > 0;
 }
 
+// Figures the entry frame settled on the other residual basis (the common option
+// 'Residual Value (5%) Of' was switched since): the default residual value and the
+// auto-calculated rate are worked again on the entry's basis, never half on one basis
+// and half on the other. Typed figures are kept as they are.
+void resettle_on_basis(depreciation::CaEntry& e, bool residual_default, bool rate_default) {
+    if (!residual_default) return;
+    const double carrying = e.cost - e.dep_calc_ca;
+    const bool on_cost = e.basis == depreciation::ResidualBasis::Cost;
+    const double own = on_cost ? e.cost : carrying, other = on_cost ? carrying : e.cost;
+    const auto same = [](double x, double y) { return vb_round(x, 2) == vb_round(y, 2); };
+    if (same(own, other) || !same(e.residual, depreciation::residual_value(other))) return;
+    e.residual_default = true;
+    e.rate_auto = e.rate_auto || rate_default;
+}
+
+// A group with a Companies-Act classification has its books rate worked out from the
+// life and the residual value.
+bool rate_worked_out(const store::AssetGroupRow* g) {
+    return g && !g->BlockIdCL.empty() && g->BlockIdCL != "-1" && g->BlockIdCL != "-2";
+}
+
 depreciation::CaEntry books_entry(const store::OpeningRow& o, const Masters& m,
                                   const RegisterOptions& common) {
     const auto opts = OpeningOpts::parse(o.OthOpts);
@@ -112,6 +135,7 @@ depreciation::CaEntry books_entry(const store::OpeningRow& o, const Masters& m,
     e.op_dep = o.OpDepr;
     e.dep_calc_ca = o.DepCalcCA;
     settled_figures(e, o.ResValue, o.LifeYrs, o.RateFACL);
+    resettle_on_basis(e, opts.ResDefault, opts.RateDefault && rate_worked_out(g));
     e.auto_depr = opts.AutoDepr;
     e.manual_depr = o.DepFACL;
     e.sale_date = o.SaleDate;
@@ -157,12 +181,21 @@ struct BlockPlan {
     std::unordered_map<long, std::size_t> block_of_group;
 };
 
-BlockPlan plan_blocks(const Masters& m) {
+BlockPlan plan_blocks(const Masters& m, int year) {
     std::unordered_map<std::string, const store::ItBlockRow*> by_id;
     for (const auto& b : m.it_blocks) by_id.emplace(b.ID, &b);
+    // A group's block, or the 40% block that took in plant above 40% in the year closing 2018.
+    const auto find = [&](const std::string& id) {
+        auto it = by_id.find(id);
+        if (it == by_id.end()) {
+            const auto merged = depreciation::merged_plant_block(id, year);
+            if (!merged.empty()) it = by_id.find(merged);
+        }
+        return it;
+    };
     BlockPlan plan;
     for (const auto& g : m.groups) {
-        const auto it = by_id.find(g.BlockIdIT);
+        const auto it = find(g.BlockIdIT);
         if (it != by_id.end() &&
             std::find(plan.blocks.begin(), plan.blocks.end(), it->second) == plan.blocks.end())
             plan.blocks.push_back(it->second);
@@ -174,7 +207,7 @@ BlockPlan plan_blocks(const Masters& m) {
         return x->Rate < y->Rate;
     });
     for (const auto& g : m.groups) {
-        const auto it = by_id.find(g.BlockIdIT);
+        const auto it = find(g.BlockIdIT);
         if (it == by_id.end()) continue;
         const auto pos = std::find(plan.blocks.begin(), plan.blocks.end(), it->second) - plan.blocks.begin();
         plan.block_of_group[g.SrNoFAGM] = static_cast<std::size_t>(pos);
@@ -187,10 +220,11 @@ BlockPlan plan_blocks(const Masters& m) {
 // stored text (dd/mm/yyyy is never longer than ten characters; a longer text is no
 // date, and stays no date).
 struct ParkedEntry {
-    double wdv_cost = 0, addl_rate = 0, sale_amt = 0, sale_exp = 0, addl_dep_on = 0, adj_earlier = 0;
+    double wdv_cost = 0, addl_rate = 0, sale_amt = 0, sale_exp = 0, addl_dep_on = 0, adj_earlier = 0,
+           adj_current = 0, rate_before = 0;
     int sr_no = 0, group_id = 0;
     std::array<char, 10> put_date{}, sale_date{};
-    bool opening = true, asset_exists = true, partial_deduction = false;
+    bool opening = true, asset_exists = true, partial_deduction = false, from_higher_rate = false;
 
     static void put(std::array<char, 10>& to, const std::string& date) {
         if (date.size() <= to.size())
@@ -209,11 +243,14 @@ struct ParkedEntry {
           sale_exp(e.sale_exp),
           addl_dep_on(e.addl_dep_on),
           adj_earlier(e.adj_earlier),
+          adj_current(e.adj_current),
+          rate_before(e.rate_before),
           sr_no(e.sr_no),
           group_id(e.group_id),
           opening(e.kind == depreciation::EntryKind::Opening),
           asset_exists(e.asset_exists),
-          partial_deduction(e.partial_deduction) {
+          partial_deduction(e.partial_deduction),
+          from_higher_rate(e.from_higher_rate) {
         put(put_date, e.put_date);
         put(sale_date, e.sale_date);
     }
@@ -232,8 +269,11 @@ struct ParkedEntry {
         e.sale_exp = sale_exp;
         e.addl_dep_on = addl_dep_on;
         e.adj_earlier = adj_earlier;
+        e.adj_current = adj_current;
+        e.rate_before = rate_before;
         e.asset_exists = asset_exists;
         e.partial_deduction = partial_deduction;
+        e.from_higher_rate = from_higher_rate;
         return e;
     }
 };
@@ -252,6 +292,20 @@ void merge_warnings(std::vector<depreciation::Warning>& into, std::vector<deprec
     }
 }
 
+// The "Amount To be Adjusted" of the DetESA rows by the date of their deduction: a
+// row dated inside the year adjusts the current year's balance ("Adj. Other Assets
+// (Current Year)"), one dated before it the opening WDV.
+void split_adjustments(depreciation::ItEntry& e, const std::string& det_esa, int year) {
+    e.adj_earlier = e.adj_current = 0;
+    if (det_esa.empty()) return;
+    const auto first = fy_first(year);
+    for (const auto& row : store::unpack_rows(det_esa, kESASep)) {
+        if (row.size() <= 5) continue;
+        const auto date = depreciation::Date::parse(row[2]);
+        (date && *date >= first ? e.adj_current : e.adj_earlier) += number_of(row[5]);
+    }
+}
+
 void run_income_tax(store::Database& db, store::RegisterStore& rs, const Masters& m, bool interactive,
                     const CalculationOptions& options, CalculationResult& out) {
     auto& total = out.income_tax;
@@ -259,7 +313,7 @@ void run_income_tax(store::Database& db, store::RegisterStore& rs, const Masters
     // Blocks are worked out apart from one another. The register is read once, each
     // entry parked under its block, and then calculated one block at a time, so that
     // the engine never holds a large register whole.
-    const BlockPlan plan = plan_blocks(m);
+    const BlockPlan plan = plan_blocks(m, out.year);
     const bool texts = options.keep_entries || options.sheets;
     std::vector<ParkedBlock> parked(plan.blocks.size());
     const auto park = [&](long group, std::string& part, const depreciation::ItEntry& e) {
@@ -278,7 +332,13 @@ void run_income_tax(store::Database& db, store::RegisterStore& rs, const Masters
         },
         [&](Read&& r) {
             std::visit(
-                [&](auto& row) { park(row.IdFAGM, row.Part, income_tax_entry(row, m.group(row.IdFAGM))); },
+                [&](auto& row) {
+                    auto e = income_tax_entry(row, m.group(row.IdFAGM));
+                    if constexpr (std::is_same_v<std::decay_t<decltype(row)>, store::OpeningRow>)
+                        split_adjustments(e, row.DetESA, out.year);
+                    e.from_higher_rate = !depreciation::merged_plant_block(e.block_id, out.year).empty();
+                    park(row.IdFAGM, row.Part, e);
+                },
                 r);
         });
 
@@ -355,11 +415,11 @@ void run_income_tax(store::Database& db, store::RegisterStore& rs, const Masters
             store::rewrite_built_chart(db, out.code, out.year, out.chart);
     }
 
-    if (options.sheets) {
+    if (options.sheets)
         for (const auto& b : total.blocks)
             out.income_tax_sheet.push_back({b.block_name, b.rate, depreciation::block_sheet_lines(b)});
-        out.block_summary = depreciation::block_wise_summary(total);
-    }
+    // The summary goes with every print and file of the chart.
+    out.block_summary = depreciation::block_wise_summary(total);
 }
 
 void run_books(store::RegisterStore& rs, const Masters& m, bool interactive,
@@ -473,6 +533,8 @@ depreciation::ItEntry income_tax_entry(const store::OpeningRow& o, const store::
     t.sale_amt = o.SaleAmt;
     t.sale_exp = o.SaleExp;
     t.addl_dep_on = o.AddlDepOn;
+    t.rate_before = o.RateIT;
+    // Every adjustment counts as an earlier year's until the year is known (split_adjustments).
     if (!o.DetESA.empty()) t.adj_earlier = det_esa_adjustment(o.DetESA);
     // "N": the asset no longer exists for the Act; "Y" exists with a nil WDV.
     t.asset_exists = OpeningOpts::wdv_it(o.OthOpts) != "N";

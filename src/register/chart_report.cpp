@@ -56,21 +56,6 @@ std::vector<ReportColumn> chart_columns(int year, const std::string& first, cons
     };
 }
 
-// Opening, two kinds of addition, deduction, normal and additional depreciation, closing.
-struct ChartFigures {
-    double opening = 0, full = 0, half = 0, deduction = 0, normal = 0, additional = 0, closing = 0;
-    double total() const { return opening + full + half - deduction; }
-    void add(const ChartFigures& o) {
-        opening += o.opening;
-        full += o.full;
-        half += o.half;
-        deduction += o.deduction;
-        normal += o.normal;
-        additional += o.additional;
-        closing += o.closing;
-    }
-};
-
 std::vector<std::string> chart_cells(const std::string& name, const std::string& rate, const ChartFigures& f,
                                      const char* mask) {
     return {name,
@@ -83,6 +68,45 @@ std::vector<std::string> chart_cells(const std::string& name, const std::string&
             format_mask(f.normal, mask),
             format_mask(f.additional, mask),
             format_mask(f.closing, mask)};
+}
+
+std::string rupees_text(double amount) {
+    return format_mask(amount, kWhole);
+}
+
+// The notes under the income-tax chart: where the remaining half of last year's
+// additional depreciation is, what this year's half-rate additions carry to the next
+// year, what is not yet put to use, and what is not allowed.
+std::vector<std::string> chart_notes(const CalculationResult& run, double carried_in, double not_put_to_use,
+                                     double disallowed) {
+    std::vector<std::string> notes;
+    if (carried_in != 0)
+        notes.push_back(
+            "Note: Additional depreciation of Rs. " + rupees_text(carried_in) +
+            " relating to addition of assets during immediately preceding year put to use for less "
+            "than 180 days is included in Col. 'Additional'.");
+    double carried_out = 0, lost = 0;
+    for (const auto& b : run.income_tax.blocks) {
+        carried_out += b.carried_half_out;
+        lost += b.carried_half_lost;
+    }
+    if (carried_out != 0)
+        notes.push_back("Note: Additional depreciation of Rs. " + rupees_text(carried_out) +
+                        " (the remaining half on additions put to use for less than 180 days) is carried to "
+                        "next year.");
+    if (lost != 0)
+        notes.push_back("Note: Rs. " + rupees_text(lost) +
+                        " of the remaining half of additional depreciation brought from the preceding year "
+                        "exceeds what the block holds and is not allowed.");
+    if (not_put_to_use != 0)
+        notes.push_back("Note: Addition of Rs. " + rupees_text(not_put_to_use) +
+                        " not yet put to use is included in Col. '180 Days or More' without depreciation.");
+    if (disallowed != 0)
+        notes.push_back(
+            "Note: Depreciation of Rs. " + rupees_text(disallowed) +
+            " not allowed (section 38 or proportionate depreciation) is left out of Col. 'Normal' "
+            "and Col. 'Additional'.");
+    return notes;
 }
 
 // A note runs under the table on lines no wider than this.
@@ -158,31 +182,61 @@ std::vector<ChartLine> chart_lines(const CalculationResult& run) {
     return lines;
 }
 
+std::vector<IncomeTaxChartLine> income_tax_chart_lines(const CalculationResult& run) {
+    std::vector<IncomeTaxChartLine> out;
+    for (const auto& line : chart_lines(run)) {
+        const auto& r = *line.row;
+        if (r.Rate == -40) {
+            // The part of the block kept apart (additions not yet put to use) is in its
+            // closing WDV: it shows with the block's additions, so that the line adds up.
+            if (!out.empty()) {
+                out.back().figures.full += r.Wdv;
+                out.back().not_put_to_use += r.Wdv;
+            }
+            continue;
+        }
+        IncomeTaxChartLine l;
+        l.block = line.block;
+        l.rate = r.Rate;
+        auto& f = l.figures;
+        f.opening = r.Wdv;
+        f.full = r.Add1;
+        f.half = r.Add2;
+        f.deduction = r.Cons1 + r.Cons2;
+        f.normal = r.DeprF + r.DeprH;
+        // The remaining half of last year's additional depreciation is additional
+        // depreciation, and shows as such.
+        f.additional = r.ADeprF + r.ADeprH + r.ADeprOpH;
+        // What section 38 (or a proportionate share) does not allow is left out of the
+        // depreciation columns: normal depreciation first.
+        l.disallowed = r.TotDep - depreciation::allowed_depreciation(r);
+        const double from_normal = std::min(l.disallowed, f.normal);
+        f.normal -= from_normal;
+        f.additional -= l.disallowed - from_normal;
+        f.closing = r.WdvCl;
+        f.gain = r.CG;
+        f.expenses = r.Exp;
+        l.carried_in = r.ADeprOpH;
+        out.push_back(std::move(l));
+    }
+    return out;
+}
+
 ReportDocument income_tax_chart_report(const CalculationResult& run, const PrintedClient& client) {
     ReportDocument doc;
     doc.titles = chart_titles(run, client);
     doc.columns = chart_columns(run.year, "Block", "180 Days or More");
     ChartFigures total;
-    for (const auto& line : chart_lines(run)) {
-        const auto& r = *line.row;
-        // A block's part kept apart is already in its closing WDV; it has no line of its own.
-        if (r.Rate == -40) continue;
-        ChartFigures f;
-        f.opening = r.Wdv;
-        f.full = r.Add1;
-        f.half = r.Add2;
-        f.deduction = r.Cons1 + r.Cons2;
-        // The remaining half of additional depreciation brought from last year is shown
-        // with normal depreciation, as the note under the chart says.
-        f.normal = r.DeprF + r.DeprH + r.ADeprOpH;
-        f.additional = r.ADeprF + r.ADeprH;
-        f.closing = r.WdvCl;
-        total.add(f);
-        add_row(doc, chart_cells(line.block, format_mask(r.Rate, kRate), f, kWhole), false);
+    double carried_in = 0, not_put_to_use = 0, disallowed = 0;
+    for (const auto& l : income_tax_chart_lines(run)) {
+        total.add(l.figures);
+        carried_in += l.carried_in;
+        not_put_to_use += l.not_put_to_use;
+        disallowed += l.disallowed;
+        add_row(doc, chart_cells(l.block, format_mask(l.rate, kRate), l.figures, kWhole), false);
     }
     add_row(doc, chart_cells("Total", "", total, kWhole), true);
-    for (const auto& b : run.income_tax.blocks)
-        if (!b.carried_note.empty()) add_note(doc, b.carried_note);
+    for (const auto& note : chart_notes(run, carried_in, not_put_to_use, disallowed)) add_note(doc, note);
     doc.follows.push_back(block_summary_report(run, client));
     return doc;
 }

@@ -41,6 +41,38 @@ struct ChartLine {
 // the hand-edited chart that matches no block of the run is named by its group.
 std::vector<ChartLine> chart_lines(const CalculationResult& run);
 
+// Opening, two kinds of addition, deduction, normal and additional depreciation,
+// closing; and for a block that ends nil its gain and expenses.
+struct ChartFigures {
+    double opening = 0, full = 0, half = 0, deduction = 0, normal = 0, additional = 0, closing = 0;
+    double gain = 0, expenses = 0;
+    double total() const { return opening + full + half - deduction; }
+    void add(const ChartFigures& o) {
+        opening += o.opening;
+        full += o.full;
+        half += o.half;
+        deduction += o.deduction;
+        normal += o.normal;
+        additional += o.additional;
+        closing += o.closing;
+        gain += o.gain;
+        expenses += o.expenses;
+    }
+};
+
+// One printed line of the income-tax chart, its figures as printed: a block's part kept
+// apart in its additions, the remaining half of last year's additional depreciation with
+// the additional depreciation, what is not allowed out of the depreciation columns.
+struct IncomeTaxChartLine {
+    std::string block;
+    double rate = 0;
+    ChartFigures figures;
+    double carried_in = 0;      // ADeprOpH
+    double not_put_to_use = 0;  // the Rate -40 row's amount
+    double disallowed = 0;      // TotDep less what is allowed
+};
+std::vector<IncomeTaxChartLine> income_tax_chart_lines(const CalculationResult& run);
+
 // "2024-25" for the financial year ending in 2025.
 std::string year_span(int closing_year);
 

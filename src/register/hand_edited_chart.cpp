@@ -14,7 +14,8 @@ std::vector<depreciation::ChartRow> settle_chart_rows(std::vector<depreciation::
                                  ? rows[i + 1].Wdv
                                  : 0.0;
         r.TotDep = r.DeprF + r.DeprH + r.ADeprF + r.ADeprH + r.ADeprOpH;
-        r.WdvCl = r.FullAmt + r.HalfAmt + apart - r.TotDep;
+        // The WDV falls only by the depreciation allowed (section 38, proportionate share).
+        r.WdvCl = r.FullAmt + r.HalfAmt + apart - depreciation::allowed_depreciation(r);
     }
     return rows;
 }

@@ -5,7 +5,8 @@
 // arithmetic:
 //   TotDep = DeprF + DeprH + ADeprF + ADeprH + ADeprOpH
 //   WdvCl  = FullAmt + HalfAmt + (the Wdv of the block's Rate -40 row, the part kept
-//            apart) - TotDep
+//            apart) - the depreciation allowed (TotDep less Dep38, or the proportionate
+//            share PropDep where one is given)
 // A Rate -40 row is kept as it is. Saving and clearing are refused for a closing year
 // of 2026 or later ("Not Available as ITR Forms for A.Y. 2026-27 have not been notified
 // yet.").

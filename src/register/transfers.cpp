@@ -125,6 +125,19 @@ bool transfer_to_trial_balance(TarrowBase::ClsMain& base, Ui& ui, const std::str
     return true;
 }
 
+store::BlockTransfer block_transfer(const depreciation::ItBlockResult& b) {
+    // The WDV is the block's after the adjustments of other assets (of earlier years and
+    // of this one), so that the row reconciles: moneys payable less WDV, additions and
+    // expenses is the gain.
+    return {b.block_name + " @ " + depreciation::rate_trimmed(b.rate) + "%",
+            b.MaxDedDt,
+            b.deduction1 + b.deduction2 + b.deduction3,
+            b.opening_wdv - b.adj_earlier - b.adj_current,
+            b.addition1 + b.addition2 + b.addition3,
+            b.expenses,
+            b.profit_loss};
+}
+
 bool transfer_to_capital_gains(TarrowBase::ClsMain& base, Ui& ui, const std::string& code, int year) {
     if (!ui.ask_yes_no(
             "Do you want to Transfer Data to Capital Gain Head - Depreciable Assets?\nNote: Date of Last "
@@ -140,12 +153,8 @@ bool transfer_to_capital_gains(TarrowBase::ClsMain& base, Ui& ui, const std::str
     std::vector<store::BlockTransfer> rows;
     // A block shows a transfer when it ended nil: sold beyond its WDV (a gain) or
     // emptied of its assets (a loss).
-    for (const auto& b : run.income_tax.blocks) {
-        if (!b.block_nil) continue;
-        rows.push_back({b.block_name + " @ " + depreciation::rate_trimmed(b.rate) + "%", b.MaxDedDt,
-                        b.deduction1 + b.deduction2 + b.deduction3, b.opening_wdv,
-                        b.addition1 + b.addition2 + b.addition3, b.expenses, b.profit_loss});
-    }
+    for (const auto& b : run.income_tax.blocks)
+        if (b.block_nil) rows.push_back(block_transfer(b));
     store::replace_block_transfers(db, code, year, rows);
     ui.info("Transferred !");
     return true;

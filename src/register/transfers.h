@@ -17,12 +17,14 @@
 //
 // Capital gains. One capital_depr row (and its Capital head) per income-tax block that
 // ended nil: its name with its rate ("MACHINERY AND PLANT @ 40%"), the date of its last deduction, the moneys
-// payable set against it, its opening WDV, its additions, the expenses on transfer, and the gain (a loss
-// negative).
+// payable set against it, its WDV after the adjustments of other assets, its additions, the expenses
+// on transfer, and the gain (a loss negative): moneys payable - WDV - additions - expenses = gain.
 
 #include <string>
 
 #include "controls/ui_port.h"
+#include "depreciation/income_tax.h"
+#include "store/transfer_store.h"
 #include "suite/tarrow_base.h"
 
 namespace brenlow::reg {
@@ -30,5 +32,7 @@ namespace brenlow::reg {
 // True when the transfer was made.
 bool transfer_to_trial_balance(TarrowBase::ClsMain& base, Ui& ui, const std::string& code, int year);
 bool transfer_to_capital_gains(TarrowBase::ClsMain& base, Ui& ui, const std::string& code, int year);
+// The capital_depr row of a block that ended nil.
+store::BlockTransfer block_transfer(const depreciation::ItBlockResult& block);
 
 }  // namespace brenlow::reg

@@ -8,25 +8,10 @@
 #include "controls/number_format.h"
 #include "depreciation/regime_check.h"
 #include "schedules/fixed_asset_schedule.h"
+#include "store/client_store.h"
 #include "store/transfer_store.h"
 
 namespace brenlow::sched {
-namespace {
-
-depreciation::AssesseeStatus assessee_status(int status) {
-    switch (status) {
-        case 1:
-            return depreciation::AssesseeStatus::Individual;
-        case 2:
-            return depreciation::AssesseeStatus::Firm;
-        case 3:
-            return depreciation::AssesseeStatus::Company;
-        default:
-            return depreciation::AssesseeStatus::Other;
-    }
-}
-
-}  // namespace
 
 bool FixedAssetSchedule::cmdtrans_Click() {
     if (!cmdSave_Click()) return false;
@@ -104,8 +89,8 @@ bool FixedAssetSchedule::cmdfatrans_Click(const std::string& caption) {
     }
     const depreciation::RegimeFlags flags{base.vFlagCompDom115BA(), base.vFlagIndHUF115BAC(),
                                           base.vFlagCopSoc115BAD(), base.vFlagCopSoc115BAE()};
-    const auto regime =
-        depreciation::concessional_regime_check(year_, assessee_status(status_), flags, sums, false);
+    const auto regime = depreciation::concessional_regime_check(
+        year_, store::assessee_kind_of_client(base.dbobj(), code_, status_), flags, sums, false);
     if (regime.refused) {
         ui_.info(regime.message);
         return false;

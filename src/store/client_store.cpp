@@ -218,4 +218,20 @@ std::string mast_part_name(Database& db, long id) {
         .as_text();
 }
 
+namespace {
+constexpr std::string_view kKindKey = "ASSESSEEKIND";
+}  // namespace
+
+std::optional<AssesseeKind> recorded_assessee_kind(Database& db, std::string_view code) {
+    return assessee_kind_of_key(get_misc_info(db, code, "", kKindKey));
+}
+
+void record_assessee_kind(Database& db, std::string_view code, AssesseeKind kind) {
+    set_misc_info(db, code, "", kKindKey, assessee_kind_key(kind), "kind of assessee");
+}
+
+AssesseeKind assessee_kind_of_client(Database& db, std::string_view code, int status) {
+    return recorded_assessee_kind(db, code).value_or(assessee_kind_of_status(status));
+}
+
 }  // namespace brenlow::store

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "controls/assessee_kind.h"
 #include "store/database.h"
 
 namespace brenlow::store {
@@ -76,5 +77,12 @@ std::string mast_part_name(Database& db, long id);
 
 // Text made safe inside an SQL literal: quotes doubled.
 std::string sql_text(std::string_view text);
+
+// The kind of assessee recorded for the client, for all its years (kept as the
+// miscellaneous information "ASSESSEEKIND" without a year); nullopt when none was.
+std::optional<AssesseeKind> recorded_assessee_kind(Database& db, std::string_view code);
+void record_assessee_kind(Database& db, std::string_view code, AssesseeKind kind);
+// The kind the law sees: the recorded one, else the kind of the suite's status.
+AssesseeKind assessee_kind_of_client(Database& db, std::string_view code, int status);
 
 }  // namespace brenlow::store

@@ -98,8 +98,8 @@ RowReader<AdditionRow> addition_reader() {
 
 // The income-tax run's reads: only the columns it uses.
 constexpr const char* kOpeningForIncomeTax =
-    "SrNoFATR, IdFAGM, Part, WdvIT, DetESA, AddlDepRT, SaleDate, SaleAmt, SaleExp, OthOpts, PutDate, "
-    "AddlDepOn";
+    "SrNoFATR, IdFAGM, Part, WdvIT, RateIT, DetESA, AddlDepRT, SaleDate, SaleAmt, SaleExp, OthOpts, "
+    "PutDate, AddlDepOn";
 constexpr const char* kAdditionForIncomeTax =
     "SrNoFATR, IdFAGM, Part, PutDate, PurAmt, ExciseCr, CurrDiff, Subsidy, AddlDepRT, SaleDate, SaleAmt, "
     "SaleExp, "

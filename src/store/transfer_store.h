@@ -63,7 +63,7 @@ struct BlockTransfer {
     std::string assets_name;  // the block
     std::string dtsale;       // date of the last deduction, dd/mm/yyyy
     double sales_cons = 0;    // moneys payable set against the block
-    double wdv = 0;           // opening WDV
+    double wdv = 0;           // WDV after the adjustments of other assets
     double addition = 0;      // additions of the year
     double trans_expen = 0;   // expenses on transfer
     double assets_trans = 0;  // the capital gain, or (negative) loss

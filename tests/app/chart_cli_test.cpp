@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "app/cli/cli.h"
+#include "support/pdf_text.h"
 #include "support/test_databases.h"
 
 namespace brenlow::cli {
@@ -187,6 +188,87 @@ TEST_P(ChartCli, AnImportWithErrorsNamesThemAndWritesNothing) {
     EXPECT_EQ(r.code, 1);
     EXPECT_NE(r.err.find("NewFATRo"), std::string::npos) << r.err;
     EXPECT_EQ(chart({"--books", "--json"}).out, before.out);
+}
+
+// Every sheet of a workbook, read by an independent reader (python3-xlrd for .xls,
+// python3-openpyxl for .xlsx): its name and its cells, row by row, numbers as numbers.
+constexpr const char* kSheetsReader = R"PY(
+import json, sys
+path = sys.argv[1]
+out = []
+if path.endswith('.xls'):
+    import xlrd
+    b = xlrd.open_workbook(path)
+    for s in b.sheets():
+        rows = [[s.cell_value(r, c) for c in range(s.ncols)] for r in range(s.nrows)]
+        out.append({'name': s.name, 'rows': rows})
+else:
+    import openpyxl
+    b = openpyxl.load_workbook(path)
+    for s in b.worksheets:
+        rows = [['' if c.value is None else c.value for c in row] for row in s.iter_rows()]
+        out.append({'name': s.title, 'rows': rows})
+print(json.dumps(out))
+)PY";
+
+TEST_P(ChartCli, EveryFileOfTheIncomeTaxChartCarriesTheBlockWiseSummaryWithItsGainAndNet) {
+    // The demo's computers are sold beyond their block: block nil, gain 33,000, the net
+    // of the summary 33,000.
+    const auto pdf = (dir_ / "it.pdf").string();
+    ASSERT_EQ(chart({"--it", "--pdf", pdf, "--yes"}).code, 0);
+    if (test::have_pdf_tools()) {
+        const std::string text = test::pdf_text(pdf);
+        const auto summary = text.find("BLOCK WISE SUMMARY");
+        ASSERT_NE(summary, std::string::npos) << text;
+        const std::string page = text.substr(summary);
+        EXPECT_NE(page.find("Block Nil"), std::string::npos) << page;
+        EXPECT_NE(page.find("33,000"), std::string::npos) << page;
+        const auto net = page.find("Net Capital Gain / (Loss)");
+        ASSERT_NE(net, std::string::npos) << page;
+        EXPECT_NE(page.find("33,000", net), std::string::npos) << page;
+    }
+    if (!std::filesystem::exists("/usr/bin/python3")) GTEST_SKIP() << "no /usr/bin/python3";
+    std::ofstream((dir_ / "sheets.py").string()) << kSheetsReader;
+    for (const std::string ext : {"xls", "xlsx"}) {
+        SCOPED_TRACE(ext);
+        const auto book = (dir_ / ("it." + ext)).string();
+        ASSERT_EQ(chart({"--it", "--" + ext, book, "--yes"}).code, 0);
+        const auto json = (dir_ / ("it-" + ext + ".json")).string();
+        ASSERT_EQ(
+            std::system(
+                ("/usr/bin/python3 " + (dir_ / "sheets.py").string() + " " + book + " > " + json).c_str()),
+            0);
+        const auto sheets = nlohmann::json::parse(slurp(json));
+        ASSERT_EQ(sheets.size(), 2u) << sheets.dump();
+        EXPECT_EQ(sheets[0]["name"], "Income-Tax Chart");
+        EXPECT_EQ(sheets[1]["name"], "BLOCK WISE SUMMARY");
+        bool nil_row = false, net_row = false;
+        for (const auto& row : sheets[1]["rows"]) {
+            const auto cell = [&](std::size_t i) { return i < row.size() ? row[i] : nlohmann::json(); };
+            if (cell(2) == "Block Nil" && cell(3) == 33000) nil_row = true;
+            if (cell(0) == "Net Capital Gain / (Loss)" && cell(3) == 33000) net_row = true;
+        }
+        EXPECT_TRUE(nil_row) << sheets[1].dump();
+        EXPECT_TRUE(net_row) << sheets[1].dump();
+    }
+}
+
+TEST_P(ChartCli, InitRecordsTheKindOfAssesseeForEveryYearOfTheClient) {
+    auto r = run_cli({"--db", temp().url(), "init", "--client", "COOP1", "--year", "2025", "--status", "1",
+                      "--kind", "co-operative"});
+    ASSERT_EQ(r.code, 0) << r.err;
+    EXPECT_NE(r.out.find("kind of assessee: Co-operative Society\n"), std::string::npos) << r.out;
+    r = run_cli({"--db", temp().url(), "init", "--client", "COOP1", "--year", "2024"});
+    EXPECT_NE(r.out.find("kind of assessee: Co-operative Society\n"), std::string::npos) << r.out;
+    r = run_cli({"--db", temp().url(), "init", "--client", "PLAIN", "--year", "2025", "--status", "2"});
+    EXPECT_NE(r.out.find("kind of assessee: Partnership Firm (from its status)\n"), std::string::npos)
+        << r.out;
+    r = run_cli({"--db", temp().url(), "init", "--client", "PLAIN", "--year", "2025", "--kind", "trust"});
+    EXPECT_EQ(r.code, 1);
+    EXPECT_NE(r.err.find("--kind takes one of individual, huf, firm, llp, aop, boi, ajp, company, "
+                         "co-operative, local-authority, other; found \"trust\"."),
+              std::string::npos)
+        << r.err;
 }
 
 BRENLOW_INSTANTIATE_BACKENDS(ChartCli);

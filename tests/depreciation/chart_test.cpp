@@ -82,7 +82,6 @@ TEST(IncomeTaxChart, PutsTheRemainingHalfBroughtForwardInADeprOpHAndCountsItAsAd
     ASSERT_EQ(rows.size(), 1u);
     EXPECT_EQ(rows[0].ADeprOpH, 5000);
     EXPECT_EQ(rows[0].TotDep, 15000 + 5000);
-    EXPECT_EQ(additional_in_chart(rows).ADeprOpH, 5000);
 }
 
 TEST(IncomeTaxChart, CarriesTheCapitalGainOfANilBlock) {
@@ -115,43 +114,11 @@ TEST(IncomeTaxChart, FollowsABlockWithItsRateMinus40RowForAdditionsNotPutToUse) 
     EXPECT_EQ(rows[1], apart);  // the amount in Wdv, nil in every other column
 }
 
-TEST(IncomeTaxChart, UsesTheHandEditedChartRowForRowWhenMandepIsOne) {
-    const auto run = run_with({entry(EntryKind::Opening, "3", 100000)});
-    ChartRow hand;
-    hand.Code_No = "C001";
-    hand.FYr = 2018;
-    hand.Grp = 3;
-    hand.Rate = 15;
-    hand.Wdv = 1;
-    hand.TotDep = 12345;
-    const std::vector<ChartRow> edited{hand, hand};
-    EXPECT_EQ(build_income_tax_chart("C001", 2018, run, true, "1", edited), edited);
-}
-
-TEST(IncomeTaxChart, BuildsFromTheBlocksWhenMandepIsNotOneOrNotAllowed) {
-    const auto run = run_with({entry(EntryKind::Opening, "3", 100000)});
-    const std::vector<ChartRow> edited{ChartRow{}};
-    EXPECT_EQ(build_income_tax_chart("C001", 2018, run, true, "0", edited)[0].TotDep, 15000);
-    EXPECT_EQ(build_income_tax_chart("C001", 2018, run, false, "1", edited)[0].TotDep, 15000);
+TEST(IncomeTaxChart, TheHandEditedChartIsUsedOnlyWhenAllowedAndMandepIsOne) {
     EXPECT_TRUE(use_hand_edited_chart(true, "1"));
     EXPECT_FALSE(use_hand_edited_chart(true, ""));
-}
-
-TEST(IncomeTaxChart, SumsAdditionalDepreciationOfPlantAt15_30And40Only) {
-    ChartRow plant;
-    plant.Grp = 3;
-    plant.Rate = 15;
-    plant.ADeprF = 100;
-    plant.ADeprH = 10;
-    plant.ADeprOpH = 1;
-    ChartRow plant60 = plant;
-    plant60.Rate = 60;
-    ChartRow other = plant;
-    other.Grp = 6;
-    const auto s = additional_in_chart({plant, plant, plant60, other});
-    EXPECT_EQ(s.ADeprF, 200);
-    EXPECT_EQ(s.ADeprH, 20);
-    EXPECT_EQ(s.ADeprOpH, 2);
+    EXPECT_FALSE(use_hand_edited_chart(true, "0"));
+    EXPECT_FALSE(use_hand_edited_chart(false, "1"));
 }
 
 }  // namespace

@@ -59,7 +59,7 @@ CalculationResult income_tax_run(int year) {
     plant.ADeprF = 2000;
     plant.ADeprH = 3900;
     plant.ADeprOpH = 6000;
-    plant.WdvCl = 198425;
+    plant.WdvCl = 205425;          // 2,44,000 + the 7,000 kept apart - 45,575
     depreciation::ChartRow apart;  // the plant block's part kept apart
     apart.Grp = 3;
     apart.Rate = -40;
@@ -164,19 +164,20 @@ TEST(IncomeTaxChartReport, PrintsWholeRupeesRoundedHalfAwayFromZeroInLakhs) {
     EXPECT_EQ(furniture[6], "12,34,568");
 }
 
-TEST(IncomeTaxChartReport, SetsDeductionsAgainstBothPartsAndShowsTheCarriedHalfWithNormalDepreciation) {
+TEST(IncomeTaxChartReport, SetsDeductionsAgainstBothPartsAndShowsTheCarriedHalfWithAdditionalDepreciation) {
     const auto doc = income_tax_chart_report(income_tax_run(2025));
     const auto& plant = doc.rows[1];
     EXPECT_EQ(plant[0], "MACHINERY AND PLANT");
     EXPECT_EQ(plant[1], "15.00");
+    EXPECT_EQ(plant[3], "17,000");    // 10,000 and the 7,000 not yet put to use
     EXPECT_EQ(plant[5], "6,000");     // Cons1 + Cons2
-    EXPECT_EQ(plant[6], "2,44,000");  // 2,00,000 + 10,000 + 40,000 - 6,000
-    EXPECT_EQ(plant[7], "39,675");    // 30,750 + 2,925 + the carried 6,000
-    EXPECT_EQ(plant[8], "5,900");
-    EXPECT_EQ(plant[9], "1,98,425");
+    EXPECT_EQ(plant[6], "2,51,000");  // 2,00,000 + 17,000 + 40,000 - 6,000
+    EXPECT_EQ(plant[7], "33,675");    // 30,750 + 2,925
+    EXPECT_EQ(plant[8], "11,900");    // 2,000 + 3,900 + the carried 6,000
+    EXPECT_EQ(plant[9], "2,05,425");  // 2,51,000 - 33,675 - 11,900
     const auto& total = doc.rows[2];
     EXPECT_EQ(total[0], "Total");
-    EXPECT_EQ(total[9], "13,09,536");
+    EXPECT_EQ(total[9], "13,16,536");
     EXPECT_TRUE(doc.bold_rows.at(2));
 }
 

@@ -22,7 +22,7 @@ constexpr const char* kUsage =
     "                            (default: the embedded database in the user's data folder)\n"
     "\n"
     "Commands:\n"
-    "  init --client CODE --year YYYY [--name NAME] [--status 1-4] [--regime LIST|none]\n"
+    "  init --client CODE --year YYYY [--name NAME] [--status 1-4] [--kind KIND] [--regime LIST|none]\n"
     "                            create the tables, the client and its financial year\n"
     "                            (YYYY: the calendar year in which the financial year ends)\n"
     "  masters blocks|groups|particulars --client CODE --year YYYY [--json]\n"
@@ -80,6 +80,9 @@ constexpr const char* kInitHelp =
     "register tables; running it again changes nothing. On an existing client it changes what is given.\n"
     "  --year YYYY     the calendar year in which the financial year ends (F.Y. 2024-25 is 2025)\n"
     "  --status 1-4    1 individual or proprietor, 2 partnership firm, 3 and 4 companies\n"
+    "  --kind KIND     the kind of assessee, for all the client's years: individual, huf, firm, llp,\n"
+    "                  aop, boi, ajp, company, co-operative, local-authority, other (without it the\n"
+    "                  kind follows the status)\n"
     "  --regime LIST   concessional sections opted for: 115BA (115BAA, 115BAB), 115BAC, 115BAD,\n"
     "                  115BAE, comma-separated, or none\n"
     "Example: brenlow init --client ACME --year 2025 --name \"ACME TRADERS\" --status 3\n";

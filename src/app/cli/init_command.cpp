@@ -60,13 +60,23 @@ void record_regimes(Context& ctx, const std::string& code, const std::vector<std
 
 int init_command(Context& ctx, const std::vector<std::string>& args) {
     const Options opt(args, {});
-    opt.reject_unknown({"client", "year", "name", "status", "regime"});
+    opt.reject_unknown({"client", "year", "name", "status", "regime", "kind"});
     const std::string code = opt.client();
     const int year = opt.require_int("year", 1990, 2099);
     const std::string name = opt.get("name").value_or("");
     const auto status = opt.get_int("status", 1, 4);
     const auto regime_list = opt.get("regime");
     const auto regimes = regime_list ? parse_regimes(*regime_list) : std::vector<std::string>{};
+    std::optional<AssesseeKind> kind;
+    if (const auto k = opt.get("kind")) {
+        kind = assessee_kind_of_key(*k);
+        if (!kind) {
+            std::string keys;
+            for (auto it = assessee_kinds_begin(); it != assessee_kinds_end(); ++it)
+                keys += (keys.empty() ? "" : ", ") + std::string(it->key);
+            throw UsageError("--kind takes one of " + keys + "; found \"" + *k + "\".");
+        }
+    }
 
     auto& base = ctx.base();
     // Start-up only reads when the tables are there; init makes sure of all of them.
@@ -98,6 +108,10 @@ int init_command(Context& ctx, const std::vector<std::string>& args) {
     const auto counts = store::year_master_counts(db, year);
     ctx.out << "  NewITBM rows for " << year << ": " << counts.it_blocks << ", NewCLBM rows for " << year
             << ": " << counts.cl_rows << "\n";
+    if (kind) store::record_assessee_kind(db, cy.code_no, *kind);
+    ctx.out << "  kind of assessee: "
+            << assessee_kind_name(store::assessee_kind_of_client(db, cy.code_no, cy.status))
+            << (store::recorded_assessee_kind(db, cy.code_no) ? "" : " (from its status)") << "\n";
     if (regime_list) {
         record_regimes(ctx, cy.code_no, regimes);
         ctx.out << "  concessional regime:";
