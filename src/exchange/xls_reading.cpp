@@ -158,6 +158,7 @@ Framing check_framing(std::string_view s) {
         Records records(s, sheet.offset, where);
         int depth = 0;  // a chart inside a sheet has a BOF and EOF of its own
         std::uint32_t rows = 65536, cols = 256;
+        std::optional<std::pair<std::uint32_t, std::uint32_t>> last;  // the last cell read whole
         for (;;) {
             const auto r = records.next();
             if (!r) throw Damaged{where + " is cut short"};
@@ -177,13 +178,16 @@ Framing check_framing(std::string_view s) {
                                   std::to_string(limits::kXlsArea) + " cells"};
             }
             if (const std::size_t need = cell_length(r->type)) {
-                const std::uint32_t row = get16(r->body, 0), col = get16(r->body, 2);
                 if (r->body.size() < need)
-                    throw Damaged{where + " is damaged at row " + std::to_string(row + 1) + ", column " +
-                                  limits::column_name(col)};
+                    throw Damaged{where + " is damaged " +
+                                  (last ? "after row " + std::to_string(last->first + 1) + ", column " +
+                                              limits::column_name(last->second)
+                                        : std::string("before its first cell"))};
+                const std::uint32_t row = get16(r->body, 0), col = get16(r->body, 2);
                 if (row >= rows || col >= cols)
                     throw Damaged{where + " has a cell at row " + std::to_string(row + 1) + ", column " +
                                   limits::column_name(col) + " outside the area it says it spans"};
+                last = {row, col};
             }
         }
     }

@@ -93,9 +93,15 @@ def members(raw):
 def rezip(parts, replace):
     out = io.BytesIO()
     with zipfile.ZipFile(out, 'w', zipfile.ZIP_DEFLATED) as z:
+        names = set()
         for info, body in parts:
             body = replace.get(info.filename, body)
             z.writestr(info.filename, body)
+            names.add(info.filename)
+        # A part the workbook did not have is added (the program writes no shared texts).
+        for name, body in replace.items():
+            if name not in names:
+                z.writestr(name, body)
     return bytearray(out.getvalue())
 
 
