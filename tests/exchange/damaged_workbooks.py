@@ -53,6 +53,13 @@ def opening_label(data):
     raise SystemExit('no text cell in an entry row')
 
 
+def other_writer(data):
+    """The same workbook as if another program wrote it: it goes to the other reader."""
+    at = bytes(data).index(b'Brenlow')
+    data[at:at + 7] = b'Another'
+    return data
+
+
 def xls_label_length(data, length=0):
     at = opening_label(data)
     struct.pack_into('<H', data, at + 2, length)
@@ -233,6 +240,8 @@ def campaign(good_xls, good_xlsx, outdir, count, seed):
     # Every fixed kind once, then random ones.
     fixed = [
         ('xls-label-length-0', lambda: xls_label_length(bytearray(xls), 0)),
+        ('xls-other-label-length-0', lambda: xls_label_length(other_writer(bytearray(xls)), 0)),
+        ('xls-other-label-length-9', lambda: xls_label_length(other_writer(bytearray(xls)), 9)),
         ('xls-fat-loop', lambda: xls_fat_loop(bytearray(xls))),
         ('xls-fat-loop-huge', lambda: xls_fat_loop(bytearray(xls), huge=True)),
         ('xls-stream-size-huge', lambda: xls_stream_size(bytearray(xls), 0x7FFFFFFF)),
@@ -255,19 +264,23 @@ def campaign(good_xls, good_xlsx, outdir, count, seed):
     fixed += [('xlsx-ref-%d' % i, (lambda r: lambda: xlsx_ref(xlsx, r))(r)) for i, r in enumerate(REFS)]
     fixed += [('xlsx-number-%d' % i, (lambda t: lambda: xlsx_number(xlsx, t))(t)) for i, t in enumerate(NUMBERS)]
 
+    other = other_writer(bytearray(xls))
+
     def random_kind(i):
         k = rng.randrange(9)
+        # A third of the .xls ones as another program's, read by freexl once found sound.
+        base = other if rng.randrange(3) == 0 else xls
         if k == 0:
-            return 'xls-flip', flip(bytearray(xls), rng, rng.randint(1, 8))
+            return 'xls-flip', flip(bytearray(base), rng, rng.randint(1, 8))
         if k == 1:
-            return 'xls-truncate', bytearray(xls[:rng.randrange(len(xls))])
+            return 'xls-truncate', bytearray(base[:rng.randrange(len(base))])
         if k == 2:
-            raw = bytearray(xls)
+            raw = bytearray(base)
             at, _, n = rng.choice(recs)
             struct.pack_into('<H', raw, at + 2, rng.choice([0, 1, n - 1, n + 1, 0xFFFF, rng.randrange(0x10000)]) & 0xFFFF)
             return 'xls-record-length', raw
         if k == 3:
-            raw = bytearray(xls)
+            raw = bytearray(base)
             sectors = len(raw) // SECTOR - 1
             struct.pack_into('<I', raw, fat_at(raw) + 4 * rng.randrange(sectors), rng.randrange(sectors + 4))
             return 'xls-fat-entry', raw
@@ -279,7 +292,7 @@ def campaign(good_xls, good_xlsx, outdir, count, seed):
             return 'xlsx-ref', xlsx_ref(xlsx, rng.choice(REFS), rng.choice(['A4', 'B4', 'C4', 'E4']))
         if k == 7:
             return 'xlsx-number', xlsx_number(xlsx, rng.choice(NUMBERS), rng.choice(['E4', 'F4', 'D4', 'M4']))
-        raw = bytearray(xls)
+        raw = bytearray(base)
         struct.pack_into('<I', raw, directory_at(raw) + 128 + 116, rng.randrange(1 << 32))
         return 'xls-stream-start', raw
 
@@ -299,6 +312,7 @@ def campaign(good_xls, good_xlsx, outdir, count, seed):
 
 ONE = {
     'label-length-0': lambda raw, arg: xls_label_length(raw, int(arg or 0)),
+    'other-label-length-0': lambda raw, arg: xls_label_length(other_writer(raw), int(arg or 0)),
     'fat-loop': lambda raw, arg: xls_fat_loop(raw),
     'fat-loop-huge': lambda raw, arg: xls_fat_loop(raw, huge=True),
     'xls-number': lambda raw, arg: xls_number(raw, float(arg)),

@@ -124,6 +124,11 @@ TEST_P(WorkbookDamageTest, AnXlsWithALabelsLengthChangedIsRefusedAndTheRegisterK
     expect_refused(damaged(".xls", "label-length-0", "11"), "the sheet \"Opening\" is cut short");
 }
 
+// Another program's workbook goes to freexl only once its records are found whole.
+TEST_P(WorkbookDamageTest, AnotherProgramsXlsWithALabelsLengthChangedIsRefusedToo) {
+    expect_refused(damaged(".xls", "other-label-length-0"), "the sheet \"Opening\" is damaged after row 4, column A");
+}
+
 TEST_P(WorkbookDamageTest, AnXlsWhoseChainOfSectorsLoopsIsRefused) {
     expect_refused(damaged(".xls", "fat-loop"), "the file is damaged: the chain of sectors of the workbook runs in a loop");
     expect_refused(damaged(".xls", "fat-loop-huge"), "the file is damaged: the workbook is larger than the file");
