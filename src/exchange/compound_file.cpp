@@ -85,7 +85,9 @@ public:
     std::size_t sector_size() const { return sector_; }
 
 private:
-    std::string_view sector(std::uint32_t n) const { return f_.substr((n + std::size_t{1}) * sector_, sector_); }
+    std::string_view sector(std::uint32_t n) const {
+        return f_.substr((n + std::size_t{1}) * sector_, sector_);
+    }
 
     void load_fat() {
         const std::uint32_t count = get32(f_, 44);

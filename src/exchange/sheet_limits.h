@@ -28,7 +28,8 @@ inline constexpr std::uint64_t kXlsArea = 65536u * 64u;
 // "A", "Z", "AA", ... for a column counted from 0.
 inline std::string column_name(long col) {
     std::string s;
-    for (long c = col + 1; c > 0; c = (c - 1) / 26) s.insert(s.begin(), static_cast<char>('A' + (c - 1) % 26));
+    for (long c = col + 1; c > 0; c = (c - 1) / 26)
+        s.insert(s.begin(), static_cast<char>('A' + (c - 1) % 26));
     return s;
 }
 

@@ -3,8 +3,8 @@
 #include <xlsxwriter.h>
 
 #include <algorithm>
-#include <cmath>
 #include <cctype>
+#include <cmath>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
@@ -130,7 +130,8 @@ bool SheetBuilder::put(long row, long col, SheetValue v, std::string& error) {
         error = where(row, col) + " holds more than " + std::to_string(limits::kCellChars) + " characters";
         return false;
     }
-    if ((v.kind == SheetValue::Kind::Number || v.kind == SheetValue::Kind::Date) && !std::isfinite(v.number)) {
+    if ((v.kind == SheetValue::Kind::Number || v.kind == SheetValue::Kind::Date) &&
+        !std::isfinite(v.number)) {
         error = where(row, col) + " holds a number that is no number";
         return false;
     }

@@ -6,8 +6,8 @@
 
 #include <map>
 #include <optional>
-#include <string>
 #include <set>
+#include <string>
 #include <vector>
 
 #include "exchange/compound_file.h"
@@ -35,7 +35,8 @@ struct Rec {
 // The records of one substream from `at`; each lies wholly inside the stream.
 class Records {
 public:
-    Records(std::string_view s, std::size_t at, std::string where) : s_(s), at_(at), where_(std::move(where)) {}
+    Records(std::string_view s, std::size_t at, std::string where)
+        : s_(s), at_(at), where_(std::move(where)) {}
     // The next record; nullopt at the end of the stream.
     std::optional<Rec> next() {
         if (at_ == s_.size()) return std::nullopt;
@@ -171,8 +172,7 @@ Framing check_framing(std::string_view s) {
                 if (r->body.size() < 10) throw Damaged{where + " is damaged: its area cannot be read"};
                 rows = long_rows ? get32(r->body, 4) : get16(r->body, 2);
                 cols = get16(r->body, long_rows ? 10 : 6);
-                if (rows > 65536 || cols > 256 ||
-                    static_cast<std::uint64_t>(rows) * cols > limits::kXlsArea)
+                if (rows > 65536 || cols > 256 || static_cast<std::uint64_t>(rows) * cols > limits::kXlsArea)
                     throw Damaged{where + " says it spans " + std::to_string(rows) + " rows and " +
                                   std::to_string(cols) + " columns, more than " +
                                   std::to_string(limits::kXlsArea) + " cells"};
@@ -281,8 +281,9 @@ private:
 
     [[noreturn]] void damaged() const {
         throw Damaged{where_ + " is damaged " +
-                      (seen_ ? "after row " + std::to_string(row_ + 1) + ", column " + limits::column_name(col_)
-                             : std::string("before its first cell"))};
+                      (seen_
+                           ? "after row " + std::to_string(row_ + 1) + ", column " + limits::column_name(col_)
+                           : std::string("before its first cell"))};
     }
 
     std::string_view s_;

@@ -53,7 +53,8 @@ std::optional<SheetValue> freexl_value(const FreeXL_CellValue& v) {
             const std::string t = text();
             int y = 0, m = 0, d = 0;
             if (std::sscanf(t.c_str(), "%d-%d-%d", &y, &m, &d) == 3 && Date::valid(y, m, d))
-                return SheetValue{SheetValue::Kind::Date, static_cast<double>(Date{y, m, d}.serial() + 25569), {}};
+                return SheetValue{
+                    SheetValue::Kind::Date, static_cast<double>(Date{y, m, d}.serial() + 25569), {}};
             return SheetValue::of(t);
         }
         default:
@@ -119,7 +120,8 @@ std::optional<std::vector<SheetCells>> read_xls_file(const std::string& path, st
     }
     std::ifstream in(path, std::ios::binary);
     std::string bytes(static_cast<std::size_t>(size), '\0');
-    if (!in.read(bytes.data(), static_cast<std::streamsize>(size)) || in.gcount() != static_cast<std::streamsize>(size)) {
+    if (!in.read(bytes.data(), static_cast<std::streamsize>(size)) ||
+        in.gcount() != static_cast<std::streamsize>(size)) {
         error = "the file cannot be read";
         return std::nullopt;
     }

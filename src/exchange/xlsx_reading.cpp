@@ -9,13 +9,13 @@
 #include <charconv>
 #include <cmath>
 #include <cstdio>
-#include <map>
-#include <string>
-#include <vector>
 #include <cstring>
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "controls/number_format.h"
 #include "controls/vb_date.h"
@@ -75,10 +75,10 @@ public:
             static_cast<XmlReader*>(self)->text(std::string_view(s, static_cast<std::size_t>(len)));
         });
         // No part of a workbook declares a document type: nothing gets to define entities.
-        XML_SetStartDoctypeDeclHandler(p_.get(), [](void* self, const XML_Char*, const XML_Char*,
-                                                    const XML_Char*, int) {
-            static_cast<XmlReader*>(self)->stop("it declares a document type");
-        });
+        XML_SetStartDoctypeDeclHandler(
+            p_.get(), [](void* self, const XML_Char*, const XML_Char*, const XML_Char*, int) {
+                static_cast<XmlReader*>(self)->stop("it declares a document type");
+            });
     }
     // Takes the next bytes of the part; false once it is refused (`refusal` says why,
     // empty when the XML is not well formed).
@@ -203,7 +203,8 @@ struct SheetPart : XmlReader {
                 if (got == Ref::PastRows)
                     return stop(in_sheet() + " has a row " + shown + " past the last row " +
                                 std::to_string(limits::kRows));
-                if (got != Ref::Cell) return stop(in_sheet() + " has a row \"" + shown + "\" that is no row number");
+                if (got != Ref::Cell)
+                    return stop(in_sheet() + " has a row \"" + shown + "\" that is no row number");
             } else if (++row > limits::kRows) {
                 return stop(in_sheet() + " has a row past the last row " + std::to_string(limits::kRows));
             }
@@ -219,11 +220,11 @@ struct SheetPart : XmlReader {
                         return stop(in_sheet() + " has a cell \"" + shown +
                                     "\" that names no row and column");
                     case Ref::PastColumns:
-                        return stop(in_sheet() + " has a cell \"" + shown +
-                                    "\" past the last column " + limits::column_name(limits::kColumns - 1));
+                        return stop(in_sheet() + " has a cell \"" + shown + "\" past the last column " +
+                                    limits::column_name(limits::kColumns - 1));
                     case Ref::PastRows:
-                        return stop(in_sheet() + " has a cell \"" + shown +
-                                    "\" past the last row " + std::to_string(limits::kRows));
+                        return stop(in_sheet() + " has a cell \"" + shown + "\" past the last row " +
+                                    std::to_string(limits::kRows));
                 }
             } else if (col >= limits::kColumns) {
                 return stop(sheet.where(row, col) + " is past the last column " +
@@ -248,7 +249,8 @@ struct SheetPart : XmlReader {
         if (type == "s") {
             std::size_t k = 0;
             const auto r = std::from_chars(value.data(), value.data() + value.size(), k);
-            if (value.empty() || r.ec != std::errc() || r.ptr != value.data() + value.size() || k >= strings.size())
+            if (value.empty() || r.ec != std::errc() || r.ptr != value.data() + value.size() ||
+                k >= strings.size())
                 return stop(sheet.where(row, col) + " refers to a shared text the workbook does not have");
             v = SheetValue::of(strings[k]);
         } else if (type == "str" || type == "inlineStr" || type == "e") {
@@ -270,13 +272,15 @@ struct SheetPart : XmlReader {
             v = SheetValue::of(value);
         }
         std::string error;
-        if (v.kind != SheetValue::Kind::Empty && !sheet.put(row, col, std::move(v), error)) return stop(error);
+        if (v.kind != SheetValue::Kind::Empty && !sheet.put(row, col, std::move(v), error))
+            return stop(error);
         col = -1;
     }
     void text(std::string_view s) override {
         if ((!in_v && !in_t) || stopped()) return;
         if (!grow(value, s))
-            stop(sheet.where(row, col) + " holds more than " + std::to_string(limits::kCellChars) + " characters");
+            stop(sheet.where(row, col) + " holds more than " + std::to_string(limits::kCellChars) +
+                 " characters");
     }
 };
 
@@ -313,7 +317,8 @@ public:
             total += static_cast<std::uint64_t>(n);
             if (!reader.feed(std::string_view(buf, static_cast<std::size_t>(n)), n == 0)) {
                 unzCloseCurrentFile(z_);
-                error = reader.refusal().empty() ? shown + " is damaged: its XML is not well formed" : reader.refusal();
+                error = reader.refusal().empty() ? shown + " is damaged: its XML is not well formed"
+                                                 : reader.refusal();
                 return Got::Refused;
             }
             if (n == 0) break;

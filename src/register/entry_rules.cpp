@@ -587,15 +587,22 @@ std::vector<Finding> row_findings(const EntryDraft& d, const EntryContext& ctx, 
                                   std::string_view det_esa) {
     std::vector<Finding> out;
     // Every figure as the field would take it on leaving it.
-    const std::pair<const Figure*, EntryField> figures[] = {
-        {&d.cost, EntryField::Cost},           {&d.op_depr, EntryField::OpDepr},
-        {&d.dep_calc_ca, EntryField::DepCalcCA}, {&d.res_value, EntryField::ResValue},
-        {&d.life, EntryField::LifeYrs},        {&d.rate_books, EntryField::RateFACL},
-        {&d.wdv_it, EntryField::WdvIT},        {&d.rate_it, EntryField::RateIT},
-        {&d.addl_rate, EntryField::AddlDepRT}, {&d.addl_dep_on, EntryField::AddlDepOn},
-        {&d.excise, EntryField::ExciseCr},     {&d.curr_diff, EntryField::CurrDiff},
-        {&d.subsidy, EntryField::Subsidy},     {&d.sale_amt, EntryField::SaleAmt},
-        {&d.sale_exp, EntryField::SaleExp},    {&d.manual_depr, EntryField::DepFACL}};
+    const std::pair<const Figure*, EntryField> figures[] = {{&d.cost, EntryField::Cost},
+                                                            {&d.op_depr, EntryField::OpDepr},
+                                                            {&d.dep_calc_ca, EntryField::DepCalcCA},
+                                                            {&d.res_value, EntryField::ResValue},
+                                                            {&d.life, EntryField::LifeYrs},
+                                                            {&d.rate_books, EntryField::RateFACL},
+                                                            {&d.wdv_it, EntryField::WdvIT},
+                                                            {&d.rate_it, EntryField::RateIT},
+                                                            {&d.addl_rate, EntryField::AddlDepRT},
+                                                            {&d.addl_dep_on, EntryField::AddlDepOn},
+                                                            {&d.excise, EntryField::ExciseCr},
+                                                            {&d.curr_diff, EntryField::CurrDiff},
+                                                            {&d.subsidy, EntryField::Subsidy},
+                                                            {&d.sale_amt, EntryField::SaleAmt},
+                                                            {&d.sale_exp, EntryField::SaleExp},
+                                                            {&d.manual_depr, EntryField::DepFACL}};
     for (const auto& [figure, field] : figures) {
         if (figure->given && figure->value && !within_figure_limit(*figure->value)) {
             out.push_back({field, FindingKind::Refusal, "Invalid Value !", true});

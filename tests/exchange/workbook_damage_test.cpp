@@ -33,11 +33,11 @@ std::string register_text(store::Database& db, const std::string& code) {
     std::ostringstream s;
     s.precision(17);
     for (const auto& o : reg.opening_entries())
-        s << "O " << o.SrNoFATR << ' ' << o.IdFAGM << ' ' << o.Part << ' ' << o.PutDate << ' ' << o.CostWdv << ' '
-          << o.OpDepr << ' ' << o.RateFACL << ' ' << o.WdvIT << ' ' << o.OthOpts << '\n';
+        s << "O " << o.SrNoFATR << ' ' << o.IdFAGM << ' ' << o.Part << ' ' << o.PutDate << ' ' << o.CostWdv
+          << ' ' << o.OpDepr << ' ' << o.RateFACL << ' ' << o.WdvIT << ' ' << o.OthOpts << '\n';
     for (const auto& a : reg.addition_entries())
-        s << "A " << a.SrNoFATR << ' ' << a.IdFAGM << ' ' << a.Part << ' ' << a.PutDate << ' ' << a.AccDate << ' '
-          << a.PurAmt << ' ' << a.RateFACL << ' ' << a.OthOpts << '\n';
+        s << "A " << a.SrNoFATR << ' ' << a.IdFAGM << ' ' << a.Part << ' ' << a.PutDate << ' ' << a.AccDate
+          << ' ' << a.PurAmt << ' ' << a.RateFACL << ' ' << a.OthOpts << '\n';
     return s.str();
 }
 
@@ -55,8 +55,8 @@ protected:
         fs::remove_all(dir_);
         fs::create_directories(dir_);
         store::RegisterStore reg(db(), "C001", 2025);
-        const long plant =
-            reg.find_or_create_group({0, 2025, "PLANT AND MACHINERY", "3-15", 15, 20, 0, 0, "4.1", 15, 6.33, 18.1});
+        const long plant = reg.find_or_create_group(
+            {0, 2025, "PLANT AND MACHINERY", "3-15", 15, 20, 0, 0, "4.1", 15, 6.33, 18.1});
         // Seven entries on each side, as the register a damaged file once emptied.
         std::vector<store::OpeningRow> o(7);
         std::vector<store::AdditionRow> a(7);
@@ -110,7 +110,8 @@ protected:
         ImportOptions options;
         options.replace = options.yes = true;
         EXPECT_FALSE(import_workbook(db(), target(path), options, ui));
-        EXPECT_EQ(ui.messages(), std::vector<std::string>{"Can't Import from File : " + path + " (" + reason + ")"});
+        EXPECT_EQ(ui.messages(),
+                  std::vector<std::string>{"Can't Import from File : " + path + " (" + reason + ")"});
         EXPECT_EQ(register_text(db(), "C001"), before);
     }
 
@@ -119,19 +120,24 @@ protected:
 };
 
 TEST_P(WorkbookDamageTest, AnXlsWithALabelsLengthChangedIsRefusedAndTheRegisterKept) {
-    expect_refused(damaged(".xls", "label-length-0"), "the sheet \"Opening\" is damaged after row 4, column A");
-    expect_refused(damaged(".xls", "label-length-0", "9"), "the sheet \"Opening\" is damaged after row 4, column A");
+    expect_refused(damaged(".xls", "label-length-0"),
+                   "the sheet \"Opening\" is damaged after row 4, column A");
+    expect_refused(damaged(".xls", "label-length-0", "9"),
+                   "the sheet \"Opening\" is damaged after row 4, column A");
     expect_refused(damaged(".xls", "label-length-0", "11"), "the sheet \"Opening\" is cut short");
 }
 
 // Another program's workbook goes to freexl only once its records are found whole.
 TEST_P(WorkbookDamageTest, AnotherProgramsXlsWithALabelsLengthChangedIsRefusedToo) {
-    expect_refused(damaged(".xls", "other-label-length-0"), "the sheet \"Opening\" is damaged after row 4, column A");
+    expect_refused(damaged(".xls", "other-label-length-0"),
+                   "the sheet \"Opening\" is damaged after row 4, column A");
 }
 
 TEST_P(WorkbookDamageTest, AnXlsWhoseChainOfSectorsLoopsIsRefused) {
-    expect_refused(damaged(".xls", "fat-loop"), "the file is damaged: the chain of sectors of the workbook runs in a loop");
-    expect_refused(damaged(".xls", "fat-loop-huge"), "the file is damaged: the workbook is larger than the file");
+    expect_refused(damaged(".xls", "fat-loop"),
+                   "the file is damaged: the chain of sectors of the workbook runs in a loop");
+    expect_refused(damaged(".xls", "fat-loop-huge"),
+                   "the file is damaged: the workbook is larger than the file");
 }
 
 TEST_P(WorkbookDamageTest, AnXlsxWhosePartFailsItsCheckSumIsRefused) {
@@ -143,9 +149,11 @@ TEST_P(WorkbookDamageTest, ACellReferencePastTheSheetIsRefusedNamingItsSheet) {
     const std::pair<const char*, const char*> cases[] = {
         {"ZZZZZZ4", "the sheet \"Opening\" has a cell \"ZZZZZZ4\" past the last column XFD"},
         {"XFE4", "the sheet \"Opening\" has a cell \"XFE4\" past the last column XFD"},
-        {"AAAAAAAAAAAAAAAAAAAAAAAA4", "the sheet \"Opening\" has a cell \"AAAAAAAAAAAAAAAA\" past the last column XFD"},
+        {"AAAAAAAAAAAAAAAAAAAAAAAA4",
+         "the sheet \"Opening\" has a cell \"AAAAAAAAAAAAAAAA\" past the last column XFD"},
         {"B1048577", "the sheet \"Opening\" has a cell \"B1048577\" past the last row 1048576"},
-        {"B99999999999999999999", "the sheet \"Opening\" has a cell \"B999999999999999\" past the last row 1048576"},
+        {"B99999999999999999999",
+         "the sheet \"Opening\" has a cell \"B999999999999999\" past the last row 1048576"},
         {"B-4", "the sheet \"Opening\" has a cell \"B-4\" that names no row and column"},
         {"B0", "the sheet \"Opening\" has a cell \"B0\" that names no row and column"},
     };
@@ -160,8 +168,8 @@ TEST_P(WorkbookDamageTest, APartThatWouldUnpackPastItsFilesShareIsRefused) {
     ASSERT_FALSE(path.empty());
     const auto cap = fs::file_size(path) * limits::kUnpackRatio + limits::kUnpackFloor;
     EXPECT_LT(fs::file_size(path), 200000u);  // a small file that would unpack to 40 MB
-    expect_refused(path, "its part \"xl/sharedStrings.xml\" would unpack to more than " + std::to_string(cap) +
-                             " bytes, more than a workbook of this size holds");
+    expect_refused(path, "its part \"xl/sharedStrings.xml\" would unpack to more than " +
+                             std::to_string(cap) + " bytes, more than a workbook of this size holds");
 }
 
 TEST_P(WorkbookDamageTest, AnXlsNumberThatIsNoFiniteNumberIsRefusedByItsCell) {
@@ -176,7 +184,8 @@ TEST_P(WorkbookDamageTest, AnXlsNumberThatIsNoFiniteNumberIsRefusedByItsCell) {
 TEST_P(WorkbookDamageTest, WorkbookNumbersAreReadAsTypedAmounts) {
     // A text refused as the field refuses it, in the sheet's caption; a number past every
     // field's reach refused by the entry rules, in the field's caption.
-    const std::string cost = "Opening row 1 (sheet row 4), column E 'Written Down Value (or Cost)': Invalid Value !";
+    const std::string cost =
+        "Opening row 1 (sheet row 4), column E 'Written Down Value (or Cost)': Invalid Value !";
     const std::string past = "Opening row 1 (sheet row 4), column E 'Cost': Invalid Value !";
     const std::pair<const char*, std::string> cases[] = {
         {"inf", cost},      {"1e400", cost}, {"0x1p20", cost}, {"8,0,0000", cost},
@@ -195,8 +204,8 @@ TEST_P(WorkbookDamageTest, WorkbookNumbersAreReadAsTypedAmounts) {
         EXPECT_EQ(register_text(db(), "C002"), "");
     }
     // A grouping the screen takes is taken here too.
-    for (const auto& [text, amount] : {std::pair<const char*, double>{"8,00,000", 800000}, {"800,000", 800000},
-                                       {"1.5E+5", 150000}}) {
+    for (const auto& [text, amount] :
+         {std::pair<const char*, double>{"8,00,000", 800000}, {"800,000", 800000}, {"1.5E+5", 150000}}) {
         SCOPED_TRACE(text);
         const std::string path = damaged(".xlsx", "number", text);
         test::ScriptedUi ui;

@@ -185,8 +185,8 @@ TEST(EntryRules, AFigurePastTheFieldsReachIsRefusedOnEveryWayIn) {
         double value;
         bool refused;
     };
-    const Case cases[] = {{1e308, true},  {-1e308, true},  {1e18, true},    {-1e18, true},
-                          {9e17, false},  {1e17, false},   {0.5, false},    {HUGE_VAL, true},
+    const Case cases[] = {{1e308, true},     {-1e308, true},      {1e18, true}, {-1e18, true},
+                          {9e17, false},     {1e17, false},       {0.5, false}, {HUGE_VAL, true},
                           {-HUGE_VAL, true}, {std::nan(""), true}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.value);
@@ -197,7 +197,8 @@ TEST(EntryRules, AFigurePastTheFieldsReachIsRefusedOnEveryWayIn) {
                              f.front().message == "Invalid Value !" && f.front().kind == FindingKind::Refusal;
         EXPECT_EQ(refused, c.refused);
     }
-    EXPECT_TRUE(leave_field_finding(EntryField::Cost, EntrySide::Addition, "1000000000000000000", kYear, false));
+    EXPECT_TRUE(
+        leave_field_finding(EntryField::Cost, EntrySide::Addition, "1000000000000000000", kYear, false));
     EXPECT_FALSE(leave_field_finding(EntryField::Cost, EntrySide::Addition, "999999999999999", kYear, false));
 }
 
