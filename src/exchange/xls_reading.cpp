@@ -152,6 +152,13 @@ Framing check_framing(std::string_view s) {
             throw Damaged{"its table of shared texts is damaged"};
     }
     if (!ended) throw Damaged{"the workbook's list of sheets is cut short"};
+    // Another reader walks the whole stream, not only what the list of sheets points at:
+    // every record of it lies inside it and, for another program's file, within the
+    // longest body the format allows (this writer's long shared texts run past it).
+    Records all(s, 0, "the workbook");
+    while (const auto r = all.next())
+        if (!f.written_here && r->body.size() > kMaxBody)
+            throw Damaged{"the workbook holds a record longer than the format allows"};
     for (const auto& sheet : f.sheets) {
         const std::string where = sheet_words(sheet.name);
         if (sheet.offset >= s.size() || get16(s, sheet.offset) != kBof)
