@@ -152,13 +152,6 @@ Framing check_framing(std::string_view s) {
             throw Damaged{"its table of shared texts is damaged"};
     }
     if (!ended) throw Damaged{"the workbook's list of sheets is cut short"};
-    // Another reader walks the whole stream, not only what the list of sheets points at:
-    // every record of it lies inside it and, for another program's file, within the
-    // longest body the format allows (this writer's long shared texts run past it).
-    Records all(s, 0, "the workbook");
-    while (const auto r = all.next())
-        if (!f.written_here && r->body.size() > kMaxBody)
-            throw Damaged{"the workbook holds a record longer than the format allows"};
     for (const auto& sheet : f.sheets) {
         const std::string where = sheet_words(sheet.name);
         if (sheet.offset >= s.size() || get16(s, sheet.offset) != kBof)
@@ -197,6 +190,18 @@ Framing check_framing(std::string_view s) {
                 last = {row, col};
             }
         }
+    }
+    // Another reader walks the whole stream, not only what the list of sheets points at:
+    // every record of it lies inside it and, for another program's file, within the
+    // longest body the format allows (this writer's long shared texts run past it). A
+    // tail of zeros is padding.
+    for (std::size_t at = 0; at < s.size();) {
+        if (s.find_first_not_of('\0', at) == std::string_view::npos) break;
+        const std::size_t len = s.size() - at >= 4 ? get16(s, at + 2) : s.size();
+        if (s.size() - at < 4 || s.size() - at - 4 < len) throw Damaged{"the workbook is cut short"};
+        if (!f.written_here && len > kMaxBody)
+            throw Damaged{"the workbook holds a record longer than the format allows"};
+        at += 4 + len;
     }
     return f;
 }
