@@ -215,23 +215,12 @@ std::string upper(std::string s) {
 }
 
 // Text of an amount as a person types it: "1,00,000.50", "Rs. 500", "(1,200)" are
-// read; commas only between digits.
+// read; the grouping of the digits is the typed amount's, checked by its reader.
 std::string plain_amount(std::string t) {
     if (t.rfind("Rs.", 0) == 0) t = trimmed(t.substr(3));
     if (t.rfind("\xE2\x82\xB9", 0) == 0) t = trimmed(t.substr(3));  // the rupee sign
-    bool negative = false;
-    if (t.size() > 2 && t.front() == '(' && t.back() == ')') {
-        negative = true;
-        t = t.substr(1, t.size() - 2);
-    }
-    std::string out;
-    for (std::size_t i = 0; i < t.size(); ++i) {
-        if (t[i] == ',' && i > 0 && i + 1 < t.size() && std::isdigit(static_cast<unsigned char>(t[i - 1])) &&
-            std::isdigit(static_cast<unsigned char>(t[i + 1])))
-            continue;
-        out += t[i];
-    }
-    return negative ? "-" + out : out;
+    if (t.size() > 2 && t.front() == '(' && t.back() == ')') return "-" + t.substr(1, t.size() - 2);
+    return t;
 }
 
 // One sheet row being read: each value with the rule's own message when it is not
@@ -505,8 +494,14 @@ RegisterData entries_of(const SheetEntries& sheets, int year, bool company,
         o.CostWdv = r.number(O_Cost, EntryField::Cost);
         o.OpDepr = r.number(O_OpDepr, EntryField::OpDepr);
         const std::string ca = r.text(O_CalcCA);
-        if (!ca.empty() && upper(ca) != kNA)
-            o.YrCalcCA = static_cast<long>(r.number(O_CalcCA, EntryField::CalcCAYear));
+        if (!ca.empty() && upper(ca) != kNA) {
+            const std::size_t refused = errors.size();
+            const double y = r.number(O_CalcCA, EntryField::CalcCAYear);
+            if (y >= 1 && y <= 9999 && y == std::floor(y))
+                o.YrCalcCA = static_cast<long>(y);
+            else if (errors.size() == refused)
+                r.fail(O_CalcCA, "Invalid Value !");
+        }
         o.DepCalcCA = r.number(O_DepCalcCA, EntryField::DepCalcCA);
         o.ResValue = r.number(O_ResValue, EntryField::ResValue);
         o.LifeYrs = r.number(O_Life, EntryField::LifeYrs);

@@ -1,12 +1,10 @@
 #include "exchange/spreadsheet_files.h"
 
-#include <expat.h>
-#include <freexl.h>
-#include <minizip/unzip.h>
 #include <xlsxwriter.h>
 
 #include <algorithm>
 #include <cctype>
+#include <cmath>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
@@ -18,7 +16,8 @@
 #include <sstream>
 #include <tuple>
 
-#include "controls/vb_date.h"
+#include "exchange/sheet_limits.h"
+#include "exchange/sheet_readers.h"
 #include "suite/output_file.h"
 
 namespace brenlow::exchange {
@@ -27,320 +26,6 @@ namespace {
 std::string lower(std::string s) {
     for (auto& c : s) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
     return s;
-}
-
-void put(std::vector<std::pair<int, SheetRow>>& rows, int row, int col, SheetValue v) {
-    // Cells come row by row in both formats: a new row goes to the end; a row seen
-    // before (out of order) is looked up.
-    SheetRow* cells = nullptr;
-    if (rows.empty() || rows.back().first < row) {
-        rows.emplace_back(row, SheetRow{});
-        cells = &rows.back().second;
-    } else {
-        auto it = std::lower_bound(rows.begin(), rows.end(), row,
-                                   [](const auto& r, int wanted) { return r.first < wanted; });
-        if (it == rows.end() || it->first != row) it = rows.insert(it, {row, SheetRow{}});
-        cells = &it->second;
-    }
-    if (static_cast<int>(cells->size()) <= col) cells->resize(col + 1);
-    (*cells)[col] = std::move(v);
-}
-
-// ---- .xls through freexl ----
-
-// A workbook this program wrote and nobody saved since is read by its own reader:
-// freexl takes many seconds over a sheet of 50,000 rows.
-std::optional<std::vector<SheetCells>> read_own_xls(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream bytes;
-    bytes << in.rdbuf();
-    const auto book = xls::read(bytes.str());
-    if (!book || !book->written_here) return std::nullopt;
-    std::vector<SheetCells> sheets;
-    for (const auto& s : book->sheets) {
-        SheetCells sheet;
-        sheet.name = s.name;
-        sheet.rows.reserve(s.rows.size());
-        for (const auto& r : s.rows) {
-            SheetRow cells;
-            for (const auto& c : r.cells) {
-                if (c.kind == xls::Cell::Kind::Blank) continue;
-                if (cells.size() <= c.col) cells.resize(c.col + 1u);
-                cells[c.col] =
-                    c.kind == xls::Cell::Kind::Number ? SheetValue::of(c.number) : SheetValue::of(c.text);
-            }
-            if (!cells.empty()) sheet.rows.emplace_back(r.index + 1, std::move(cells));
-        }
-        sheets.push_back(std::move(sheet));
-    }
-    return sheets;
-}
-
-std::optional<std::vector<SheetCells>> read_xls(const std::string& path, std::string& error) {
-    if (auto own = read_own_xls(path)) return own;
-    const void* handle = nullptr;
-    if (freexl_open(path.c_str(), &handle) != FREEXL_OK) {
-        if (handle) freexl_close(handle);
-        error = "it is not an Excel 97-2003 workbook";
-        return std::nullopt;
-    }
-    std::unique_ptr<const void, void (*)(const void*)> guard(handle, [](const void* h) { freexl_close(h); });
-    unsigned int count = 0;
-    freexl_get_info(handle, FREEXL_BIFF_SHEET_COUNT, &count);
-    std::vector<SheetCells> sheets;
-    for (unsigned short s = 0; s < count; ++s) {
-        SheetCells sheet;
-        const char* name = nullptr;
-        freexl_get_worksheet_name(handle, s, &name);
-        sheet.name = name ? name : "";
-        unsigned int rows = 0;
-        unsigned short cols = 0;
-        if (freexl_select_active_worksheet(handle, s) != FREEXL_OK ||
-            freexl_worksheet_dimensions(handle, &rows, &cols) != FREEXL_OK) {
-            error = "the sheet \"" + sheet.name + "\" cannot be read";
-            return std::nullopt;
-        }
-        for (unsigned int r = 0; r < rows; ++r) {
-            for (unsigned short c = 0; c < cols; ++c) {
-                FreeXL_CellValue v;
-                if (freexl_get_cell_value(handle, r, c, &v) != FREEXL_OK) continue;
-                SheetValue out;
-                switch (v.type) {
-                    case FREEXL_CELL_INT:
-                        out = SheetValue::of(static_cast<double>(v.value.int_value));
-                        break;
-                    case FREEXL_CELL_DOUBLE:
-                        out = SheetValue::of(v.value.double_value);
-                        break;
-                    case FREEXL_CELL_TEXT:
-                    case FREEXL_CELL_SST_TEXT:
-                        out = SheetValue::of(std::string(v.value.text_value ? v.value.text_value : ""));
-                        break;
-                    case FREEXL_CELL_DATE:
-                    case FREEXL_CELL_DATETIME: {
-                        // "yyyy-mm-dd[ hh:mm:ss]"
-                        const std::string t = v.value.text_value ? v.value.text_value : "";
-                        int y = 0, m = 0, d = 0;
-                        if (std::sscanf(t.c_str(), "%d-%d-%d", &y, &m, &d) == 3 && Date::valid(y, m, d))
-                            out = {SheetValue::Kind::Date,
-                                   static_cast<double>(Date{y, m, d}.serial() + 25569),
-                                   {}};
-                        else
-                            out = SheetValue::of(t);
-                        break;
-                    }
-                    case FREEXL_CELL_TIME:
-                        out = SheetValue::of(std::string(v.value.text_value ? v.value.text_value : ""));
-                        break;
-                    default:
-                        continue;
-                }
-                if (out.kind != SheetValue::Kind::Empty)
-                    put(sheet.rows, static_cast<int>(r) + 1, c, std::move(out));
-            }
-        }
-        sheets.push_back(std::move(sheet));
-    }
-    return sheets;
-}
-
-// ---- .xlsx through minizip and expat ----
-
-std::optional<std::string> zip_part(unzFile zip, const std::string& name) {
-    if (unzLocateFile(zip, name.c_str(), 2) != UNZ_OK || unzOpenCurrentFile(zip) != UNZ_OK)
-        return std::nullopt;
-    std::string out;
-    char buf[65536];
-    for (int n; (n = unzReadCurrentFile(zip, buf, sizeof buf)) > 0;)
-        out.append(buf, static_cast<std::size_t>(n));
-    unzCloseCurrentFile(zip);
-    return out;
-}
-
-// An XML part read element by element; names lose their namespace prefix. A sheet of
-// 100,000 rows has millions of elements: names and attributes stay views.
-class XmlReader {
-public:
-    virtual ~XmlReader() = default;
-    bool parse(const std::string& xml) {
-        XML_Parser p = XML_ParserCreate("UTF-8");
-        XML_SetUserData(p, this);
-        XML_SetElementHandler(
-            p,
-            [](void* self, const XML_Char* name, const XML_Char** attrs) {
-                static_cast<XmlReader*>(self)->start(local(name), attrs);
-            },
-            [](void* self, const XML_Char* name) { static_cast<XmlReader*>(self)->end(local(name)); });
-        XML_SetCharacterDataHandler(p, [](void* self, const XML_Char* s, int len) {
-            static_cast<XmlReader*>(self)->text(std::string_view(s, static_cast<std::size_t>(len)));
-        });
-        const bool ok = XML_Parse(p, xml.data(), static_cast<int>(xml.size()), 1) == XML_STATUS_OK;
-        XML_ParserFree(p);
-        return ok;
-    }
-
-protected:
-    virtual void start(std::string_view name, const char** attrs) = 0;
-    virtual void end(std::string_view name) = 0;
-    virtual void text(std::string_view) {}
-
-    // The attribute of that local name, or nullptr.
-    static const char* attr(const char** attrs, std::string_view name) {
-        for (int i = 0; attrs[i]; i += 2)
-            if (local(attrs[i]) == name) return attrs[i + 1];
-        return nullptr;
-    }
-
-private:
-    static std::string_view local(const char* name) {
-        const char* colon = std::strrchr(name, ':');
-        return colon ? colon + 1 : name;
-    }
-};
-
-// xl/workbook.xml: sheet names and their relationship ids.
-struct WorkbookPart : XmlReader {
-    std::vector<std::pair<std::string, std::string>> sheets;
-    void start(std::string_view name, const char** a) override {
-        const char *n = attr(a, "name"), *id = attr(a, "id");
-        if (name == "sheet" && n && id) sheets.emplace_back(n, id);
-    }
-    void end(std::string_view) override {}
-};
-
-struct RelsPart : XmlReader {
-    std::map<std::string, std::string> targets;
-    void start(std::string_view name, const char** a) override {
-        const char *id = attr(a, "Id"), *target = attr(a, "Target");
-        if (name == "Relationship" && id && target) targets[id] = target;
-    }
-    void end(std::string_view) override {}
-};
-
-// xl/sharedStrings.xml: each <si>'s text runs joined (phonetic runs left out).
-struct StringsPart : XmlReader {
-    std::vector<std::string> strings;
-    bool in_t = false, in_phonetic = false;
-    void start(std::string_view name, const char**) override {
-        if (name == "si") strings.emplace_back();
-        if (name == "rPh") in_phonetic = true;
-        if (name == "t") in_t = !in_phonetic;
-    }
-    void end(std::string_view name) override {
-        if (name == "t") in_t = false;
-        if (name == "rPh") in_phonetic = false;
-    }
-    void text(std::string_view s) override {
-        if (in_t && !strings.empty()) strings.back().append(s);
-    }
-};
-
-// "AB12" -> column 27 (from 0), row 12.
-bool cell_ref(std::string_view ref, int& col, int& row) {
-    col = 0;
-    std::size_t i = 0;
-    for (; i < ref.size() && std::isalpha(static_cast<unsigned char>(ref[i])); ++i)
-        col = col * 26 + (std::toupper(static_cast<unsigned char>(ref[i])) - 'A' + 1);
-    if (i == 0 || i == ref.size()) return false;
-    row = 0;
-    for (; i < ref.size() && std::isdigit(static_cast<unsigned char>(ref[i])); ++i)
-        row = row * 10 + (ref[i] - '0');
-    --col;
-    return row > 0;
-}
-
-struct SheetPart : XmlReader {
-    const std::vector<std::string>& strings;
-    SheetCells& sheet;
-    int row = 0, col = -1, next_col = 0;
-    std::string type, value;
-    bool in_v = false, in_t = false;
-    SheetPart(const std::vector<std::string>& s, SheetCells& out) : strings(s), sheet(out) {}
-
-    void start(std::string_view name, const char** a) override {
-        if (name == "row") {
-            const char* r = attr(a, "r");
-            row = r ? std::atoi(r) : row + 1;
-            next_col = 0;
-        } else if (name == "c") {
-            int r = row;
-            col = next_col;
-            if (const char* ref = attr(a, "r")) cell_ref(ref, col, r);
-            row = r;
-            next_col = col + 1;
-            const char* t = attr(a, "t");
-            type = t ? t : "n";
-            value.clear();
-        } else if (name == "v") {
-            in_v = true;
-        } else if (name == "t" && type == "inlineStr") {
-            in_t = true;
-        }
-    }
-    void end(std::string_view name) override {
-        if (name == "v") in_v = false;
-        if (name == "t") in_t = false;
-        if (name != "c" || col < 0) return;
-        SheetValue v;
-        if (type == "s") {
-            const auto k = static_cast<std::size_t>(std::atol(value.c_str()));
-            if (k < strings.size()) v = SheetValue::of(strings[k]);
-        } else if (type == "str" || type == "inlineStr") {
-            v = SheetValue::of(value);
-        } else if (type == "n" && !value.empty()) {
-            v = SheetValue::of(std::strtod(value.c_str(), nullptr));
-        } else if (type == "d") {
-            int y = 0, m = 0, d = 0;
-            if (std::sscanf(value.c_str(), "%d-%d-%d", &y, &m, &d) == 3 && Date::valid(y, m, d))
-                v = {SheetValue::Kind::Date, static_cast<double>(Date{y, m, d}.serial() + 25569), {}};
-        } else if (type == "b") {
-            v = SheetValue::of(value == "1" ? "TRUE" : "FALSE");
-        }
-        if (v.kind != SheetValue::Kind::Empty) put(sheet.rows, row, col, std::move(v));
-        col = -1;
-    }
-    void text(std::string_view s) override {
-        if (in_v || in_t) value.append(s);
-    }
-};
-
-std::optional<std::vector<SheetCells>> read_xlsx(const std::string& path, std::string& error) {
-    unzFile zip = unzOpen64(path.c_str());
-    if (!zip) {
-        error = "it is not an Excel workbook (.xlsx)";
-        return std::nullopt;
-    }
-    std::unique_ptr<void, int (*)(unzFile)> guard(zip, unzClose);
-    const auto book_xml = zip_part(zip, "xl/workbook.xml");
-    const auto rels_xml = zip_part(zip, "xl/_rels/workbook.xml.rels");
-    WorkbookPart book;
-    RelsPart rels;
-    if (!book_xml || !rels_xml || !book.parse(*book_xml) || !rels.parse(*rels_xml)) {
-        error = "it is not an Excel workbook (.xlsx)";
-        return std::nullopt;
-    }
-    StringsPart strings;
-    if (const auto s = zip_part(zip, "xl/sharedStrings.xml"); s && !strings.parse(*s)) {
-        error = "its shared strings cannot be read";
-        return std::nullopt;
-    }
-    std::vector<SheetCells> sheets;
-    for (const auto& [name, id] : book.sheets) {
-        SheetCells sheet;
-        sheet.name = name;
-        std::string target = rels.targets.count(id) ? rels.targets.at(id) : "";
-        target = target.rfind('/', 0) == 0 ? target.substr(1) : "xl/" + target;
-        const auto xml = zip_part(zip, target);
-        SheetPart part(strings.strings, sheet);
-        if (!xml || !part.parse(*xml)) {
-            error = "the sheet \"" + name + "\" cannot be read";
-            return std::nullopt;
-        }
-        std::sort(sheet.rows.begin(), sheet.rows.end(),
-                  [](const auto& a, const auto& b) { return a.first < b.first; });
-        sheets.push_back(std::move(sheet));
-    }
-    return sheets;
 }
 
 // ---- .xlsx out through libxlsxwriter ----
@@ -412,6 +97,55 @@ void write_xlsx(const xls::Workbook& book, const char* file) {
 
 }  // namespace
 
+std::size_t char_count(std::string_view utf8) {
+    std::size_t n = 0;
+    for (const char c : utf8) n += (static_cast<unsigned char>(c) & 0xC0) != 0x80;
+    return n;
+}
+
+std::string SheetBuilder::where(long row, long col) const {
+    return "the sheet \"" + name_ + "\", row " + std::to_string(row) + ", column " + limits::column_name(col);
+}
+
+bool SheetBuilder::put(long row, long col, SheetValue v, std::string& error) {
+    if (row < 1 || row > limits::kRows || col < 0 || col >= limits::kColumns) {
+        error = "the sheet \"" + name_ + "\" has a cell past its last row or column";
+        return false;
+    }
+    if (col >= limits::kKeptColumns) return true;
+    if (v.kind == SheetValue::Kind::Text && char_count(v.text) > limits::kCellChars) {
+        error = where(row, col) + " holds more than " + std::to_string(limits::kCellChars) + " characters";
+        return false;
+    }
+    if ((v.kind == SheetValue::Kind::Number || v.kind == SheetValue::Kind::Date) &&
+        !std::isfinite(v.number)) {
+        error = where(row, col) + " holds a number that is no number";
+        return false;
+    }
+    auto it = rows_.find(static_cast<int>(row));
+    if (it == rows_.end()) {
+        if (rows_.size() == limits::kRowsWithCells) {
+            error = "the sheet \"" + name_ + "\" has more than " + std::to_string(limits::kRowsWithCells) +
+                    " rows with cells";
+            return false;
+        }
+        it = rows_.emplace(static_cast<int>(row), SheetRow{}).first;
+    }
+    SheetRow& cells = it->second;
+    if (static_cast<long>(cells.size()) <= col) cells.resize(static_cast<std::size_t>(col) + 1);
+    cells[static_cast<std::size_t>(col)] = std::move(v);
+    return true;
+}
+
+SheetCells SheetBuilder::finish() {
+    SheetCells out;
+    out.name = std::move(name_);
+    out.rows.reserve(rows_.size());
+    for (auto& [row, cells] : rows_) out.rows.emplace_back(row, std::move(cells));
+    rows_.clear();
+    return out;
+}
+
 std::optional<SpreadsheetKind> spreadsheet_kind(const std::string& path) {
     const std::string ext = lower(std::filesystem::path(path).extension().string());
     if (ext == ".xls") return SpreadsheetKind::Xls;
@@ -429,8 +163,8 @@ std::optional<std::vector<SheetCells>> read_spreadsheet(const std::string& path,
     std::ifstream in(path, std::ios::binary);
     char magic[4] = {};
     in.read(magic, 4);
-    if (magic[0] == 'P' && magic[1] == 'K') return read_xlsx(path, error);
-    return read_xls(path, error);
+    if (magic[0] == 'P' && magic[1] == 'K') return read_xlsx_file(path, error);
+    return read_xls_file(path, error);
 }
 
 void write_spreadsheet(const xls::Workbook& book, SpreadsheetKind kind, const std::string& path,

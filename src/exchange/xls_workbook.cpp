@@ -3,19 +3,14 @@
 #include <algorithm>
 #include <cstring>
 
+#include "exchange/xls_bytes.h"
+
 namespace brenlow::exchange::xls {
 namespace {
 
-// Record types.
-constexpr std::uint16_t kBof = 0x0809, kEof = 0x000A, kCodepage = 0x0042, kWindow1 = 0x003D;
-constexpr std::uint16_t kFont = 0x0031, kFormat = 0x041E, kXf = 0x00E0, kStyle = 0x0293;
-constexpr std::uint16_t kBoundSheet = 0x0085, kSst = 0x00FC, kExtSst = 0x00FF, kContinue = 0x003C;
-constexpr std::uint16_t kRow = 0x0208;
-constexpr std::uint16_t kDimensions = 0x0200, kColInfo = 0x007D, kWindow2 = 0x023E, kMerged = 0x00E5;
-constexpr std::uint16_t kWriteAccess = 0x005C;
-constexpr const char* kWriter = "Brenlow";
-constexpr std::uint16_t kLabelSst = 0x00FD, kNumber = 0x0203, kBlank = 0x0201, kRk = 0x027E;
-constexpr std::size_t kMaxBody = 8224;
+using namespace records;
+using bytes::get16;
+using bytes::get32;
 
 // Compound File sector marks.
 constexpr std::uint32_t kFree = 0xFFFFFFFF, kEndOfChain = 0xFFFFFFFE, kFatSect = 0xFFFFFFFD,
@@ -36,21 +31,6 @@ void put_double(std::string& s, double d) {
     put32(s, static_cast<std::uint32_t>(bits));
     put32(s, static_cast<std::uint32_t>(bits >> 32));
 }
-std::uint16_t get16(std::string_view s, std::size_t at) {
-    if (at + 2 > s.size()) return 0;
-    return static_cast<std::uint16_t>(static_cast<unsigned char>(s[at]) |
-                                      (static_cast<unsigned char>(s[at + 1]) << 8));
-}
-std::uint32_t get32(std::string_view s, std::size_t at) {
-    return get16(s, at) | (static_cast<std::uint32_t>(get16(s, at + 2)) << 16);
-}
-double get_double(std::string_view s, std::size_t at) {
-    const std::uint64_t bits = get32(s, at) | (static_cast<std::uint64_t>(get32(s, at + 4)) << 32);
-    double d;
-    std::memcpy(&d, &bits, 8);
-    return d;
-}
-
 void record(std::string& out, std::uint16_t type, std::string_view body) {
     put16(out, type);
     put16(out, static_cast<std::uint16_t>(body.size()));
@@ -554,163 +534,6 @@ std::string write(const Workbook& book) {
     std::string stream = std::move(globals);
     for (auto& s : sheets) stream += s;
     return compound_file(std::move(stream));
-}
-
-// ---- reading ----
-
-namespace {
-
-std::optional<std::string> workbook_stream(std::string_view f) {
-    if (f.size() < kSector || f.substr(0, 8) != std::string_view("\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1", 8))
-        return std::nullopt;
-    if (get16(f, 30) != 9) return std::nullopt;  // 512-byte sectors only
-    const auto sector = [&](std::uint32_t n) -> std::string_view {
-        const std::size_t at = (static_cast<std::size_t>(n) + 1) * kSector;
-        if (at + kSector > f.size()) return {};
-        return f.substr(at, kSector);
-    };
-    std::vector<std::uint32_t> fat_sectors;
-    const std::uint32_t fat_count = get32(f, 44);
-    for (std::size_t i = 0; i < 109 && fat_sectors.size() < fat_count; ++i)
-        fat_sectors.push_back(get32(f, 76 + i * 4));
-    for (std::uint32_t d = get32(f, 68), guard = 0; d != kEndOfChain && d != kFree && guard < 100000;
-         ++guard) {
-        const auto s = sector(d);
-        if (s.empty()) return std::nullopt;
-        for (std::size_t i = 0; i < 127 && fat_sectors.size() < fat_count; ++i)
-            fat_sectors.push_back(get32(s, i * 4));
-        d = get32(s, 127 * 4);
-    }
-    std::vector<std::uint32_t> fat;
-    for (auto n : fat_sectors) {
-        const auto s = sector(n);
-        if (s.empty()) return std::nullopt;
-        for (std::size_t i = 0; i < 128; ++i) fat.push_back(get32(s, i * 4));
-    }
-    const auto chain = [&](std::uint32_t start, std::size_t limit) -> std::optional<std::string> {
-        std::string out;
-        for (std::uint32_t n = start; n != kEndOfChain && out.size() < limit;) {
-            const auto s = sector(n);
-            if (s.empty() || n >= fat.size()) return std::nullopt;
-            out.append(s);
-            n = fat[n];
-        }
-        return out;
-    };
-    const auto dir = chain(get32(f, 48), 1u << 24);
-    if (!dir) return std::nullopt;
-    for (std::size_t at = 0; at + 128 <= dir->size(); at += 128) {
-        const std::string_view e = std::string_view(*dir).substr(at, 128);
-        const std::size_t name_bytes = std::min<std::size_t>(get16(e, 64), 64);
-        std::u16string name;
-        for (std::size_t i = 0; i + 1 < name_bytes; i += 2) name.push_back(get16(e, i));
-        while (!name.empty() && name.back() == 0) name.pop_back();
-        const std::string n = utf8_of(name);
-        if (e[66] != 2 || (n != "Workbook" && n != "Book")) continue;
-        const std::uint32_t size = get32(e, 120);
-        if (size < 4096) return std::nullopt;  // a mini stream: not written here
-        auto s = chain(get32(e, 116), size);
-        if (!s || s->size() < size) return std::nullopt;
-        s->resize(size);
-        return s;
-    }
-    return std::nullopt;
-}
-
-}  // namespace
-
-std::optional<Workbook> read(std::string_view bytes) {
-    const auto stream = workbook_stream(bytes);
-    if (!stream) return std::nullopt;
-    const std::string_view s = *stream;
-    Workbook book;
-    std::vector<std::uint32_t> offsets;
-    std::vector<std::string> strings;
-    std::size_t at = 0;
-    bool first = true;
-    while (at + 4 <= s.size()) {
-        const std::uint16_t type = get16(s, at), len = get16(s, at + 2);
-        const std::string_view body = s.substr(at + 4, std::min<std::size_t>(len, s.size() - at - 4));
-        at += 4 + len;
-        if (first) {
-            if (type != kBof || get16(body, 2) != 0x0005) return std::nullopt;
-            first = false;
-            continue;
-        }
-        if (type == kEof) break;
-        if (type == kWriteAccess) {
-            std::size_t p = 2;
-            book.written_here = read_chars(body, p, get16(body, 0)) == kWriter;
-        }
-        if (type == kFont || type == kFormat || type == kXf || type == kStyle)
-            book.styles.push_back({type, std::string(body)});
-        if (type == kBoundSheet) {
-            offsets.push_back(get32(body, 0));
-            std::size_t p = 7;
-            Sheet sheet;
-            sheet.name = read_chars(body, p, static_cast<unsigned char>(body.size() > 6 ? body[6] : 0));
-            book.sheets.push_back(std::move(sheet));
-        }
-        if (type == kSst || type == kContinue) {
-            // Strings never run across records here (the writer begins a new one).
-            std::size_t p = type == kSst ? 8 : 0;
-            while (p + 3 <= body.size()) {
-                const std::uint16_t count = get16(body, p);
-                p += 2;
-                strings.push_back(read_chars(body, p, count));
-            }
-        }
-    }
-    for (std::size_t i = 0; i < offsets.size(); ++i) {
-        Sheet& sheet = book.sheets[i];
-        std::size_t p = offsets[i];
-        if (p + 4 > s.size() || get16(s, p) != kBof) return std::nullopt;
-        p += 4 + get16(s, p + 2);
-        while (p + 4 <= s.size()) {
-            const std::uint16_t type = get16(s, p), len = get16(s, p + 2);
-            const std::string_view body = s.substr(p + 4, std::min<std::size_t>(len, s.size() - p - 4));
-            p += 4 + len;
-            if (type == kEof) break;
-            if (type == kColInfo) {
-                for (std::uint16_t c = get16(body, 0); c <= get16(body, 2) && c < 256; ++c)
-                    sheet.widths[c] = get16(body, 4);
-                continue;
-            }
-            if (type == kMerged) {
-                for (std::uint16_t k = 0, n = get16(body, 0); k < n; ++k)
-                    sheet.merges.push_back({get16(body, 2 + k * 8u), get16(body, 4 + k * 8u),
-                                            get16(body, 6 + k * 8u), get16(body, 8 + k * 8u)});
-                continue;
-            }
-            if (type != kLabelSst && type != kNumber && type != kBlank && type != kRk) continue;
-            Cell c;
-            const std::uint16_t row = get16(body, 0);
-            c.col = get16(body, 2);
-            c.xf = get16(body, 4);
-            if (type == kLabelSst) {
-                const std::uint32_t k = get32(body, 6);
-                c.kind = Cell::Kind::Text;
-                c.text = k < strings.size() ? strings[k] : std::string();
-            } else if (type == kNumber) {
-                c.kind = Cell::Kind::Number;
-                c.number = get_double(body, 6);
-            } else if (type == kRk) {
-                const std::uint32_t rk = get32(body, 6);
-                double v;
-                if (rk & 2) {
-                    v = static_cast<double>(static_cast<std::int32_t>(rk) >> 2);
-                } else {
-                    const std::uint64_t bits = static_cast<std::uint64_t>(rk & 0xFFFFFFFCu) << 32;
-                    std::memcpy(&v, &bits, 8);
-                }
-                c.kind = Cell::Kind::Number;
-                c.number = (rk & 1) ? v / 100 : v;
-            }
-            if (sheet.rows.empty() || sheet.rows.back().index != row) sheet.rows.push_back({row, {}});
-            sheet.rows.back().cells.push_back(std::move(c));
-        }
-    }
-    return book;
 }
 
 }  // namespace brenlow::exchange::xls

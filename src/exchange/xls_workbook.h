@@ -83,8 +83,14 @@ CellFormat format_of(const Workbook& book, std::uint16_t xf);
 // The workbook file's bytes. A sheet holds at most 65,536 rows and 256 columns.
 std::string write(const Workbook& book);
 
-// Reads a workbook this writer wrote; nullopt when the bytes are not one. Cells of
-// kinds this writer never writes (formulas, runs of numbers) are not read.
+// Reads a workbook this writer wrote; nullopt when the bytes are not one. The
+// container and the records are checked first, whoever wrote the file: when they are
+// damaged (a chain of sectors that loops, a record that runs past its sheet, a sheet cut
+// short) `damage` says how, in words for the person; it stays empty for bytes that are
+// no .xls and for another program's sound workbook, which another reader may read. A
+// workbook of this writer holds only the records it writes, each of its own length, and
+// every cell inside its row: anything else is damage.
+std::optional<Workbook> read(std::string_view bytes, std::string& damage);
 std::optional<Workbook> read(std::string_view bytes);
 
 // UTF-8 to UTF-16 code units and back.

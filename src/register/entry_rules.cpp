@@ -1,5 +1,7 @@
 #include "register/entry_rules.h"
 
+#include <cmath>
+
 #include "controls/number_format.h"
 #include "depreciation/companies_act_rate.h"
 #include "register/register_entry_math.h"
@@ -356,6 +358,10 @@ std::string caption_of(EntryField field, EntrySide side, int year, bool written_
     return "";
 }
 
+bool within_figure_limit(double v) {
+    return std::isfinite(v) && std::fabs(v) < kFigureLimit;
+}
+
 Figure Figure::typed(std::string_view text) {
     bool blank = true;
     for (const char c : text) blank = blank && c == ' ';
@@ -398,7 +404,8 @@ std::optional<Finding> leave_field_finding(EntryField field, EntrySide side, std
     const bool date_field =
         field == EntryField::PutDate || field == EntryField::AccDate || field == EntryField::SaleDate;
     if (!date_field) {
-        if (!parse_number(text)) return invalid();
+        const auto v = parse_number(text);
+        if (!v || !within_figure_limit(*v)) return invalid();
         return std::nullopt;
     }
     const auto d = Date::parse(text);
@@ -579,6 +586,29 @@ EntryDraft draft_of(const store::AdditionRow& a) {
 std::vector<Finding> row_findings(const EntryDraft& d, const EntryContext& ctx, std::string_view shift_det,
                                   std::string_view det_esa) {
     std::vector<Finding> out;
+    // Every figure as the field would take it on leaving it.
+    const std::pair<const Figure*, EntryField> figures[] = {{&d.cost, EntryField::Cost},
+                                                            {&d.op_depr, EntryField::OpDepr},
+                                                            {&d.dep_calc_ca, EntryField::DepCalcCA},
+                                                            {&d.res_value, EntryField::ResValue},
+                                                            {&d.life, EntryField::LifeYrs},
+                                                            {&d.rate_books, EntryField::RateFACL},
+                                                            {&d.wdv_it, EntryField::WdvIT},
+                                                            {&d.rate_it, EntryField::RateIT},
+                                                            {&d.addl_rate, EntryField::AddlDepRT},
+                                                            {&d.addl_dep_on, EntryField::AddlDepOn},
+                                                            {&d.excise, EntryField::ExciseCr},
+                                                            {&d.curr_diff, EntryField::CurrDiff},
+                                                            {&d.subsidy, EntryField::Subsidy},
+                                                            {&d.sale_amt, EntryField::SaleAmt},
+                                                            {&d.sale_exp, EntryField::SaleExp},
+                                                            {&d.manual_depr, EntryField::DepFACL}};
+    for (const auto& [figure, field] : figures) {
+        if (figure->given && figure->value && !within_figure_limit(*figure->value)) {
+            out.push_back({field, FindingKind::Refusal, "Invalid Value !", true});
+            return out;
+        }
+    }
     // The adjustment rows and the shift rows are checked as they are entered, before
     // the entry is updated.
     if (d.side == EntrySide::Opening) {

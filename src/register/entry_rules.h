@@ -71,6 +71,12 @@ struct Finding {
     bool default_yes = true;  // the button a question falls on
 };
 
+// No figure reaches this size, whichever way it comes in: the entry field takes
+// eighteen characters. A figure at or past it, or one that is no finite number, is
+// refused as a value the field would not take.
+inline constexpr double kFigureLimit = 1e18;
+bool within_figure_limit(double v);
+
 // A figure as typed: nothing, a number, or text that is no number.
 struct Figure {
     bool given = false;

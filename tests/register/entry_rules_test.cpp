@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 namespace brenlow::reg {
 namespace {
 
@@ -174,6 +176,30 @@ TEST(EntryRules, AnAdditionsNetAmountIsCostLessExciseAndSubsidyPlusTheCurrencyDi
     d.excise = Figure::of(18000);
     d.curr_diff = Figure::of(2500);
     EXPECT_DOUBLE_EQ(entry_base(d, RegisterOptions{}), 84500);
+}
+
+// A figure no field could hold is refused however the entry comes in: typed, or read
+// from a document or a workbook as a stored row.
+TEST(EntryRules, AFigurePastTheFieldsReachIsRefusedOnEveryWayIn) {
+    struct Case {
+        double value;
+        bool refused;
+    };
+    const Case cases[] = {{1e308, true},     {-1e308, true},      {1e18, true}, {-1e18, true},
+                          {9e17, false},     {1e17, false},       {0.5, false}, {HUGE_VAL, true},
+                          {-HUGE_VAL, true}, {std::nan(""), true}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.value);
+        auto d = addition();
+        d.subsidy = Figure::of(c.value);
+        const auto f = row_findings(d, context(), "", "");
+        const bool refused = !f.empty() && f.front().field == EntryField::Subsidy &&
+                             f.front().message == "Invalid Value !" && f.front().kind == FindingKind::Refusal;
+        EXPECT_EQ(refused, c.refused);
+    }
+    EXPECT_TRUE(
+        leave_field_finding(EntryField::Cost, EntrySide::Addition, "1000000000000000000", kYear, false));
+    EXPECT_FALSE(leave_field_finding(EntryField::Cost, EntrySide::Addition, "999999999999999", kYear, false));
 }
 
 }  // namespace
