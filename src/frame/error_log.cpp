@@ -30,6 +30,7 @@ void ErrorLog::log(long number, std::string_view description, std::string_view s
                    std::string_view detail) {
     ++logged_;
     last_error_ = std::string(description);
+    last_number_ = number;
     try {
         std::ofstream out(path(), std::ios::app);
         out << number << '\t' << field(description) << '\t' << field(source) << '\t' << field(detail) << '\t'

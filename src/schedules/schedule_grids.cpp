@@ -163,10 +163,9 @@ std::optional<UnknownChoice> unknown_choice(const SchedKind& kind, const SchedLi
     };
     std::vector<Choice> choices;
     for (const Col& c : columns_of(kind, lists)) {
-        // Lists the practice extends from the grid (companies, misc. expenses) are left to
-        // the masters of the database the document comes from.
-        if (c.combo.empty() || std::string_view(c.key) == kItemKey ||
-            std::string_view(c.key) == kUserReserveKey || c.combo.rfind(kNewItem, 0) == 0)
+        // Lists the practice extends from the grid (companies, misc. expenses) hold this
+        // database's items: an id none of them has points nowhere.
+        if (c.combo.empty() || std::string_view(c.key) == kItemKey || std::string_view(c.key) == kUserReserveKey)
             continue;
         // A reserve is one of the fixed ones or one the practice added.
         const std::string& list = std::string_view(c.key) == "resv_id" ? lists.reserves : c.combo;
