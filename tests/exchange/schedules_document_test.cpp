@@ -114,7 +114,7 @@ TEST_P(SchedulesDocument, ARefusedRowNamesTableRowAndFieldAndNothingIsWritten) {
         {"an amount beyond fifteen digits", "BANK_", R"([{"CASH":1e308}])",
          "BANK_ row 1, field CASH: has more than 15 digits before the point"},
         {"a misc. expense of no master item", "MiscExpAsst_", R"([{"srno":1,"ExpID":99,"OpBal":10,"Amount":1}])",
-         "MiscExpAsst_ row 1: 'Specify Item' has no entry 99 (field ExpID)"},
+         "MiscExpAsst_ row 1: 'Particulars' has no entry 99 (field ExpID)"},
         {"no such kind of share", "SHARE_", R"([{"four_id":1,"ref_ep":"X","no_share":10,"RS_SHARE":10}])",
          "SHARE_ row 1: 'Type of Share' has no entry X (field ref_ep)"},
     };
