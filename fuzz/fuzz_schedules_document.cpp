@@ -40,6 +40,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             return true;
         });
     // Refused: nothing was written.
-    if (!result.errors.empty() && brenlow::exchange::export_schedules(db, "FUZZ", 2025) != before) std::abort();
+    if (!result.errors.empty() && brenlow::exchange::export_schedules(db, "FUZZ", 2025) != before)
+        std::abort();
     return 0;
 }

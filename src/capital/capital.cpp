@@ -120,7 +120,8 @@ void capital::ensure_fixed_particulars() {
             *id = store::ledger_insert(db, store::Ledger::capital, name);
         } catch (const std::exception& e) {
             c_.log.log(e);
-            ui_.info(std::string("Failed to Create Master [") + name + "]" + store::failure_reason(db.backend(), e));
+            ui_.info(std::string("Failed to Create Master [") + name + "]" +
+                     store::failure_reason(db.backend(), e));
         }
     }
 }
@@ -569,7 +570,8 @@ void capital::vsLM_New() {
             id = added.id;
         } catch (const std::exception& e) {
             c_.log.log(e);
-            ui_.info("Failed to Create New Particulars Master [" + name + "]" + store::failure_reason(db.backend(), e));
+            ui_.info("Failed to Create New Particulars Master [" + name + "]" +
+                     store::failure_reason(db.backend(), e));
             return;
         }
         load_particulars();

@@ -37,7 +37,8 @@ std::optional<std::string> amount_fault(double amount) {
 }
 
 std::optional<std::string> ratio_fault(double percentage) {
-    if (!std::isfinite(percentage) || percentage < 0 || percentage > 100) return "Profit (%) must be from 0 to 100.";
+    if (!std::isfinite(percentage) || percentage < 0 || percentage > 100)
+        return "Profit (%) must be from 0 to 100.";
     return std::nullopt;
 }
 

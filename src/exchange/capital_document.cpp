@@ -5,8 +5,8 @@
 #include <stdexcept>
 
 #include "capital/capital_rules.h"
-#include "exchange/document_checks.h"
 #include "controls/number_format.h"
+#include "exchange/document_checks.h"
 #include "store/capital_store.h"
 #include "store/client_store.h"
 #include "store/text_limits.h"
@@ -79,8 +79,9 @@ std::vector<store::RatioRow> read_ratios(const Json& rows, const std::vector<sto
             row.name = capital::other_partner_name(code);
             if (row.name.empty()) r.fail("code", "Please Specify Partner.");
         } else {
-            const auto p = std::find_if(listed.begin(), listed.end(),
-                                        [&](const store::ListedPartner& l) { return std::to_string(l.code) == code; });
+            const auto p = std::find_if(listed.begin(), listed.end(), [&](const store::ListedPartner& l) {
+                return std::to_string(l.code) == code;
+            });
             if (p == listed.end()) {
                 r.fail("code", "the client has no partner " + code);
             } else {
@@ -97,7 +98,8 @@ std::vector<store::RatioRow> read_ratios(const Json& rows, const std::vector<sto
         out.push_back(row);
     }
     if (errors.size() == before && !out.empty() && !capital::ratios_whole(total))
-        errors.push_back("ratios: Total Profit (%) should be 100%. (" + capital::ratio_total_text(total) + ")");
+        errors.push_back("ratios: Total Profit (%) should be 100%. (" + capital::ratio_total_text(total) +
+                         ")");
     return out;
 }
 
@@ -118,8 +120,8 @@ CapitalImportResult import_capital(store::Database& db, const std::string& code,
     std::vector<std::string> partners;
     for (const auto& p : listed) partners.push_back(std::to_string(p.code));
 
-    static const std::vector<std::string> known = {"code", "srno", "actyp", "nid", "PARTICULAR_ID", "Particular",
-                                                   "AMT"};
+    static const std::vector<std::string> known = {"code",          "srno",       "actyp", "nid",
+                                                   "PARTICULAR_ID", "Particular", "AMT"};
     struct Pending {
         store::CapitalLine line;
         std::string particular;

@@ -60,7 +60,8 @@ std::string shown(const DocumentJson& value) {
     return t.size() > 60 ? t.substr(0, 57) + "..." : t;
 }
 
-bool check_document_shape(const DocumentJson& doc, const DocumentShape& shape, std::vector<std::string>& errors) {
+bool check_document_shape(const DocumentJson& doc, const DocumentShape& shape,
+                          std::vector<std::string>& errors) {
     const std::string kind = shape.kind;
     const std::string format = shape.format;
     const auto f = doc.is_object() ? doc.find("format") : doc.end();
@@ -70,7 +71,8 @@ bool check_document_shape(const DocumentJson& doc, const DocumentShape& shape, s
     }
     const auto v = doc.find("version");
     if (v == doc.end() || !v->is_number_integer() || *v != shape.version) {
-        errors.push_back("The " + kind + " document is of a version this program does not read: \"version\" must be " +
+        errors.push_back("The " + kind +
+                         " document is of a version this program does not read: \"version\" must be " +
                          std::to_string(shape.version) + ", not " + (v == doc.end() ? "missing" : shown(*v)));
         return false;
     }
@@ -83,14 +85,15 @@ bool check_document_shape(const DocumentJson& doc, const DocumentShape& shape, s
     all_tables.insert(all_tables.end(), shape.optional_tables.begin(), shape.optional_tables.end());
     std::vector<std::string> misspelt;
     for (const auto& [key, value] : doc.items()) {
-        if (key == "format" || key == "version" || key == "client" || key == "year" || listed(all_tables, key))
+        if (key == "format" || key == "version" || key == "client" || key == "year" ||
+            listed(all_tables, key))
             continue;
         std::string meant;
         for (const auto& t : all_tables)
             if (meant.empty() && !doc.contains(t) && looks_like(key, t)) meant = t;
         if (!meant.empty()) {
-            errors.push_back("The table \"" + key + "\" is not one of a " + kind + " document: is it " + meant +
-                             "?");
+            errors.push_back("The table \"" + key + "\" is not one of a " + kind + " document: is it " +
+                             meant + "?");
             misspelt.push_back(meant);
         } else {
             errors.push_back("The table \"" + key + "\" is not one of a " + kind + " document");

@@ -36,7 +36,8 @@ struct DocumentShape {
 // Checks the header ("format", "version", "client" and "year" when present) and the
 // keys: a missing table, a table under another name and an unknown key are refused.
 // Returns false (with lines in `errors`) when the document cannot be read further.
-bool check_document_shape(const DocumentJson& doc, const DocumentShape& shape, std::vector<std::string>& errors);
+bool check_document_shape(const DocumentJson& doc, const DocumentShape& shape,
+                          std::vector<std::string>& errors);
 
 // A short picture of a value for a message: at most 60 characters.
 std::string shown(const DocumentJson& value);

@@ -48,11 +48,12 @@ void write_fixed_schedule(Json& doc, const store::FixedScheduleRows& rows) {
 
 store::FixedScheduleRows read_fixed_schedule(const Json& doc, std::vector<std::string>& errors) {
     static const std::vector<std::string> fixed_columns = {
-        "compit_id", "srno",  "ref_id", "PART_NM", "OP_BAL",      "op_bal_dep", "RATE_DEP", "method_id", "OTH_DEP",
-        "deptick",   "depamt", "CGrpId", "wdv",     "compit_rate", "IGrpId",     "trblock",  "AddDepRt"};
-    static const std::vector<std::string> fda_columns = {"srno", "ad_ded_id", "ref_id", "particular", "cost",
-                                                         "excr", "curdiff",   "grsub",  "AMT",        "ad_date",
-                                                         "dtpur", "dep",      "fulldep", "src",       "adddepapp"};
+        "compit_id", "srno",        "ref_id",  "PART_NM", "OP_BAL",  "op_bal_dep",
+        "RATE_DEP",  "method_id",   "OTH_DEP", "deptick", "depamt",  "CGrpId",
+        "wdv",       "compit_rate", "IGrpId",  "trblock", "AddDepRt"};
+    static const std::vector<std::string> fda_columns = {
+        "srno", "ad_ded_id", "ref_id", "particular", "cost",    "excr", "curdiff",  "grsub",
+        "AMT",  "ad_date",   "dtpur",  "dep",        "fulldep", "src",  "adddepapp"};
     store::FixedScheduleRows rows;
     const std::size_t before = errors.size();
     const auto table = [&](const char* name) -> const Json& {
@@ -117,10 +118,12 @@ store::FixedScheduleRows read_fixed_schedule(const Json& doc, std::vector<std::s
     return rows;
 }
 
-store::FixedScheduleRows read_fixed_schedule_document(const std::string& text, std::vector<std::string>& errors) {
+store::FixedScheduleRows read_fixed_schedule_document(const std::string& text,
+                                                      std::vector<std::string>& errors) {
     const auto doc = parse_document(text, errors);
     if (!doc) return {};
-    static const DocumentShape shape{"brenlow-fixed-schedule", "fixed-asset schedule", 1, {"FIXED_", "FDA_"}, {}};
+    static const DocumentShape shape{
+        "brenlow-fixed-schedule", "fixed-asset schedule", 1, {"FIXED_", "FDA_"}, {}};
     if (!check_document_shape(*doc, shape, errors)) return {};
     return read_fixed_schedule(*doc, errors);
 }

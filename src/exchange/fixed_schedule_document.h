@@ -24,6 +24,7 @@ store::FixedScheduleRows read_fixed_schedule(const nlohmann::ordered_json& doc,
                                              std::vector<std::string>& errors);
 // A whole fixed-asset schedule document ("format": "brenlow-fixed-schedule"), both
 // tables required.
-store::FixedScheduleRows read_fixed_schedule_document(const std::string& text, std::vector<std::string>& errors);
+store::FixedScheduleRows read_fixed_schedule_document(const std::string& text,
+                                                      std::vector<std::string>& errors);
 
 }  // namespace brenlow::exchange

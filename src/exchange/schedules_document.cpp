@@ -130,7 +130,8 @@ SchedulesImportResult import_schedules(store::Database& db, const std::string& c
     const auto parsed = parse_document(json, errors);
     if (!parsed) return result;
     const Json& doc = *parsed;
-    static const DocumentShape shape{"brenlow-schedules", "schedules", 1, store::schedule_stems(), {"FIXED_", "FDA_"}};
+    static const DocumentShape shape{
+        "brenlow-schedules", "schedules", 1, store::schedule_stems(), {"FIXED_", "FDA_"}};
     if (!check_document_shape(doc, shape, errors)) return result;
     const std::string suffix = suffix_of(db, code, year);
 

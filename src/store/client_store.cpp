@@ -118,9 +118,11 @@ CreatedYear create_client_year(Database& db, std::string_view typed_code, int ye
         }
         if (st < 1 || st > 4) st = 1;
         // The same client's year made meanwhile by another user: nothing to add.
-        if (db.query("select Count from master where code_no=" + q(code) + " and s_yr='" + s_yr + "'").empty()) {
+        if (db.query("select Count from master where code_no=" + q(code) + " and s_yr='" + s_yr + "'")
+                .empty()) {
             db.execute(
-                "insert into master (code_no, f_yr, s_yr, Count, tbl_nm, others, client_name, status) values (" +
+                "insert into master (code_no, f_yr, s_yr, Count, tbl_nm, others, client_name, status) values "
+                "(" +
                 q(code) + ",'0104" + std::to_string(year - 1) + "','" + s_yr + "'," + std::to_string(count) +
                 "," + q(suffix) + ",''," + q(client_name) + "," + std::to_string(st) + ")");
             db.flush_tables();

@@ -66,7 +66,8 @@ TEST_P(DatabaseUsers, AReaderIsToldInTheProgramsWordsWhyNothingWasSaved) {
         ASSERT_EQ(cli(words).code, 0) << words[0];
     const std::string reader = user_with("reader", "SELECT");
     const std::string refused = "The database user may only read: the server refused the change.";
-    auto r = as(reader, {"capital", "share", "--client", "FIRM", "--year", "2025", "--net-profit", "20", "--yes"});
+    auto r =
+        as(reader, {"capital", "share", "--client", "FIRM", "--year", "2025", "--net-profit", "20", "--yes"});
     EXPECT_EQ(r.code, 1);
     EXPECT_NE(r.err.find("brenlow capital: Nothing was saved. " + refused), std::string::npos) << r.err;
     r = as(reader, {"ledger", "add", "DRAWINGS", "--master", "capital"});

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-
 #include <nlohmann/json.hpp>
 
 #include "store/capital_store.h"
@@ -71,7 +70,8 @@ struct Refused {
 
 TEST_P(CapitalDocument, ADocumentThatIsNotWholeIsRefusedInTheProgramsWordsAndChangesNothing) {
     const std::vector<Refused> cases = {
-        {"no lines table", [](Json& d) { d.erase("CAPITAL_"); },
+        {"no lines table",
+         [](Json& d) { d.erase("CAPITAL_"); },
          {"The document has no table CAPITAL_ (an empty one is written [])"}},
         {"lines table misspelt",
          [](Json& d) {
@@ -79,14 +79,19 @@ TEST_P(CapitalDocument, ADocumentThatIsNotWholeIsRefusedInTheProgramsWordsAndCha
              d.erase("CAPITAL_");
          },
          {"The table \"CAPTIAL_\" is not one of a capital document: is it CAPITAL_?"}},
-        {"no ratios", [](Json& d) { d.erase("ratios"); },
+        {"no ratios",
+         [](Json& d) { d.erase("ratios"); },
          {"The document has no table ratios (an empty one is written [])"}},
-        {"an unknown key", [](Json& d) { d["notes"] = "x"; },
+        {"an unknown key",
+         [](Json& d) { d["notes"] = "x"; },
          {"The table \"notes\" is not one of a capital document"}},
-        {"lines not a list", [](Json& d) { d["CAPITAL_"] = 5; },
+        {"lines not a list",
+         [](Json& d) { d["CAPITAL_"] = 5; },
          {"CAPITAL_: a table is a list of rows, not 5"}},
-        {"version as text", [](Json& d) { d["version"] = "1"; },
-         {"The capital document is of a version this program does not read: \"version\" must be 1, not \"1\""}},
+        {"version as text",
+         [](Json& d) { d["version"] = "1"; },
+         {"The capital document is of a version this program does not read: \"version\" must be 1, not "
+          "\"1\""}},
         {"ratio above a hundred",
          [](Json& d) {
              d["ratios"][0]["rat"] = 150;
@@ -94,23 +99,32 @@ TEST_P(CapitalDocument, ADocumentThatIsNotWholeIsRefusedInTheProgramsWordsAndCha
          },
          {"ratios row 1, field rat: Profit (%) must be from 0 to 100.",
           "ratios row 2, field rat: Profit (%) must be from 0 to 100."}},
-        {"ratio beyond any number", [](Json& d) { d["ratios"][0]["rat"] = 1e308; },
+        {"ratio beyond any number",
+         [](Json& d) { d["ratios"][0]["rat"] = 1e308; },
          {"ratios row 1, field rat: Profit (%) must be from 0 to 100."}},
-        {"ratios short of a hundred", [](Json& d) { d["ratios"][0]["rat"] = 50; },
+        {"ratios short of a hundred",
+         [](Json& d) { d["ratios"][0]["rat"] = 50; },
          {"ratios: Total Profit (%) should be 100%. (Total Profit (%) = 90.00%)"}},
-        {"a partner twice", [](Json& d) { d["ratios"][1]["code"] = "1"; },
+        {"a partner twice",
+         [](Json& d) { d["ratios"][1]["code"] = "1"; },
          {"ratios row 2, field code: This Partner already exists."}},
-        {"a ratio of no partner", [](Json& d) { d["ratios"][1]["code"] = "7"; },
+        {"a ratio of no partner",
+         [](Json& d) { d["ratios"][1]["code"] = "7"; },
          {"ratios row 2, field code: the client has no partner 7"}},
-        {"a negative amount", [](Json& d) { d["CAPITAL_"][0]["AMT"] = -100; },
+        {"a negative amount",
+         [](Json& d) { d["CAPITAL_"][0]["AMT"] = -100; },
          {"CAPITAL_ row 1, field AMT: Amount cannot be negative."}},
-        {"an amount beyond fifteen digits", [](Json& d) { d["CAPITAL_"][1]["AMT"] = 1e308; },
+        {"an amount beyond fifteen digits",
+         [](Json& d) { d["CAPITAL_"][1]["AMT"] = 1e308; },
          {"CAPITAL_ row 2, field AMT: has more than 15 digits before the point"}},
-        {"a null amount", [](Json& d) { d["CAPITAL_"][1]["AMT"] = nullptr; },
+        {"a null amount",
+         [](Json& d) { d["CAPITAL_"][1]["AMT"] = nullptr; },
          {"CAPITAL_ row 2, field AMT: is null: it needs a number"}},
-        {"a side of text", [](Json& d) { d["CAPITAL_"][0]["nid"] = "CR"; },
+        {"a side of text",
+         [](Json& d) { d["CAPITAL_"][0]["nid"] = "CR"; },
          {"CAPITAL_ row 1, field nid: is not a number"}},
-        {"an unknown column", [](Json& d) { d["CAPITAL_"][0]["Colour"] = "red"; },
+        {"an unknown column",
+         [](Json& d) { d["CAPITAL_"][0]["Colour"] = "red"; },
          {"CAPITAL_ row 1, field Colour: is not a column of the table"}},
     };
     const std::string before = year_state();

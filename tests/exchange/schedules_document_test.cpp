@@ -97,7 +97,8 @@ TEST_P(SchedulesDocument, ARefusedRowNamesTableRowAndFieldAndNothingIsWritten) {
         {"unknown loan kind", "SECUR_", R"([{"loan_id":3,"DEB_OTH_ID":2,"head_id":1,"Amount":5}])",
          "SECUR_ row 1: field loan_id must be 1 (secured) or 2 (unsecured)"},
         {"text for a number", "BANK_", R"([{"CASH":"lots"}])", "BANK_ row 1, field CASH: is not a number"},
-        {"unknown column", "RESV_", R"([{"resv_id":4,"Colour":"red"}])", "RESV_ row 1, field Colour: is not a column of the table"},
+        {"unknown column", "RESV_", R"([{"resv_id":4,"Colour":"red"}])",
+         "RESV_ row 1, field Colour: is not a column of the table"},
         {"two bank rows", "BANK_", R"([{"CASH":1},{"CASH":2}])",
          "BANK_: a client has one row of it, the document 2"},
         // Ids the screen's lists would never offer.
@@ -113,14 +114,15 @@ TEST_P(SchedulesDocument, ARefusedRowNamesTableRowAndFieldAndNothingIsWritten) {
          "RESV_ row 1, field resv_id: is not a whole number"},
         {"an amount beyond fifteen digits", "BANK_", R"([{"CASH":1e308}])",
          "BANK_ row 1, field CASH: has more than 15 digits before the point"},
-        {"a misc. expense of no master item", "MiscExpAsst_", R"([{"srno":1,"ExpID":99,"OpBal":10,"Amount":1}])",
+        {"a misc. expense of no master item", "MiscExpAsst_",
+         R"([{"srno":1,"ExpID":99,"OpBal":10,"Amount":1}])",
          "MiscExpAsst_ row 1: 'Particulars' has no entry 99 (field ExpID)"},
         {"no such kind of share", "SHARE_", R"([{"four_id":1,"ref_ep":"X","no_share":10,"RS_SHARE":10}])",
          "SHARE_ row 1: 'Type of Share' has no entry X (field ref_ep)"},
     };
     for (const auto& c : cases) {
-        const std::string doc =
-            document_with({{"MiscExpAsst_", R"([{"srno":1,"ExpID":1,"OpBal":10,"Amount":1}])"}, {c.table, c.rows}});
+        const std::string doc = document_with(
+            {{"MiscExpAsst_", R"([{"srno":1,"ExpID":1,"OpBal":10,"Amount":1}])"}, {c.table, c.rows}});
         const auto r = import_schedules(db(), "ACME", 2025, doc, true);
         ASSERT_EQ(r.errors.size(), 1u) << c.name;
         EXPECT_EQ(r.errors[0], c.error) << c.name;
@@ -149,7 +151,8 @@ TEST_P(SchedulesDocument, ADocumentWithoutATableOrWithAnotherKeyIsRefusedAndWrit
         std::vector<std::string> errors;
     };
     const std::vector<Case> cases = {
-        {"no reserves", [](Json& d) { d.erase("RESV_"); },
+        {"no reserves",
+         [](Json& d) { d.erase("RESV_"); },
          {"The document has no table RESV_ (an empty one is written [])"}},
         {"reserves misspelt",
          [](Json& d) {
@@ -157,13 +160,18 @@ TEST_P(SchedulesDocument, ADocumentWithoutATableOrWithAnotherKeyIsRefusedAndWrit
              d.erase("RESV_");
          },
          {"The table \"RSEV_\" is not one of a schedules document: is it RESV_?"}},
-        {"an unknown key", [](Json& d) { d["notes"] = 1; },
+        {"an unknown key",
+         [](Json& d) { d["notes"] = 1; },
          {"The table \"notes\" is not one of a schedules document"}},
-        {"version as text", [](Json& d) { d["version"] = "1"; },
-         {"The schedules document is of a version this program does not read: \"version\" must be 1, not \"1\""}},
-        {"the fixed schedule without its additions", [](Json& d) { d["FIXED_"] = Json::array(); },
+        {"version as text",
+         [](Json& d) { d["version"] = "1"; },
+         {"The schedules document is of a version this program does not read: \"version\" must be 1, not "
+          "\"1\""}},
+        {"the fixed schedule without its additions",
+         [](Json& d) { d["FIXED_"] = Json::array(); },
          {"The document has no table FDA_ (an empty one is written [])"}},
-        {"the year as text", [](Json& d) { d["year"] = "2025"; },
+        {"the year as text",
+         [](Json& d) { d["year"] = "2025"; },
          {"\"year\" must be a year such as 2025, not \"2025\""}},
     };
     for (const auto& c : cases) {
@@ -185,13 +193,14 @@ TEST_P(SchedulesDocument, TheFixedScheduleIsSavedInTheSameGroupAsTheOtherTables)
     doc["FDA_"] = Json::array();
     // The fixed schedule's save writes its rows and then refuses: nothing of the
     // document stays, its own rows neither.
-    const auto r = import_schedules(db(), "ACME", 2025, doc.dump(), true,
-                                    [&](const store::FixedScheduleRows& rows, std::vector<std::string>& errors) {
-                                        store::FixedScheduleStore fixed(db(), "2025", "ACME");
-                                        fixed.replace_all_rows(rows);
-                                        errors.push_back("FIXED_: refused after writing");
-                                        return false;
-                                    });
+    const auto r =
+        import_schedules(db(), "ACME", 2025, doc.dump(), true,
+                         [&](const store::FixedScheduleRows& rows, std::vector<std::string>& errors) {
+                             store::FixedScheduleStore fixed(db(), "2025", "ACME");
+                             fixed.replace_all_rows(rows);
+                             errors.push_back("FIXED_: refused after writing");
+                             return false;
+                         });
     ASSERT_EQ(r.errors, std::vector<std::string>{"FIXED_: refused after writing"});
     EXPECT_EQ(export_schedules(db(), "ACME", 2025), before);
 }

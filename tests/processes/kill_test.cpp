@@ -110,23 +110,24 @@ TEST_P(Kills, ASchedulesImportWithTheFixedScheduleKilledLeavesEveryTableOldOrEve
                                  {"RATE_DEP", 15},
                                  {"method_id", 1}});
     files_.write("new.json", doc.dump());
-    run({"schedules", "import", files_.path("old.json"), "--client", "ACME", "--year", "2025", "--replace", "--yes"});
-    kill_at_random({"schedules", "import", files_.path("new.json"), "--client", "ACME", "--year", "2025", "--replace",
-                    "--yes"},
-                   {"schedules", "import", files_.path("old.json"), "--client", "ACME", "--year", "2025", "--replace",
-                    "--yes"});
+    run({"schedules", "import", files_.path("old.json"), "--client", "ACME", "--year", "2025", "--replace",
+         "--yes"});
+    kill_at_random({"schedules", "import", files_.path("new.json"), "--client", "ACME", "--year", "2025",
+                    "--replace", "--yes"},
+                   {"schedules", "import", files_.path("old.json"), "--client", "ACME", "--year", "2025",
+                    "--replace", "--yes"});
 }
 
 TEST_P(Kills, ARegisterImportKilledLeavesTheOldRegisterOrTheNewOne) {
     run({"init", "--client", "ACME", "--year", "2025", "--status", "3"});
-    run({"masters", "group", "add", "--client", "ACME", "--year", "2025", "--name", "LATHES", "--it-block", "3-15",
-         "--books-block", "-1", "--classification", "4.1", "--yes"});
-    const std::string group =
-        std::to_string(db().query("select SrNoFAGM from NewFAGM where Part='LATHES'").first("SrNoFAGM").as_int());
+    run({"masters", "group", "add", "--client", "ACME", "--year", "2025", "--name", "LATHES", "--it-block",
+         "3-15", "--books-block", "-1", "--classification", "4.1", "--yes"});
+    const std::string group = std::to_string(
+        db().query("select SrNoFAGM from NewFAGM where Part='LATHES'").first("SrNoFAGM").as_int());
     for (int i = 0; i < 3; ++i)
         run({"register", "add-addition", "--client", "ACME", "--year", "2025", "--group", group, "--part",
-             "LATHE " + std::to_string(i), "--put-date", "05/10/2024", "--acc-date", "05/10/2024", "--cost", "1000",
-             "--yes"});
+             "LATHE " + std::to_string(i), "--put-date", "05/10/2024", "--acc-date", "05/10/2024", "--cost",
+             "1000", "--yes"});
     run({"register", "export", files_.path("old.json"), "--client", "ACME", "--year", "2025"});
     Json doc = Json::parse(files_.read("old.json"));
     Json& additions = doc["NewFATRa"];
@@ -139,9 +140,10 @@ TEST_P(Kills, ARegisterImportKilledLeavesTheOldRegisterOrTheNewOne) {
         additions.push_back(row);
     }
     files_.write("new.json", doc.dump());
-    kill_at_random(
-        {"register", "import", files_.path("new.json"), "--client", "ACME", "--year", "2025", "--replace", "--yes"},
-        {"register", "import", files_.path("old.json"), "--client", "ACME", "--year", "2025", "--replace", "--yes"});
+    kill_at_random({"register", "import", files_.path("new.json"), "--client", "ACME", "--year", "2025",
+                    "--replace", "--yes"},
+                   {"register", "import", files_.path("old.json"), "--client", "ACME", "--year", "2025",
+                    "--replace", "--yes"});
 }
 
 BRENLOW_INSTANTIATE_BACKENDS(Kills);

@@ -70,7 +70,8 @@ std::map<std::string, std::string> database_state(store::Database& db) {
         std::string text;
         for (const auto& r : rows) text += r + '\n';
         std::string name = table;
-        std::transform(name.begin(), name.end(), name.begin(), [](unsigned char c) { return std::tolower(c); });
+        std::transform(name.begin(), name.end(), name.begin(),
+                       [](unsigned char c) { return std::tolower(c); });
         state[name] = std::move(text);
     }
     return state;

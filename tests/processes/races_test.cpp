@@ -85,14 +85,16 @@ TEST_P(Races, OneBlockNameAddedByEightAtOnceIsOneBlock) {
     for (int round = 1; round <= rounds_; ++round) {
         const std::string name = "PRESSES " + std::to_string(round);
         const std::vector<std::vector<std::string>> commands(
-            kProcesses, {"masters", "block", "add", "--client", "ACME", "--year", "2025", "--kind", "1", "--name", name});
+            kProcesses,
+            {"masters", "block", "add", "--client", "ACME", "--year", "2025", "--kind", "1", "--name", name});
         int added = 0;
         // The others are told "Duplicate Block Name.".
         for (const int code : run_together(url(), commands)) added += code == 0 ? 1 : 0;
         EXPECT_EQ(added, 1) << name;
         EXPECT_EQ(number("select count(*) as n from BlockGroup where GrpDesc='" + name + "'"), 1) << name;
     }
-    EXPECT_EQ(number("select count(distinct GrpId) as n from BlockGroup"), number("select count(*) as n from BlockGroup"));
+    EXPECT_EQ(number("select count(distinct GrpId) as n from BlockGroup"),
+              number("select count(*) as n from BlockGroup"));
     EXPECT_EQ(number("select max(GrpId) + 1 - min(GrpId) as n from BlockGroup"),
               number("select count(*) as n from BlockGroup"));
 }
@@ -103,8 +105,8 @@ TEST_P(Races, EightClientsOpenedInANewYearAtOnceShareOneYearNumber) {
         const long long before = number("select max(Count) as n from master");
         std::vector<std::vector<std::string>> commands;
         for (int p = 0; p < kProcesses; ++p)
-            commands.push_back({"init", "--client", "C" + std::to_string(round) + "X" + std::to_string(p), "--year",
-                                std::to_string(year), "--status", "3"});
+            commands.push_back({"init", "--client", "C" + std::to_string(round) + "X" + std::to_string(p),
+                                "--year", std::to_string(year), "--status", "3"});
         for (const int code : run_together(url(), commands)) EXPECT_EQ(code, 0) << year;
         const std::string s_yr = "'3103" + std::to_string(year) + "'";
         EXPECT_EQ(number("select count(*) as n from master where s_yr=" + s_yr), kProcesses) << year;
@@ -122,7 +124,8 @@ TEST_P(Races, TheScheduleMastersTakeOneRowForOneNameFromEightProcesses) {
          [](store::Database& d, const std::string& n) { store::find_or_add_company(d, n); }},
         {"MAST_MISCEXP", "EXP_NM", "Exp_ID",
          [](store::Database& d, const std::string& n) { store::find_or_add_misc_expense(d, n); }},
-        {"MAST_RESV", "RESV_NM", "resv_id", [](store::Database& d, const std::string& n) { store::add_reserve(d, n); }},
+        {"MAST_RESV", "RESV_NM", "resv_id",
+         [](store::Database& d, const std::string& n) { store::add_reserve(d, n); }},
     };
     for (const auto& [table, name_column, id, add] : masters) {
         for (int round = 1; round <= rounds_; ++round) {
@@ -144,7 +147,8 @@ TEST_P(Races, TheScheduleMastersTakeOneRowForOneNameFromEightProcesses) {
                 children.push_back(pid);
             }
             for (const pid_t c : children) EXPECT_EQ(wait_for(c), 0) << table;
-            EXPECT_EQ(number("select count(*) as n from " + table + " where " + name_column + "='" + name + "'"), 1)
+            EXPECT_EQ(
+                number("select count(*) as n from " + table + " where " + name_column + "='" + name + "'"), 1)
                 << table << " " << name;
         }
         expect_no_gap(table, id);

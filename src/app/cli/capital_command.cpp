@@ -97,10 +97,11 @@ int outcome(Context& ctx, const CapitalUi& ui, bool done, const frame::Component
         return 2;
     }
     if (!done && ui.messages() == 0 && component.log.logged() > 0) {
-        const std::string reason = store::failure_reason(ctx.base().dbobj().backend(), component.log.last_number(),
-                                                         component.log.last_error());
+        const std::string reason = store::failure_reason(
+            ctx.base().dbobj().backend(), component.log.last_number(), component.log.last_error());
         ctx.err << "brenlow capital: Nothing was saved."
-                << (reason.empty() ? " The failure is written in " + component.log.path() + "." : reason) << "\n";
+                << (reason.empty() ? " The failure is written in " + component.log.path() + "." : reason)
+                << "\n";
     }
     return done ? 0 : 1;
 }
