@@ -42,6 +42,7 @@ run_one() {
 }
 export -f run_one
 export build root scratch findings seconds
-printf '%s\n' dates numbers id_text_lists vtxt packed_rows register_document xls_reader xlsx_reader |
+printf '%s\n' dates numbers id_text_lists vtxt packed_rows register_document xls_reader xlsx_reader \
+    capital_document schedules_document |
     xargs -P"$(nproc)" -I{} bash -c 'run_one {}' || status=1
 exit $status

@@ -120,7 +120,8 @@ void capital::ensure_fixed_particulars() {
             *id = store::ledger_insert(db, store::Ledger::capital, name);
         } catch (const std::exception& e) {
             c_.log.log(e);
-            ui_.info(std::string("Failed to Create Master [") + name + "]");
+            ui_.info(std::string("Failed to Create Master [") + name + "]" +
+                     store::failure_reason(db.backend(), e));
         }
     }
 }
@@ -453,6 +454,11 @@ bool capital::cmdbackP_Click() {
             row.name = partner_name(code);
             row.code = row.other ? 0 : std::atol(code.c_str());
             row.rat = vsfR.value_matrix(r, kRRatio);
+            if (const auto fault = ratio_fault(row.rat)) {
+                vsfR_row_ = r;
+                ui_.info(*fault);
+                return;
+            }
             rows.push_back(row);
         }
         if (!ratios_whole(ratio_total())) {
@@ -556,10 +562,16 @@ void capital::vsLM_New() {
         }
         long id = 0;
         try {
-            id = store::ledger_insert(db, store::Ledger::capital, name);
+            const auto added = store::ledger_add(db, store::Ledger::capital, name);
+            if (!added.created) {
+                ui_.info("Particulars [" + name + "] alreay exists.");
+                return;
+            }
+            id = added.id;
         } catch (const std::exception& e) {
             c_.log.log(e);
-            ui_.info("Failed to Create New Particulars Master [" + name + "]");
+            ui_.info("Failed to Create New Particulars Master [" + name + "]" +
+                     store::failure_reason(db.backend(), e));
             return;
         }
         load_particulars();
@@ -637,6 +649,11 @@ bool capital::cmdsave_Click() {
             f.particular_id = static_cast<long>(vsfC.value_matrix(r, kCParticular));
             if (f.nid == 0 && f.particular_id == 0 && vsfC.value_matrix(r, kCAmount) == 0) continue;
             if (const auto fault = line_fault(f)) {
+                vsfC_row_ = r;
+                ui_.info(*fault);
+                return;
+            }
+            if (const auto fault = amount_fault(vsfC.value_matrix(r, kCAmount))) {
                 vsfC_row_ = r;
                 ui_.info(*fault);
                 return;

@@ -27,6 +27,21 @@ std::optional<std::string> line_fault(const LineFields& line) {
     return std::nullopt;
 }
 
+std::optional<std::string> amount_fault(double amount) {
+    // The most a typed amount keeps exactly: 15 digits before the point.
+    constexpr double largest = 999999999999999.0;
+    if (!std::isfinite(amount) || std::fabs(amount) > largest)
+        return "Amount cannot have more than 15 digits before the point.";
+    if (amount < 0) return "Amount cannot be negative.";
+    return std::nullopt;
+}
+
+std::optional<std::string> ratio_fault(double percentage) {
+    if (!std::isfinite(percentage) || percentage < 0 || percentage > 100)
+        return "Profit (%) must be from 0 to 100.";
+    return std::nullopt;
+}
+
 std::string ratio_total_text(double total) {
     return "Total Profit (%) = " + format_mask(total, "###0.00") + "%";
 }

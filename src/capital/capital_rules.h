@@ -42,7 +42,16 @@ struct LineFields {
 // Partner.", "Please Specify DR/CR.", "Please Specify Particulars."; nothing when whole.
 std::optional<std::string> line_fault(const LineFields& line);
 
+// The fault of a line's amount, nothing when it will do: "Amount cannot be
+// negative." (a loss is a debit of a positive amount) or "Amount cannot have more
+// than 15 digits before the point.".
+std::optional<std::string> amount_fault(double amount);
+
 // ---- Ratios --------------------------------------------------------------------------
+
+// The fault of one partner's ratio, nothing when it is a percentage from 0 to 100:
+// "Profit (%) must be from 0 to 100.".
+std::optional<std::string> ratio_fault(double percentage);
 
 // "Total Profit (%) = 100.00%"
 std::string ratio_total_text(double total);

@@ -138,24 +138,32 @@ bool frmcapledmas::cmdUpdate_Click() {
         }
         auto& db = c_.base->dbobj();
         if (mode_ == Mode::adding) {
-            if (const auto existing = store::ledger_find(db, ledger(), name)) {
+            auto use_existing = [&](long existing) {
                 if (ui_.ask_yes_no("Duplicate Particulars!!\nDo you want to use the existing Particulars?")) {
                     set_mode(Mode::browse);
-                    load_list(*existing);
+                    load_list(existing);
                     done = true;
                 }
+            };
+            if (const auto existing = store::ledger_find(db, ledger(), name)) {
+                use_existing(*existing);
                 return;
             }
-            long id = 0;
+            store::LedgerAdded added;
             try {
-                id = store::ledger_insert(db, ledger(), name);
+                // Looked for again under the lock: another user may have added it meanwhile.
+                added = store::ledger_add(db, ledger(), name);
             } catch (const std::exception& e) {
                 c_.log.log(e);
-                ui_.info("Failed to Create Master [" + name + "].");
+                ui_.info("Failed to Create Master [" + name + "]." + store::failure_reason(db.backend(), e));
+                return;
+            }
+            if (!added.created) {
+                use_existing(added.id);
                 return;
             }
             set_mode(Mode::browse);
-            load_list(id);
+            load_list(added.id);
             done = true;
             return;
         }

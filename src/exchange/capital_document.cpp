@@ -6,6 +6,7 @@
 
 #include "capital/capital_rules.h"
 #include "controls/number_format.h"
+#include "exchange/document_checks.h"
 #include "store/capital_store.h"
 #include "store/client_store.h"
 #include "store/text_limits.h"
@@ -21,11 +22,6 @@ store::ClientYear client_year(store::Database& db, const std::string& code, int 
     if (!cy)
         throw std::runtime_error("client " + code + " has no financial year ending " + std::to_string(year));
     return *cy;
-}
-
-std::string shown(const Json& v) {
-    std::string t = v.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
-    return t.size() > 60 ? t.substr(0, 57) + "..." : t;
 }
 
 }  // namespace
@@ -55,104 +51,133 @@ std::string export_capital(store::Database& db, const std::string& code, int yea
     return doc.dump(2) + "\n";
 }
 
+namespace {
+
+// The ratios a document carries, checked as the ratio screen checks them: each a
+// partner of the client (a listed one by code, one entered by hand by its code
+// "~~[OTHER]NAME"), none twice, each a percentage, and together 100.
+std::vector<store::RatioRow> read_ratios(const Json& rows, const std::vector<store::ListedPartner>& listed,
+                                         std::vector<std::string>& errors) {
+    static const std::vector<std::string> known = {"code", "name", "rat"};
+    std::vector<store::RatioRow> out;
+    std::vector<std::string> codes;
+    double total = 0;
+    const std::size_t before = errors.size();
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        RowFields r(rows[i], "ratios row " + std::to_string(i + 1), known, errors);
+        if (!r.is_row()) continue;
+        const std::string code = r.text("code", store::kNameChars);
+        r.text("name", store::kNameChars);
+        const double rat = r.number("rat");
+        if (!r.ok()) continue;
+        store::RatioRow row;
+        row.rat = rat;
+        if (code.empty()) {
+            r.fail("code", "Please Specify Partner.");
+        } else if (capital::is_other_partner(code)) {
+            row.other = true;
+            row.name = capital::other_partner_name(code);
+            if (row.name.empty()) r.fail("code", "Please Specify Partner.");
+        } else {
+            const auto p = std::find_if(listed.begin(), listed.end(), [&](const store::ListedPartner& l) {
+                return std::to_string(l.code) == code;
+            });
+            if (p == listed.end()) {
+                r.fail("code", "the client has no partner " + code);
+            } else {
+                row.code = p->code;
+                row.name = p->name;
+            }
+        }
+        if (r.ok() && std::find(codes.begin(), codes.end(), code) != codes.end())
+            r.fail("code", "This Partner already exists.");
+        if (const auto fault = capital::ratio_fault(rat)) r.fail("rat", *fault);
+        if (!r.ok()) continue;
+        codes.push_back(code);
+        total += rat;
+        out.push_back(row);
+    }
+    if (errors.size() == before && !out.empty() && !capital::ratios_whole(total))
+        errors.push_back("ratios: Total Profit (%) should be 100%. (" + capital::ratio_total_text(total) +
+                         ")");
+    return out;
+}
+
+}  // namespace
+
 CapitalImportResult import_capital(store::Database& db, const std::string& code, int year,
                                    const std::string& json) {
     CapitalImportResult result;
     auto& errors = result.errors;
     const auto cy = client_year(db, code, year);
-    Json doc;
-    try {
-        doc = Json::parse(json);
-    } catch (const std::exception& e) {
-        errors.push_back(std::string("not a JSON document: ") + e.what());
-        return result;
-    }
-    if (!doc.is_object() || doc.value("format", "") != "brenlow-capital") {
-        errors.push_back("not a capital document (\"format\": \"brenlow-capital\")");
-        return result;
-    }
-    const Json rows = doc.contains("CAPITAL_") ? doc["CAPITAL_"] : Json::array();
-    if (!rows.is_array()) {
-        errors.push_back("CAPITAL_: expected a list of rows, found " + shown(rows));
-        return result;
-    }
+    const auto parsed = parse_document(json, errors);
+    if (!parsed) return result;
+    const Json& doc = *parsed;
+    static const DocumentShape shape{"brenlow-capital", "capital", 1, {"ratios", "CAPITAL_"}, {}};
+    if (!check_document_shape(doc, shape, errors)) return result;
+    const auto listed = store::listed_partners(db, code);
+    const auto ratios = read_ratios(doc["ratios"], listed, errors);
     std::vector<std::string> partners;
-    for (const auto& p : store::listed_partners(db, code)) partners.push_back(std::to_string(p.code));
+    for (const auto& p : listed) partners.push_back(std::to_string(p.code));
 
+    static const std::vector<std::string> known = {"code",          "srno",       "actyp", "nid",
+                                                   "PARTICULAR_ID", "Particular", "AMT"};
     struct Pending {
         store::CapitalLine line;
         std::string particular;
     };
     std::vector<Pending> pending;
+    const Json& rows = doc["CAPITAL_"];
     for (std::size_t i = 0; i < rows.size(); ++i) {
-        const std::string where = "CAPITAL_ row " + std::to_string(i + 1);
-        const Json& r = rows[i];
-        const std::size_t before = errors.size();
-        if (!r.is_object()) {
-            errors.push_back(where + ": expected an object of columns, found " + shown(r));
-            continue;
-        }
-        auto text = [&](const char* name) -> std::string {
-            if (!r.contains(name) || r[name].is_null()) return {};
-            if (!r[name].is_string()) {
-                errors.push_back(where + ", field " + name + ": expected text, found " + shown(r[name]));
-                return {};
-            }
-            const std::string t = r[name].get<std::string>();
-            if (const auto fault = store::text_fault(t, store::kNameChars))
-                errors.push_back(where + ", field " + name + ": the text " + *fault);
-            return t;
-        };
-        auto number = [&](const char* name) -> double {
-            if (!r.contains(name) || r[name].is_null()) return 0;
-            if (!r[name].is_number()) {
-                errors.push_back(where + ", field " + name + ": expected a number, found " + shown(r[name]));
-                return 0;
-            }
-            return r[name].get<double>();
-        };
+        RowFields r(rows[i], "CAPITAL_ row " + std::to_string(i + 1), known, errors);
+        if (!r.is_row()) continue;
         Pending p;
-        p.line.code = text("code");
-        p.particular = text("Particular");
-        p.line.actyp = static_cast<int>(number("actyp"));
-        p.line.nid = static_cast<int>(number("nid"));
-        p.line.amt = number("AMT");
-        if (errors.size() != before) continue;
+        p.line.code = r.text("code", store::kNameChars);
+        p.particular = r.text("Particular", store::kNameChars);
+        r.whole("srno");
+        r.whole("PARTICULAR_ID");
+        p.line.actyp = static_cast<int>(r.whole("actyp"));
+        p.line.nid = static_cast<int>(r.whole("nid"));
+        p.line.amt = r.amount("AMT");
+        if (!r.ok()) continue;
         if (p.line.actyp != store::kCapitalAccount && p.line.actyp != store::kCurrentAccount) {
-            errors.push_back(where + ", field actyp: 0 (Capital A/c) or 1 (Current A/c), not " +
-                             shown(r["actyp"]));
+            r.fail("actyp", "0 (Capital A/c) or 1 (Current A/c), not " + std::to_string(p.line.actyp));
             continue;
         }
         if (!p.line.code.empty() && !capital::is_other_partner(p.line.code) &&
             std::find(partners.begin(), partners.end(), p.line.code) == partners.end()) {
-            errors.push_back(where + ", field code: the client has no partner " + p.line.code);
+            r.fail("code", "the client has no partner " + p.line.code);
             continue;
         }
         // The screen's own checks, in its order; a named particular stands for its id.
         const capital::LineFields fields{p.line.code, p.line.nid, p.particular.empty() ? 0L : 1L};
         if (const auto fault = capital::line_fault(fields)) {
-            errors.push_back(where + ": " + *fault);
+            r.fail("", *fault);
+            continue;
+        }
+        if (const auto fault = capital::amount_fault(p.line.amt)) {
+            r.fail("AMT", *fault);
             continue;
         }
         pending.push_back(p);
     }
     if (!errors.empty()) return result;
 
+    // The ratios, the particulars made and the lines: one group, whole or not at all.
     store::Transaction tx(db);
     std::vector<store::CapitalLine> lines;
     for (auto& p : pending) {
-        auto id = store::ledger_find(db, store::Ledger::capital, p.particular);
-        if (!id) {
-            id = store::ledger_insert(db, store::Ledger::capital, p.particular);
-            ++result.particulars_created;
-        }
-        p.line.particular_id = *id;
+        const auto added = store::ledger_add(db, store::Ledger::capital, p.particular);
+        if (added.created) ++result.particulars_created;
+        p.line.particular_id = added.id;
         p.line.srno = static_cast<int>(lines.size()) + 1;
         lines.push_back(p.line);
     }
+    store::rewrite_ratios(db, code, cy.count, ratios);
     store::rewrite_capital_lines(db, cy.tbl_nm, code, lines);
     tx.commit();
     result.lines = static_cast<int>(lines.size());
+    result.ratios = static_cast<int>(ratios.size());
     return result;
 }
 

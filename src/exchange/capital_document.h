@@ -1,17 +1,19 @@
 #pragma once
-// A client's capital accounts of one year as a JSON document: the year's ratios
-// (for reading; import leaves them alone) and every line of CAPITAL_, keyed by its
-// columns, with the particular's name beside its id.
+// A client's capital accounts of one year as a JSON document: the year's ratios and
+// every line of CAPITAL_, keyed by its columns, with the particular's name beside
+// its id.
 //
 //   { "format": "brenlow-capital", "version": 1, "client": "C001", "year": 2025,
 //     "ratios": [ {"code": "1", "name": "ANIL SHAH", "rat": 50}, ... ],
 //     "CAPITAL_": [ {"code": "1", "srno": 1, "actyp": 0, "nid": 2, "PARTICULAR_ID": 4,
 //                    "Particular": "OPENING BALANCE", "AMT": 1000}, ... ] }
 //
-// Import replaces the client's lines of the year as the screen's save does. Every
-// row is checked before anything is written: that it reads, that its partner is the
-// client's, then the screen's own checks of a line in their order. A particular is
-// found by its name (made when missing), never by the document's id.
+// Import replaces the client's ratios and lines of the year as the screen's saves do,
+// in one group. A document without either table, or with another key, is refused.
+// Every row is checked before anything is written: that it reads, that its partner
+// is the client's, then the screen's own checks of a ratio and of a line in their
+// order (a ratio a percentage, together 100; an amount from 0 to 15 digits). A
+// particular is found by its name (made when missing), never by the document's id.
 
 #include <string>
 #include <vector>
@@ -25,6 +27,7 @@ std::string export_capital(store::Database& db, const std::string& code, int yea
 struct CapitalImportResult {
     std::vector<std::string> errors;  // nothing was written when there are any
     int lines = 0;
+    int ratios = 0;
     int particulars_created = 0;
 };
 CapitalImportResult import_capital(store::Database& db, const std::string& code, int year,

@@ -1,56 +1,10 @@
 #include "exchange/fixed_schedule_document.h"
 
-#include "controls/vb_date.h"
+#include "exchange/document_checks.h"
+#include "store/text_limits.h"
 
 namespace brenlow::exchange {
-namespace {
-
 using Json = nlohmann::ordered_json;
-
-// Reads the fields of one row, noting the first fault of each field.
-class Fields {
-public:
-    Fields(const Json& row, std::string where, std::vector<std::string>& errors)
-        : row_(row), where_(std::move(where)), errors_(errors) {
-        if (!row_.is_object()) fail("", "a row is an object of columns");
-    }
-    double number(const char* name) {
-        if (!row_.is_object() || !row_.contains(name) || row_[name].is_null()) return 0;
-        if (!row_[name].is_number()) {
-            fail(name, "is not a number");
-            return 0;
-        }
-        return row_[name].get<double>();
-    }
-    long whole(const char* name) {
-        const double v = number(name);
-        if (v != static_cast<double>(static_cast<long>(v))) fail(name, "is not a whole number");
-        return static_cast<long>(v);
-    }
-    std::string text(const char* name) {
-        if (!row_.is_object() || !row_.contains(name) || row_[name].is_null()) return {};
-        if (!row_[name].is_string()) {
-            fail(name, "is not text");
-            return {};
-        }
-        return row_[name].get<std::string>();
-    }
-    std::string date(const char* name) {
-        const std::string t = text(name);
-        if (!t.empty() && !Date::parse(t)) fail(name, "\"" + t + "\" is not a date dd/mm/yyyy");
-        return t;
-    }
-    void fail(const std::string& field, const std::string& why) {
-        errors_.push_back(where_ + (field.empty() ? "" : ", field " + field) + ": " + why);
-    }
-
-private:
-    const Json& row_;
-    std::string where_;
-    std::vector<std::string>& errors_;
-};
-
-}  // namespace
 
 void write_fixed_schedule(Json& doc, const store::FixedScheduleRows& rows) {
     Json fixed = Json::array(), fda = Json::array();
@@ -93,68 +47,85 @@ void write_fixed_schedule(Json& doc, const store::FixedScheduleRows& rows) {
 }
 
 store::FixedScheduleRows read_fixed_schedule(const Json& doc, std::vector<std::string>& errors) {
+    static const std::vector<std::string> fixed_columns = {
+        "compit_id", "srno",        "ref_id",  "PART_NM", "OP_BAL",  "op_bal_dep",
+        "RATE_DEP",  "method_id",   "OTH_DEP", "deptick", "depamt",  "CGrpId",
+        "wdv",       "compit_rate", "IGrpId",  "trblock", "AddDepRt"};
+    static const std::vector<std::string> fda_columns = {
+        "srno", "ad_ded_id", "ref_id", "particular", "cost",    "excr", "curdiff",  "grsub",
+        "AMT",  "ad_date",   "dtpur",  "dep",        "fulldep", "src",  "adddepapp"};
     store::FixedScheduleRows rows;
     const std::size_t before = errors.size();
     const auto table = [&](const char* name) -> const Json& {
         static const Json empty = Json::array();
         if (!doc.contains(name)) return empty;
         if (!doc[name].is_array()) {
-            errors.push_back(std::string(name) + ": a table is a list of rows");
+            errors.push_back(std::string(name) + ": a table is a list of rows, not " + shown(doc[name]));
             return empty;
         }
         return doc[name];
     };
     const Json& fixed = table("FIXED_");
     for (std::size_t i = 0; i < fixed.size(); ++i) {
-        Fields r(fixed[i], "FIXED_ row " + std::to_string(i + 1), errors);
-        if (!fixed[i].is_object()) continue;
+        RowFields r(fixed[i], "FIXED_ row " + std::to_string(i + 1), fixed_columns, errors);
+        if (!r.is_row()) continue;
         store::FixedRow f;
         f.compit_id = r.whole("compit_id");
         f.srno = r.whole("srno");
         f.ref_id = r.whole("ref_id");
-        f.PART_NM = r.text("PART_NM");
-        f.OP_BAL = r.number("OP_BAL");
-        f.op_bal_dep = r.number("op_bal_dep");
-        f.RATE_DEP = r.number("RATE_DEP");
+        f.PART_NM = r.text("PART_NM", store::kNameChars);
+        f.OP_BAL = r.amount("OP_BAL");
+        f.op_bal_dep = r.amount("op_bal_dep");
+        f.RATE_DEP = r.amount("RATE_DEP");
         f.method_id = r.whole("method_id");
         if (f.method_id < 0 || f.method_id > 4) r.fail("method_id", "is not a method 1 to 4");
-        f.OTH_DEP = r.number("OTH_DEP");
+        f.OTH_DEP = r.amount("OTH_DEP");
         f.deptick = r.whole("deptick");
-        f.depamt = r.number("depamt");
+        f.depamt = r.amount("depamt");
         f.CGrpId = r.whole("CGrpId");
-        f.wdv = r.number("wdv");
-        f.compit_rate = r.number("compit_rate");
+        f.wdv = r.amount("wdv");
+        f.compit_rate = r.amount("compit_rate");
         f.IGrpId = r.whole("IGrpId");
         f.trblock = r.whole("trblock");
-        f.AddDepRt = r.number("AddDepRt");
+        f.AddDepRt = r.amount("AddDepRt");
         rows.fixed.push_back(std::move(f));
     }
     const Json& fda = table("FDA_");
     for (std::size_t i = 0; i < fda.size(); ++i) {
-        Fields r(fda[i], "FDA_ row " + std::to_string(i + 1), errors);
-        if (!fda[i].is_object()) continue;
+        RowFields r(fda[i], "FDA_ row " + std::to_string(i + 1), fda_columns, errors);
+        if (!r.is_row()) continue;
         store::FdaRow a;
         a.srno = r.whole("srno");
         a.ad_ded_id = static_cast<int>(r.whole("ad_ded_id"));
         if (a.ad_ded_id != 1 && a.ad_ded_id != 2 && a.ad_ded_id != 3 && a.ad_ded_id != 100)
             r.fail("ad_ded_id", "is not 1 (addition), 2 (deduction), 3 (carried half) or 100 (marker)");
         a.ref_id = r.whole("ref_id");
-        a.particular = r.text("particular");
-        a.cost = r.number("cost");
-        a.excr = r.number("excr");
-        a.curdiff = r.number("curdiff");
-        a.grsub = r.number("grsub");
-        a.AMT = r.number("AMT");
+        a.particular = r.text("particular", store::kNameChars);
+        a.cost = r.amount("cost");
+        a.excr = r.amount("excr");
+        a.curdiff = r.amount("curdiff");
+        a.grsub = r.amount("grsub");
+        a.AMT = r.amount("AMT");
         a.ad_date = r.date("ad_date");
         a.dtpur = r.date("dtpur");
-        a.dep = r.number("dep");
+        a.dep = r.amount("dep");
         a.fulldep = r.whole("fulldep");
         a.src = r.whole("src");
-        a.adddepapp = r.text("adddepapp");
+        a.adddepapp = r.text("adddepapp", store::kCodeChars);
         rows.fda.push_back(std::move(a));
     }
     if (errors.size() != before) return {};
     return rows;
+}
+
+store::FixedScheduleRows read_fixed_schedule_document(const std::string& text,
+                                                      std::vector<std::string>& errors) {
+    const auto doc = parse_document(text, errors);
+    if (!doc) return {};
+    static const DocumentShape shape{
+        "brenlow-fixed-schedule", "fixed-asset schedule", 1, {"FIXED_", "FDA_"}, {}};
+    if (!check_document_shape(*doc, shape, errors)) return {};
+    return read_fixed_schedule(*doc, errors);
 }
 
 }  // namespace brenlow::exchange

@@ -22,5 +22,9 @@ void write_fixed_schedule(nlohmann::ordered_json& doc, const store::FixedSchedul
 // Reads them back; `errors` gets one line per fault.
 store::FixedScheduleRows read_fixed_schedule(const nlohmann::ordered_json& doc,
                                              std::vector<std::string>& errors);
+// A whole fixed-asset schedule document ("format": "brenlow-fixed-schedule"), both
+// tables required.
+store::FixedScheduleRows read_fixed_schedule_document(const std::string& text,
+                                                      std::vector<std::string>& errors);
 
 }  // namespace brenlow::exchange

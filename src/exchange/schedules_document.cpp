@@ -3,6 +3,7 @@
 #include <cmath>
 #include <nlohmann/json.hpp>
 
+#include "exchange/document_checks.h"
 #include "exchange/fixed_schedule_document.h"
 #include "schedules/schedule_grids.h"
 #include "schedules/schedule_kinds.h"
@@ -39,11 +40,17 @@ std::string where(const std::string& stem, std::size_t index) {
     return stem + " row " + std::to_string(index + 1);
 }
 
+// Ids and serials are whole numbers (a reserve 4.5 is none).
+bool whole_column(const std::string& column) {
+    if (store::equals_case_blind(column, "srno")) return true;
+    return column.size() >= 2 && store::equals_case_blind(column.substr(column.size() - 2), "id");
+}
+
 // A document row as a table row: known columns only, of the right kind.
 std::optional<FieldRow> read_row(const std::string& stem, std::size_t index, const Json& j,
                                  std::vector<std::string>& errors) {
     if (!j.is_object()) {
-        errors.push_back(where(stem, index) + ": not an object");
+        errors.push_back(where(stem, index) + ": a row is an object of columns");
         return std::nullopt;
     }
     const auto& columns = store::schedule_columns(stem);
@@ -54,7 +61,7 @@ std::optional<FieldRow> read_row(const std::string& stem, std::size_t index, con
         for (const auto& c : columns)
             if (store::equals_case_blind(c, key)) column = c;
         if (column.empty() || column == "code_no") {
-            errors.push_back(where(stem, index) + ": unknown field " + key);
+            errors.push_back(where(stem, index) + ", field " + key + ": is not a column of the table");
             ok = false;
             continue;
         }
@@ -62,16 +69,23 @@ std::optional<FieldRow> read_row(const std::string& stem, std::size_t index, con
             row.set(column, Value());
         } else if (store::schedule_text_column(column)) {
             if (!value.is_string()) {
-                errors.push_back(where(stem, index) + ": field " + column + " must be text");
+                errors.push_back(where(stem, index) + ", field " + column + ": is not text");
                 ok = false;
                 continue;
             }
             row.set(column, Value(value.get<std::string>()));
         } else if (!value.is_number() || !std::isfinite(value.get<double>())) {
-            errors.push_back(where(stem, index) + ": field " + column + " must be a number");
+            errors.push_back(where(stem, index) + ", field " + column + ": is not a number");
+            ok = false;
+        } else if (const double v = value.get<double>(); whole_column(column) && v != std::floor(v)) {
+            errors.push_back(where(stem, index) + ", field " + column + ": is not a whole number");
+            ok = false;
+        } else if (std::fabs(v) > kLargestDocumentAmount) {
+            errors.push_back(where(stem, index) + ", field " + column +
+                             ": has more than 15 digits before the point");
             ok = false;
         } else {
-            row.set(column, Value(value.get<double>()));
+            row.set(column, Value(v));
         }
     }
     if (!ok) return std::nullopt;
@@ -113,39 +127,18 @@ SchedulesImportResult import_schedules(store::Database& db, const std::string& c
                                        const SaveFixedSchedule& save_fixed) {
     SchedulesImportResult result;
     auto& errors = result.errors;
-    Json doc;
-    try {
-        doc = Json::parse(json);
-    } catch (const std::exception& e) {
-        errors.push_back(std::string("not a JSON document: ") + e.what());
-        return result;
-    }
-    if (!doc.is_object() || doc.value("format", "") != "brenlow-schedules") {
-        errors.push_back("not a schedules document (format \"brenlow-schedules\")");
-        return result;
-    }
-    if (doc.value("version", 0) != 1) {
-        errors.push_back("unknown version of the schedules document");
-        return result;
-    }
-    for (const auto& [key, value] : doc.items()) {
-        if (key == "format" || key == "version" || key == "client" || key == "year" || key == "FIXED_" ||
-            key == "FDA_")
-            continue;
-        bool known = false;
-        for (const auto& s : store::schedule_stems()) known = known || s == key;
-        if (!known) errors.push_back("unknown table " + key);
-    }
+    const auto parsed = parse_document(json, errors);
+    if (!parsed) return result;
+    const Json& doc = *parsed;
+    static const DocumentShape shape{
+        "brenlow-schedules", "schedules", 1, store::schedule_stems(), {"FIXED_", "FDA_"}};
+    if (!check_document_shape(doc, shape, errors)) return result;
     const std::string suffix = suffix_of(db, code, year);
 
     std::vector<TableSave> saves;
     for (const auto& stem : store::schedule_stems()) {
         if (!doc.contains(stem)) continue;
         const Json& rows = doc[stem];
-        if (!rows.is_array()) {
-            errors.push_back(stem + ": not a list of rows");
-            continue;
-        }
         if ((stem == "SUNDEB_" || stem == "BANK_") && rows.size() > 1) {
             errors.push_back(stem + ": a client has one row of it, the document " +
                              std::to_string(rows.size()));
@@ -205,12 +198,16 @@ SchedulesImportResult import_schedules(store::Database& db, const std::string& c
             errors.push_back("FIXED_: the fixed-asset schedule is saved through its own screen");
     }
     if (!errors.empty()) return result;
+    if (has_fixed && save_fixed && !fixed.fixed.empty() && !replace &&
+        !store::FixedScheduleStore(db, suffix, code).particulars().empty()) {
+        errors.push_back("FIXED_: the client's year already has rows (use --replace to replace them)");
+        return result;
+    }
+
+    // Every table the document carries, the fixed-asset schedule included, in one
+    // group: whole or not at all, also when the program is stopped half-way.
+    store::Transaction tx(db);
     if (has_fixed && save_fixed && (!fixed.fixed.empty() || replace)) {
-        if (!fixed.fixed.empty() && !replace &&
-            store::FixedScheduleStore(db, suffix, code).particulars().size()) {
-            errors.push_back("FIXED_: the client's year already has rows (use --replace to replace them)");
-            return result;
-        }
         if (!save_fixed(fixed, errors)) {
             if (errors.empty()) errors.push_back("FIXED_: the fixed-asset schedule was not saved");
             return result;
@@ -220,8 +217,6 @@ SchedulesImportResult import_schedules(store::Database& db, const std::string& c
             result.rows += static_cast<int>(fixed.fixed.size() + fixed.fda.size());
         }
     }
-
-    store::Transaction tx(db);
     std::string last_stem;
     for (const auto& t : saves) {
         store::save_schedule(db, suffix, code, t.save);

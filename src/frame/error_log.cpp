@@ -58,6 +58,7 @@ void ErrorLog::log(long number, std::string_view description, std::string_view s
                    std::string_view detail) {
     ++logged_;
     last_error_ = std::string(description);
+    last_number_ = number;
     const fs::path file = path();
     std::error_code ec;
     fs::create_directories(file.parent_path(), ec);

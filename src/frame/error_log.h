@@ -37,6 +37,8 @@ public:
     int logged() const { return logged_; }
     // The description of the latest error logged ("" before the first).
     const std::string& last_error() const { return last_error_; }
+    // Its number (a database failure: the server's code).
+    long last_number() const { return last_number_; }
 
 private:
     std::string exe_path_;
@@ -44,6 +46,7 @@ private:
     int logged_ = 0;
     std::string last_error_;
     bool failure_said_ = false;
+    long last_number_ = 0;
 };
 
 // Runs one step of a handler: the context is set, a failure is logged and the

@@ -512,12 +512,22 @@ void frmNewFAGM::save() {
     const std::optional<long> except =
         mode_ == Mode::modifying ? std::optional<long>(g.SrNoFAGM) : std::nullopt;
     // Two groups of one name are allowed once the person confirms it.
-    if (store::asset_group_name_taken(db, year_, g.Part, except) &&
-        !ui_.ask_yes_no("Duplicate 'Asset Group' Name !\n\nContinue ?", MsgIcon::question, false))
-        return;
+    auto confirmed = [&] {
+        return ui_.ask_yes_no("Duplicate 'Asset Group' Name !\n\nContinue ?", MsgIcon::question, false);
+    };
+    const bool taken = store::asset_group_name_taken(db, year_, g.Part, except);
+    if (taken && !confirmed()) return;
     long serial = g.SrNoFAGM;
     if (mode_ == Mode::adding) {
-        serial = store::add_asset_group(db, g);
+        // Unconfirmed, the name is looked for again under the lock that takes the
+        // serial: another user may have added it meanwhile.
+        std::optional<long> added = taken ? std::optional<long>(store::add_asset_group(db, g))
+                                          : store::add_asset_group_of_new_name(db, g);
+        if (!added) {
+            if (!confirmed()) return;
+            added = store::add_asset_group(db, g);
+        }
+        serial = *added;
     } else {
         store::modify_asset_group(db, g);
     }

@@ -130,19 +130,22 @@ void frmblockM::save() {
         ui_.info("Please specify Under Block.");
         return;
     }
-    const long id = mode_ == Mode::adding ? store::next_block_id(db) : editing_id_;
-    // A block's own name is not a duplicate of itself.
-    const std::optional<long> except =
-        mode_ == Mode::modifying ? std::optional<long>(editing_id_) : std::nullopt;
-    if (store::block_name_taken(db, name, kind_, except)) {
-        ui_.info("Duplicate Block Name.");
-        return;
-    }
-    const store::Block block{id, name, kind_, nature};
+    long id = editing_id_;
     if (mode_ == Mode::adding) {
-        store::insert_block(db, block);
+        // The name is looked for and the id taken under one lock.
+        const auto added = store::add_block(db, name, kind_, nature);
+        if (!added) {
+            ui_.info("Duplicate Block Name.");
+            return;
+        }
+        id = *added;
     } else {
-        store::update_block(db, block);
+        // A block's own name is not a duplicate of itself.
+        if (store::block_name_taken(db, name, kind_, editing_id_)) {
+            ui_.info("Duplicate Block Name.");
+            return;
+        }
+        store::update_block(db, {id, name, kind_, nature});
     }
     // The screens that offer blocks reload their lists when they next come up.
     c_.masters_changed = true;

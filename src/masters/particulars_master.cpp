@@ -180,8 +180,7 @@ void frmfamaster::save() {
     p.books_block = static_cast<long>(field_number(Combo2.Id()));
     p.it_block = static_cast<long>(field_number(Combo3.Id()));
     if (mode_ == Mode::adding) {
-        p.id = store::next_particular_id(db, year_);
-        store::insert_particular(db, p);
+        p.id = store::add_particular(db, p);
     } else {
         // The row is replaced under its own id, so schedules keep pointing at it.
         p.id = editing_id_;

@@ -163,10 +163,12 @@ std::optional<UnknownChoice> unknown_choice(const SchedKind& kind, const SchedLi
     };
     std::vector<Choice> choices;
     for (const Col& c : columns_of(kind, lists)) {
-        // Lists the practice extends from the grid (companies, misc. expenses) are left to
-        // the masters of the database the document comes from.
+        // Lists the practice extends from the grid: the misc. expenses hold this
+        // database's items (an id none of them has points nowhere); the companies are
+        // left to the masters of the database the document comes from.
+        const bool extended = c.combo.rfind(kNewItem, 0) == 0;
         if (c.combo.empty() || std::string_view(c.key) == kItemKey ||
-            std::string_view(c.key) == kUserReserveKey || c.combo.rfind(kNewItem, 0) == 0)
+            std::string_view(c.key) == kUserReserveKey || (extended && std::string_view(c.key) != "ExpID"))
             continue;
         // A reserve is one of the fixed ones or one the practice added.
         const std::string& list = std::string_view(c.key) == "resv_id" ? lists.reserves : c.combo;

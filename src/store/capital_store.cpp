@@ -256,10 +256,11 @@ std::string ledger_name(Database& db, Ledger ledger, long id) {
         .as_text();
 }
 
-long ledger_insert(Database& db, Ledger ledger, std::string_view name) {
+LedgerAdded ledger_add(Database& db, Ledger ledger, std::string_view name) {
     const auto& m = ledger_table(ledger);
     check_text(std::string(m.table) + " new row", m.name, name, kNameChars);
     TableLock lock(db, m.table);
+    if (const auto found = ledger_find(db, ledger, name)) return {*found, false};
     const long id =
         static_cast<long>(db.query(std::string("select max(") + m.id + ") as cntr from " + m.table)
                               .first("cntr")
@@ -269,7 +270,11 @@ long ledger_insert(Database& db, Ledger ledger, std::string_view name) {
                "," + quoted(name) + ")");
     db.flush_tables();
     lock.release();
-    return id;
+    return {id, true};
+}
+
+long ledger_insert(Database& db, Ledger ledger, std::string_view name) {
+    return ledger_add(db, ledger, name).id;
 }
 
 void ledger_rename(Database& db, Ledger ledger, long id, std::string_view name) {

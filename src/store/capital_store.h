@@ -105,7 +105,16 @@ std::vector<LedgerParticular> ledger_particulars(Database& db, Ledger ledger);
 std::optional<long> ledger_find(Database& db, Ledger ledger, std::string_view name,
                                 std::optional<long> except = std::nullopt);
 std::string ledger_name(Database& db, Ledger ledger, long id);
-// A new particular with the largest id plus one, taken under the table lock.
+// A particular of that name: looked for and, when missing, inserted with the largest
+// id plus one, both under the master's lock, so two users adding one name at once
+// make one row. `created` is false when the name was there (perhaps just made by
+// another user).
+struct LedgerAdded {
+    long id = 0;
+    bool created = false;
+};
+LedgerAdded ledger_add(Database& db, Ledger ledger, std::string_view name);
+// The id of the particular of that name, made when missing (ledger_add's id).
 long ledger_insert(Database& db, Ledger ledger, std::string_view name);
 void ledger_rename(Database& db, Ledger ledger, long id, std::string_view name);
 void ledger_delete(Database& db, Ledger ledger, const std::vector<long>& ids);

@@ -92,8 +92,11 @@ CreatedYear create_client_year(Database& db, std::string_view typed_code, int ye
 
     auto current = find_client_year(db, code, year);
     if (!current) {
-        // The year's number and suffix are shared by every client of that year.
+        // The year's number and suffix are shared by every client of that year; a new
+        // year takes the largest number plus one. Read and written under the lock, so
+        // two users opening clients in a new year at once give it one number.
         const std::string s_yr = "3103" + std::to_string(year);
+        TableLock lock(db, "master");
         const auto same_year = db.query("select Count, tbl_nm from master where s_yr='" + s_yr + "'");
         int count = 0;
         std::string suffix;
@@ -114,14 +117,18 @@ CreatedYear create_client_year(Database& db, std::string_view typed_code, int ye
             if (!status) st = static_cast<int>(other.first("status").as_int());
         }
         if (st < 1 || st > 4) st = 1;
-        Transaction tx(db);
-        db.execute(
-            "insert into master (code_no, f_yr, s_yr, Count, tbl_nm, others, client_name, status) values (" +
-            q(code) + ",'0104" + std::to_string(year - 1) + "','" + s_yr + "'," + std::to_string(count) +
-            "," + q(suffix) + ",''," + q(client_name) + "," + std::to_string(st) + ")");
-        tx.commit();
-        db.flush_tables();
-        result.master_row_created = true;
+        // The same client's year made meanwhile by another user: nothing to add.
+        if (db.query("select Count from master where code_no=" + q(code) + " and s_yr='" + s_yr + "'")
+                .empty()) {
+            db.execute(
+                "insert into master (code_no, f_yr, s_yr, Count, tbl_nm, others, client_name, status) values "
+                "(" +
+                q(code) + ",'0104" + std::to_string(year - 1) + "','" + s_yr + "'," + std::to_string(count) +
+                "," + q(suffix) + ",''," + q(client_name) + "," + std::to_string(st) + ")");
+            db.flush_tables();
+            result.master_row_created = true;
+        }
+        lock.release();
     } else if (!name.empty() || status) {
         std::string sets;
         if (!name.empty()) sets += "client_name=" + q(name);
@@ -199,10 +206,12 @@ void set_setting(Database& db, std::string_view section, std::string_view key, s
 }
 
 long mast_part_id(Database& db, std::string_view name) {
-    const auto rs = db.query("select PartId from Mast_Part where UCASE(particular)=UCASE(" + q(name) + ")");
-    if (!rs.empty()) return static_cast<long>(rs.first("PartId").as_int());
+    const std::string find = "select PartId from Mast_Part where UCASE(particular)=UCASE(" + q(name) + ")";
+    if (const auto rs = db.query(find); !rs.empty()) return static_cast<long>(rs.first("PartId").as_int());
     check_text("Mast_Part new row", "particular", name, kNameChars);
     TableLock lock(db, "Mast_Part");
+    // Another user may have made it since the look above.
+    if (const auto rs = db.query(find); !rs.empty()) return static_cast<long>(rs.first("PartId").as_int());
     const long id =
         static_cast<long>(db.query("select max(PartId) as cntr from Mast_Part").first("cntr").as_int()) + 1;
     db.execute("insert into Mast_Part (PartId, particular) values (" + std::to_string(id) + "," + q(name) +

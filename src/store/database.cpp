@@ -117,4 +117,47 @@ std::string default_database_url() {
     return "sqlite:" + folder + "/tarrow/tarrow.db";
 }
 
+std::string failure_reason(Backend backend, const std::exception& failure) {
+    const auto* db_error = dynamic_cast<const DbError*>(&failure);
+    if (!db_error) return {};
+    return failure_reason(backend, db_error->code(), db_error->what());
+}
+
+std::string failure_reason(Backend backend, long code, std::string_view text) {
+    if (backend == Backend::mysql) {
+        switch (code) {
+            case 1044:  // no rights on the database
+            case 1142:  // no INSERT, UPDATE, DELETE, ... on the table
+            case 1143:  // no rights on a column
+            case 1227:  // no right for the operation
+                return " The database user may only read: the server refused the change.";
+            case 1036:  // the table is read only
+            case 1290:  // the server runs read only
+                return " The database is read only: the server refused the change.";
+            case 1021:  // the server's disk is full
+            case 1114:  // the table is full
+                return " The database server's disk is full.";
+            default:
+                break;
+        }
+    } else {
+        switch (code & 0xff) {
+            case 8:  // SQLITE_READONLY
+                return " The database file may only be read.";
+            case 13:  // SQLITE_FULL
+                return " The disk that holds the database is full.";
+            case 5:  // SQLITE_BUSY
+            case 6:  // SQLITE_LOCKED
+                return " Another user kept the database busy too long.";
+            case 10:  // SQLITE_IOERR
+                return " The database file could not be written.";
+            default:
+                break;
+        }
+    }
+    // The program's own refusals (a text too long, a lock waited for too long) say it.
+    if (code == 0 && !text.empty()) return " " + std::string(text);
+    return {};
+}
+
 }  // namespace brenlow::store

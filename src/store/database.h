@@ -163,6 +163,14 @@ std::unique_ptr<Database> open_database(const std::string& url);
 // ($XDG_DATA_HOME or ~/.local/share, then tarrow/tarrow.db).
 std::string default_database_url();
 
+// Why a write failed, in the program's own words, as a sentence to put after a
+// message that says what was not done (" The database user may not write to the
+// database."); "" when the failure is none the program can name.
+std::string failure_reason(Backend backend, const std::exception& failure);
+// The same from a failure's code and text as a log keeps them (code 0: the program's
+// own text).
+std::string failure_reason(Backend backend, long code, std::string_view text);
+
 // Rolls back in its destructor unless committed.
 class Transaction {
 public:

@@ -116,6 +116,17 @@ void update_block(Database& db, const Block& block) {
     db.flush_tables();
 }
 
+std::optional<long> add_block(Database& db, std::string_view name, int kind, int nature) {
+    check_text("BlockGroup new row", "GrpDesc", name, kNameChars);
+    // Two users adding one name at once: the second finds the first's row.
+    TableLock lock(db, "BlockGroup");
+    if (block_name_taken(db, name, kind, std::nullopt)) return std::nullopt;
+    const long id = next_block_id(db);
+    insert_block(db, {id, std::string(name), kind, nature});
+    lock.release();
+    return id;
+}
+
 bool block_used_by_particular(Database& db, int kind, long id) {
     const char* column = kind == kBooksBlock ? "ClBlock" : "ItBlock";
     return any_row(db, "Select * from FAPart_Master Where " + std::string(column) + "=" + num(id));
@@ -212,6 +223,15 @@ long add_asset_group(Database& db, const AssetGroupRow& g) {
     return serial;
 }
 
+std::optional<long> add_asset_group_of_new_name(Database& db, const AssetGroupRow& g) {
+    check_asset_group_texts("NewFAGM new row", g);
+    TableLock lock(db, "NewFAGM");
+    if (asset_group_name_taken(db, static_cast<int>(g.Yr), g.Part, std::nullopt)) return std::nullopt;
+    const long serial = insert_asset_group_locked(db, g);
+    lock.release();
+    return serial;
+}
+
 long find_or_add_asset_group(Database& db, int year, const AssetGroupRow& like) {
     TableLock lock(db, "NewFAGM");
     const auto found =
@@ -291,6 +311,15 @@ void insert_particular_row(Database& db, const Particular& p) {
 void insert_particular(Database& db, const Particular& p) {
     insert_particular_row(db, p);
     db.flush_tables();
+}
+
+long add_particular(Database& db, Particular p) {
+    TableLock lock(db, "FAPart_Master");
+    p.id = next_particular_id(db, p.year);
+    insert_particular_row(db, p);
+    db.flush_tables();
+    lock.release();
+    return p.id;
 }
 
 void replace_particular(Database& db, const Particular& p) {

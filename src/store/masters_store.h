@@ -31,12 +31,16 @@ struct Block {
 std::vector<Block> blocks_of_kind(Database& db, int kind);
 // The blocks of a kind as the choosers offer them, by name.
 std::vector<Block> blocks_of_kind_by_name(Database& db, int kind);
-// Largest GrpId plus one (taken without a lock, as the block master always has).
+// Largest GrpId plus one; inside a group, whose lock keeps it for the insert.
 long next_block_id(Database& db);
 // Another block of the same kind already carries this name; `except` leaves a block
 // out (the one being renamed).
 bool block_name_taken(Database& db, std::string_view name, int kind, std::optional<long> except);
 void insert_block(Database& db, const Block& block);
+// A new block: under the BlockGroup lock the name is looked for among the blocks of
+// its kind and, when free, the block takes the largest GrpId plus one. nullopt (and
+// nothing written) when another block of the kind carries the name.
+std::optional<long> add_block(Database& db, std::string_view name, int kind, int nature);
 // Renames the block and sets its nature.
 void update_block(Database& db, const Block& block);
 // A particular of any year refers to the block (ClBlock for kind 1, ItBlock for 2).
@@ -95,8 +99,12 @@ std::optional<AssetGroupRow> asset_group(Database& db, int year, long serial);
 // Another group of the year already carries this name.
 bool asset_group_name_taken(Database& db, int year, std::string_view name, std::optional<long> except);
 // Takes the next serial under the table lock and inserts the group into its year
-// (Yr); returns the serial.
+// (Yr); returns the serial. Another group of the same name is no hindrance (the
+// screen asked first).
 long add_asset_group(Database& db, const AssetGroupRow& group);
+// The same, but under the lock the year's groups are looked for the name first:
+// nullopt (and nothing written) when one carries it already.
+std::optional<long> add_asset_group_of_new_name(Database& db, const AssetGroupRow& group);
 // The group of `year` that matches `like` on Part, blocks, rates and life, added
 // under the same lock when missing (the carry-forward and the imports). Returns its
 // serial.
@@ -125,6 +133,9 @@ struct Particular {
 std::vector<Particular> particulars_of_year(Database& db, int year);
 long next_particular_id(Database& db, int year);
 void insert_particular(Database& db, const Particular& particular);
+// A new particular of its year: the largest PartId of the year plus one, taken and
+// written under the FAPart_Master lock. Returns the id.
+long add_particular(Database& db, Particular particular);
 // Removes the particular's row and writes it again under the same id.
 void replace_particular(Database& db, const Particular& particular);
 void delete_particular(Database& db, int year, long id);

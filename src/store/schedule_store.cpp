@@ -44,10 +44,11 @@ std::vector<IdName> id_names(Database& db, const std::string& sql, const char* i
 long find_or_add(Database& db, const std::string& find_sql, const char* id_column, const std::string& max_sql,
                  const std::string& table_name, const std::function<std::string(long)>& insert_sql,
                  std::string_view name) {
+    check_text(table_name + " new row", "name", name, kNameChars);
+    // Looked for under the lock: two users adding one name at once make one row.
+    TableLock lock(db, table_name);
     const auto found = db.query(find_sql);
     if (!found.empty()) return static_cast<long>(found.first(id_column).as_int());
-    check_text(table_name + " new row", "name", name, kNameChars);
-    TableLock lock(db, table_name);
     const long id = static_cast<long>(db.query(max_sql).first("cntr").as_int()) + 1;
     db.execute(insert_sql(id));
     db.flush_tables();
@@ -224,9 +225,9 @@ std::vector<IdName> reserves(Database& db) {
 }
 
 std::optional<long> add_reserve(Database& db, std::string_view name) {
-    if (!db.query("Select * from MAST_RESV where RESV_NM=" + q(name)).empty()) return std::nullopt;
     check_text("MAST_RESV new row", "RESV_NM", name, kNameChars);
     TableLock lock(db, "MAST_RESV");
+    if (!db.query("Select * from MAST_RESV where RESV_NM=" + q(name)).empty()) return std::nullopt;
     const long id = static_cast<long>(
                         db.query("Select max(resv_id) as maxcode from MAST_RESV").first("maxcode").as_int()) +
                     1;

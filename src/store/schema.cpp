@@ -283,7 +283,7 @@ std::vector<std::string> fix_client_code_columns(Database& db) {
         db.execute("ALTER TABLE " + table + " MODIFY " + column + " " + kClientMysql);
         fixed.push_back(table);
     }
-    if (!fixed.empty()) db.execute("Flush Tables");
+    if (!fixed.empty()) db.flush_tables();
     return fixed;
 }
 

@@ -27,7 +27,8 @@ protected:
         file_ = std::filesystem::temp_directory_path() /
                 ("brenlow-fixed-cli-" + std::to_string(::getpid()) + "-" +
                  std::to_string(GetParam() == store::Backend::mysql) + ".json");
-        std::ofstream(file_) << R"({"FIXED_":[{"PART_NM":"LATHES","OP_BAL":300000,"op_bal_dep":100000,
+        std::ofstream(file_) << R"({"format":"brenlow-fixed-schedule","version":1,
+            "FIXED_":[{"PART_NM":"LATHES","OP_BAL":300000,"op_bal_dep":100000,
             "RATE_DEP":15,"method_id":1,"CGrpId":11,"wdv":180000,"compit_rate":15,"IGrpId":21,"ref_id":1}],
             "FDA_":[{"srno":1,"ad_ded_id":1,"ref_id":1,"cost":50000,"ad_date":"15/06/2015",
             "dtpur":"15/06/2015"}]})";
@@ -84,7 +85,8 @@ TEST_P(FixedScheduleCli, TheSchedulesDocumentCarriesTheFixedAssetSchedule) {
     auto doc = nlohmann::ordered_json::parse(in);
     doc["format"] = "brenlow-schedules";
     doc["version"] = 1;
-    doc["RESV_"] = nlohmann::ordered_json::array();
+    for (const char* stem : {"SHARE_", "RESV_", "SECUR_", "INVEST_", "LOAN_ADV_", "MiscExpAsst_", "SUNDEB_"})
+        doc[stem] = nlohmann::ordered_json::array();
     doc["BANK_"] = nlohmann::ordered_json::parse(R"([{"CASH": 1500}])");
     std::ofstream(file_) << doc.dump();
     auto r = cli({"schedules", "import", file_.string(), "--client", "ACME", "--year", "2016"});
@@ -116,7 +118,8 @@ TEST_P(FixedScheduleCli, TheSchedulesDocumentCarriesTheFixedAssetSchedule) {
 
 TEST_P(FixedScheduleCli, BadInputIsNamedAndChangesNothing) {
     std::ofstream(file_)
-        << R"({"FIXED_":[{"PART_NM":"LATHES","method_id":9}],"FDA_":[{"ad_date":"32/13/2015"}]})";
+        << R"({"format":"brenlow-fixed-schedule","version":1,
+              "FIXED_":[{"PART_NM":"LATHES","method_id":9}],"FDA_":[{"ad_date":"32/13/2015"}]})";
     auto r =
         cli({"schedules", "fixed", "import", file_.string(), "--client", "ACME", "--year", "2016", "--yes"});
     EXPECT_EQ(r.code, 1);

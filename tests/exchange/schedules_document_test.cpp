@@ -3,10 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <functional>
 #include <nlohmann/json.hpp>
 #include <sstream>
 
 #include "store/client_store.h"
+#include "store/fixed_schedule_store.h"
 #include "store/schedule_store.h"
 #include "support/test_databases.h"
 
@@ -66,6 +68,14 @@ TEST_P(SchedulesDocument, AYearWithEverySchedulesRoundTripsUnchanged) {
         db().query("select * from SHARE_2025 where code_no='COPY' and sam=25000").first("srno").is_null());
 }
 
+// A whole document: every schedule table, empty but for the ones given.
+std::string document_with(const std::vector<std::pair<std::string, std::string>>& tables) {
+    Json doc = {{"format", "brenlow-schedules"}, {"version", 1}};
+    for (const auto& stem : store::schedule_stems()) doc[stem] = Json::array();
+    for (const auto& [stem, rows] : tables) doc[stem] = Json::parse(rows);
+    return doc.dump();
+}
+
 struct Refused {
     const char* name;
     const char* table;
@@ -86,8 +96,9 @@ TEST_P(SchedulesDocument, ARefusedRowNamesTableRowAndFieldAndNothingIsWritten) {
          "INVEST_ row 1: Each field is required (field comp_id)"},
         {"unknown loan kind", "SECUR_", R"([{"loan_id":3,"DEB_OTH_ID":2,"head_id":1,"Amount":5}])",
          "SECUR_ row 1: field loan_id must be 1 (secured) or 2 (unsecured)"},
-        {"text for a number", "BANK_", R"([{"CASH":"lots"}])", "BANK_ row 1: field CASH must be a number"},
-        {"unknown column", "RESV_", R"([{"resv_id":4,"Colour":"red"}])", "RESV_ row 1: unknown field Colour"},
+        {"text for a number", "BANK_", R"([{"CASH":"lots"}])", "BANK_ row 1, field CASH: is not a number"},
+        {"unknown column", "RESV_", R"([{"resv_id":4,"Colour":"red"}])",
+         "RESV_ row 1, field Colour: is not a column of the table"},
         {"two bank rows", "BANK_", R"([{"CASH":1},{"CASH":2}])",
          "BANK_: a client has one row of it, the document 2"},
         // Ids the screen's lists would never offer.
@@ -98,13 +109,20 @@ TEST_P(SchedulesDocument, ARefusedRowNamesTableRowAndFieldAndNothingIsWritten) {
          "SECUR_ row 1: 'Specify Item' has no entry 999 (field head_id)"},
         {"no such type of investment", "INVEST_", R"([{"INVEST_ID":77,"Amount":5}])",
          "INVEST_ row 1: Please specify a item (field INVEST_ID)"},
+        // The limits of a typed entry.
+        {"a reserve between two", "RESV_", R"([{"srno":1,"resv_id":4.5,"OP_BL":1}])",
+         "RESV_ row 1, field resv_id: is not a whole number"},
+        {"an amount beyond fifteen digits", "BANK_", R"([{"CASH":1e308}])",
+         "BANK_ row 1, field CASH: has more than 15 digits before the point"},
+        {"a misc. expense of no master item", "MiscExpAsst_",
+         R"([{"srno":1,"ExpID":99,"OpBal":10,"Amount":1}])",
+         "MiscExpAsst_ row 1: 'Particulars' has no entry 99 (field ExpID)"},
         {"no such kind of share", "SHARE_", R"([{"four_id":1,"ref_ep":"X","no_share":10,"RS_SHARE":10}])",
          "SHARE_ row 1: 'Type of Share' has no entry X (field ref_ep)"},
     };
     for (const auto& c : cases) {
-        const std::string doc = std::string(R"({"format":"brenlow-schedules","version":1,"MiscExpAsst_":[)"
-                                            R"({"srno":1,"ExpID":1,"OpBal":10,"Amount":1}],")") +
-                                c.table + "\":" + c.rows + "}";
+        const std::string doc = document_with(
+            {{"MiscExpAsst_", R"([{"srno":1,"ExpID":1,"OpBal":10,"Amount":1}])"}, {c.table, c.rows}});
         const auto r = import_schedules(db(), "ACME", 2025, doc, true);
         ASSERT_EQ(r.errors.size(), 1u) << c.name;
         EXPECT_EQ(r.errors[0], c.error) << c.name;
@@ -114,14 +132,77 @@ TEST_P(SchedulesDocument, ARefusedRowNamesTableRowAndFieldAndNothingIsWritten) {
 }
 
 TEST_P(SchedulesDocument, ATableWithRowsNeedsReplace) {
-    const std::string doc =
-        R"({"format":"brenlow-schedules","version":1,"RESV_":[{"srno":1,"resv_id":4,"OP_BL":1}]})";
+    const std::string doc = document_with({{"RESV_", R"([{"srno":1,"resv_id":4,"OP_BL":1}])"}});
     ASSERT_TRUE(import_schedules(db(), "ACME", 2025, doc, false).errors.empty());
     const auto again = import_schedules(db(), "ACME", 2025, doc, false);
     ASSERT_EQ(again.errors.size(), 1u);
     EXPECT_EQ(again.errors[0], "RESV_: the client's year already has rows (use --replace to replace them)");
     EXPECT_TRUE(import_schedules(db(), "ACME", 2025, doc, true).errors.empty());
     EXPECT_EQ(count("RESV_", "ACME"), 1);
+}
+
+TEST_P(SchedulesDocument, ADocumentWithoutATableOrWithAnotherKeyIsRefusedAndWritesNothing) {
+    ASSERT_TRUE(import_schedules(db(), "ACME", 2025, year_document(), false).errors.empty());
+    const std::string before = export_schedules(db(), "ACME", 2025);
+    Json whole = Json::parse(year_document());
+    struct Case {
+        const char* name;
+        std::function<void(Json&)> change;
+        std::vector<std::string> errors;
+    };
+    const std::vector<Case> cases = {
+        {"no reserves",
+         [](Json& d) { d.erase("RESV_"); },
+         {"The document has no table RESV_ (an empty one is written [])"}},
+        {"reserves misspelt",
+         [](Json& d) {
+             d["RSEV_"] = d["RESV_"];
+             d.erase("RESV_");
+         },
+         {"The table \"RSEV_\" is not one of a schedules document: is it RESV_?"}},
+        {"an unknown key",
+         [](Json& d) { d["notes"] = 1; },
+         {"The table \"notes\" is not one of a schedules document"}},
+        {"version as text",
+         [](Json& d) { d["version"] = "1"; },
+         {"The schedules document is of a version this program does not read: \"version\" must be 1, not "
+          "\"1\""}},
+        {"the fixed schedule without its additions",
+         [](Json& d) { d["FIXED_"] = Json::array(); },
+         {"The document has no table FDA_ (an empty one is written [])"}},
+        {"the year as text",
+         [](Json& d) { d["year"] = "2025"; },
+         {"\"year\" must be a year such as 2025, not \"2025\""}},
+    };
+    for (const auto& c : cases) {
+        Json doc = whole;
+        doc["BANK_"][0]["CASH"] = 1;  // what would change, were it imported
+        c.change(doc);
+        const auto r = import_schedules(db(), "ACME", 2025, doc.dump(), true);
+        EXPECT_EQ(r.errors, c.errors) << c.name;
+        EXPECT_EQ(export_schedules(db(), "ACME", 2025), before) << c.name;
+    }
+}
+
+TEST_P(SchedulesDocument, TheFixedScheduleIsSavedInTheSameGroupAsTheOtherTables) {
+    ASSERT_TRUE(import_schedules(db(), "ACME", 2025, year_document(), false).errors.empty());
+    const std::string before = export_schedules(db(), "ACME", 2025);
+    Json doc = Json::parse(year_document());
+    doc["BANK_"][0]["CASH"] = 1;
+    doc["FIXED_"] = Json::parse(R"([{"PART_NM":"LATHES","OP_BAL":300000,"method_id":1,"RATE_DEP":15}])");
+    doc["FDA_"] = Json::array();
+    // The fixed schedule's save writes its rows and then refuses: nothing of the
+    // document stays, its own rows neither.
+    const auto r =
+        import_schedules(db(), "ACME", 2025, doc.dump(), true,
+                         [&](const store::FixedScheduleRows& rows, std::vector<std::string>& errors) {
+                             store::FixedScheduleStore fixed(db(), "2025", "ACME");
+                             fixed.replace_all_rows(rows);
+                             errors.push_back("FIXED_: refused after writing");
+                             return false;
+                         });
+    ASSERT_EQ(r.errors, std::vector<std::string>{"FIXED_: refused after writing"});
+    EXPECT_EQ(export_schedules(db(), "ACME", 2025), before);
 }
 
 BRENLOW_INSTANTIATE_BACKENDS(SchedulesDocument);

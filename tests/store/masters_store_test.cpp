@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <thread>
+
 #include "store/client_store.h"
 #include "store/schema.h"
 #include "support/test_databases.h"
@@ -40,11 +42,24 @@ TEST_P(MastersStore, GroupSerialsRunOverAllYearsAndDeletingOneYearsGroupLeavesTh
     const long b = add_asset_group(db(), group(2026, "PLANT"));
     EXPECT_EQ(a, 1);
     EXPECT_EQ(b, 2);
-    // The lock is gone once the group is in: another user can take the next one.
+    // Another user adds the same name while this one holds the lock: the name is
+    // looked for under the lock, so the other finds it taken and writes nothing.
     auto other = temp().open_another();
-    EXPECT_EQ(add_asset_group(*other, group(2026, "DIES")), 3);
+    std::optional<long> others;
+    {
+        Transaction tx(db());
+        std::thread user([&] { others = add_asset_group_of_new_name(*other, group(2026, "DIES")); });
+        const auto mine = add_asset_group_of_new_name(db(), group(2026, "DIES"));
+        tx.commit();
+        user.join();
+        EXPECT_EQ(mine, 3);
+    }
+    EXPECT_EQ(others, std::nullopt);
+    // The lock is gone once the group is in: another user takes the next serial.
+    EXPECT_EQ(add_asset_group(*other, group(2026, "DIES")), 4);
+    EXPECT_EQ(count("NewFAGM where Part='DIES'"), 2);
     delete_asset_group(db(), 2025, a);
-    EXPECT_EQ(count("NewFAGM"), 2);
+    EXPECT_EQ(count("NewFAGM"), 3);
     EXPECT_FALSE(asset_group(db(), 2025, a));
     const auto kept = asset_group(db(), 2026, b);
     ASSERT_TRUE(kept);

@@ -39,8 +39,8 @@ constexpr const char* kHelp =
     "  share     divides the year's net profit (the year's result less its tax, or --net-profit N)\n"
     "            by the ratios into each partner's \"PROFIT SHARE (00711)\" line and saves the\n"
     "            schedule: a profit is credited, a loss debited; the last partner takes the remainder\n"
-    "  export    the year's lines (and its ratios, for reading) as a JSON document\n"
-    "  import    replaces the year's lines with a document's, every row checked first\n"
+    "  export    the year's ratios and lines as a JSON document\n"
+    "  import    replaces the year's ratios and lines with a document's, every row checked first\n"
     "  result    records the year's result as the final accounts do: its items and its tax\n"
     "  partners  lists the client's partners (owner1), or adds one\n"
     "A question the options do not answer stops the command (exit code 2); --yes answers Yes.\n";
@@ -90,10 +90,18 @@ frame::Component component_of(Context& ctx) {
 
 // How the command ends after the screen's event: 2 at an unanswered question, 1
 // after a refusal, else 0.
-int outcome(Context& ctx, const CapitalUi& ui, bool done) {
+// A failure the screen only logged is said too, in the program's own words.
+int outcome(Context& ctx, const CapitalUi& ui, bool done, const frame::Component& component) {
     if (ui.unanswered()) {
         ctx.err << "brenlow: stopped at the question: " << *ui.unanswered() << " (--yes answers Yes)\n";
         return 2;
+    }
+    if (!done && ui.messages() == 0 && component.log.logged() > 0) {
+        const std::string reason = store::failure_reason(
+            ctx.base().dbobj().backend(), component.log.last_number(), component.log.last_error());
+        ctx.err << "brenlow capital: Nothing was saved."
+                << (reason.empty() ? " The failure is written in " + component.log.path() + "." : reason)
+                << "\n";
     }
     return done ? 0 : 1;
 }
@@ -182,7 +190,7 @@ int ratios(Context& ctx, const std::vector<std::string>& args) {
     CapitalUi ui(ctx.err, opt.has("yes"));
     capital::capital s(component, ui);
     s.Form_Load();
-    if (ui.unanswered()) return outcome(ctx, ui, false);
+    if (ui.unanswered()) return outcome(ctx, ui, false, component);
     s.cmdProfitDet_Click();
     while (s.vsfR.data_rows() > 0) s.vsfR.remove_item(s.vsfR.fixed_rows());
     const auto listed = store::listed_partners(ctx.base().dbobj(), y.code);
@@ -210,7 +218,7 @@ int ratios(Context& ctx, const std::vector<std::string>& args) {
     ctx.err << s.lblTotal.Caption << "\n";
     const bool saved = s.cmdbackP_Click();
     if (saved) print_balances(ctx, s);
-    return outcome(ctx, ui, saved);
+    return outcome(ctx, ui, saved, component);
 }
 
 int share(Context& ctx, const std::vector<std::string>& args) {
@@ -226,20 +234,20 @@ int share(Context& ctx, const std::vector<std::string>& args) {
     CapitalUi ui(ctx.err, opt.has("yes"));
     capital::capital s(component, ui);
     s.Form_Load();
-    if (ui.unanswered()) return outcome(ctx, ui, false);
+    if (ui.unanswered()) return outcome(ctx, ui, false, component);
     if (typed) {
         // Typed for this run; the client's option is left as it is.
         s.chkautocalcnp.Value = false;
         s.txtNetProfit.set_text(plain_number(*typed));
     }
-    if (!s.cmdShare_Click() || !s.cmdsave_Click()) return outcome(ctx, ui, false);
+    if (!s.cmdShare_Click() || !s.cmdsave_Click()) return outcome(ctx, ui, false, component);
     ctx.out << "Net profit of " << y.code << " for F.Y. " << fy_text(y.year) << ": "
             << format_mask(s.net_profit(), "###0.00") << "\n";
     for (const auto& [code, amount] : s.last_shares())
         ctx.out << "  " << std::left << std::setw(30) << s.partner_name(code) << std::right << std::setw(14)
                 << format_mask(std::abs(amount), "###0.00") << (amount < 0 ? " Dr." : " Cr.") << "\n";
     print_balances(ctx, s);
-    return outcome(ctx, ui, true);
+    return outcome(ctx, ui, true, component);
 }
 
 std::string read_document(const std::string& file) {
@@ -278,7 +286,7 @@ int import_document(Context& ctx, const std::vector<std::string>& args) {
         return 1;
     }
     ctx.out << "Imported into " << y.code << " for F.Y. " << fy_text(y.year) << ": " << r.lines << " lines, "
-            << r.particulars_created << " particulars created\n";
+            << r.particulars_created << " particulars created, " << r.ratios << " ratios\n";
     return 0;
 }
 

@@ -177,10 +177,8 @@ int import_rows(Context& ctx, const Options& opt) {
     if (!in) throw UsageError(file + ": there is no such file");
     std::ostringstream text;
     text << in.rdbuf();
-    const auto doc = nlohmann::ordered_json::parse(text.str(), nullptr, false);
-    if (doc.is_discarded() || !doc.is_object()) throw UsageError(file + ": this is not a JSON document");
     std::vector<std::string> errors;
-    const auto rows = exchange::read_fixed_schedule(doc, errors);
+    const auto rows = exchange::read_fixed_schedule_document(text.str(), errors);
     if (!errors.empty()) {
         for (const auto& e : errors) ctx.err << file << ": " << e << "\n";
         ctx.err << "Nothing was imported.\n";

@@ -120,7 +120,10 @@ int import_schedules(Context& ctx, const std::vector<std::string>& args) {
                                            return save_fixed_schedule_rows(ctx, opt.has("yes"), rows);
                                        });
     } catch (const store::DbError& e) {
-        return refuse({std::string("the database refused it: ") + e.what()});
+        const std::string reason = store::failure_reason(ctx.base().dbobj().backend(), e);
+        return refuse(
+            {"the database refused it." +
+             (reason.empty() ? std::string(" The failure is not one the program can name.") : reason)});
     }
     if (!r.errors.empty()) return refuse(r.errors);
     ctx.out << "Imported into " << t.code << " for F.Y. " << fy_text(t.year) << ": " << r.rows << " rows of "
