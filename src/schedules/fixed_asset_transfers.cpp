@@ -7,6 +7,7 @@
 
 #include "controls/number_format.h"
 #include "depreciation/regime_check.h"
+#include "frame/stopped_whole.h"
 #include "schedules/fixed_asset_schedule.h"
 #include "store/transfer_store.h"
 
@@ -40,7 +41,7 @@ bool FixedAssetSchedule::cmdtrans_Click() {
             "Sale of Fixed Assets' from Trial Balance. Do you want to Continue?",
             MsgIcon::critical, false))
         return false;
-    try {
+    return frame::stopped_whole(comp_.log, ui_, "formatsch", "cmdtrans_Click", "The schedule could not be transferred.", [&] {
         auto& base = *comp_.base;
         const auto groups = store::transfer_groups(db_, false);
         // Net block under the particular's own head when the trial balance has one of
@@ -82,13 +83,7 @@ bool FixedAssetSchedule::cmdtrans_Click() {
         }
         store::replace_trial_balance_rows(db_, suffix_, code_, groups.all(), rows);
         ui_.info("Transferred!!");
-        return true;
-    } catch (const std::exception& e) {
-        comp_.log.set_context("formatsch", "cmdtrans_Click");
-        comp_.log.log(e);
-        ui_.critical(e.what());
-        return false;
-    }
+    });
 }
 
 bool FixedAssetSchedule::cmdfatrans_Click(const std::string& caption) {
@@ -116,7 +111,7 @@ bool FixedAssetSchedule::cmdfatrans_Click(const std::string& caption) {
             "Deduction will be transferred as Date of Sale in case of deductions made on different "
             "dates."))
         return false;
-    try {
+    return frame::stopped_whole(comp_.log, ui_, "formatsch", "cmdfatrans_Click", "The blocks could not be transferred.", [&] {
         std::vector<store::BlockTransfer> rows;
         for (const auto& f : figs) {
             if (!f.it_considered || !f.it.block_nil) continue;
@@ -132,13 +127,7 @@ bool FixedAssetSchedule::cmdfatrans_Click(const std::string& caption) {
         }
         // The same year as the register's own transfer writes.
         store::replace_block_transfers(db_, code_, year_, rows);
-        return true;
-    } catch (const std::exception& e) {
-        comp_.log.set_context("formatsch", "cmdfatrans_Click");
-        comp_.log.log(e);
-        ui_.critical(e.what());
-        return false;
-    }
+    });
 }
 
 }  // namespace brenlow::sched

@@ -37,7 +37,7 @@ constexpr const char* kUsage =
     "                            the asset register: entries listed, added, edited and deleted\n"
     "                            through the register screen's checks (brenlow register --help)\n"
     "  register export FILE.json|FILE.xls|FILE.xlsx --client CODE --year YYYY [--yes]\n"
-    "  register import FILE.json|FILE.xls|FILE.xlsx --client CODE --year YYYY [--replace] [--yes]\n"
+    "  register import FILE.json|FILE.xls|FILE.xlsx --client CODE --year YYYY [--replace] [--new-groups] [--yes]\n"
     "                            the year's register as a JSON document or a spreadsheet (by the\n"
     "                            extension; .xls from the shipped templates), out and back in\n"
     "  register import-schedule --client CODE --year YYYY [--yes]\n"
