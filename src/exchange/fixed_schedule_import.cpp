@@ -28,6 +28,12 @@ ScheduleImportResult import_schedule(store::Database& db, const std::string& cod
 ScheduleImportResult import_schedule(store::Database& db, const std::string& code, int year,
                                      const reg::RuleAnswers& answers) {
     ScheduleImportResult result;
+    store::RegisterStore reg(db, code, year);
+    reg::EntryGate gate(reg);
+    if (gate.old_chart()) {
+        result.errors.push_back(reg::kOldChartRefusal);
+        return result;
+    }
     const auto prev = store::find_client_year(db, code, year - 1);
     if (!prev) {
         result.errors.push_back("The client " + code + " has no previous year to import the schedule from.");
@@ -46,12 +52,6 @@ ScheduleImportResult import_schedule(store::Database& db, const std::string& cod
 
     std::map<long, int> nature_of;  // income-tax BlockGroup -> BlockNo
     for (const auto& b : store::schedule_blocks(db, 2)) nature_of[b.GrpId] = b.BlockNo;
-    store::RegisterStore reg(db, code, year);
-    reg::EntryGate gate(reg);
-    if (gate.old_chart()) {
-        result.errors.push_back(reg::kOldChartRefusal);
-        return result;
-    }
     const auto year_groups = reg.asset_groups();
     std::map<std::string, bool> block_known;
     for (const auto& b : reg.income_tax_blocks()) block_known[b.ID] = true;

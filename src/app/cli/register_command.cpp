@@ -311,7 +311,7 @@ int add(Context& ctx, const Options& opt, bool opening) {
     const int before = s->component.log.logged();
     opening ? s->screen->cmdAddO_Click() : s->screen->cmdAddA_Click();
     if (!s->screen->Entering())
-        throw UsageError("The client keeps the old depreciation chart for this year.");
+        throw UsageError(reg::kOldChartRefusal);
     fill(*s->screen, opt, opening);
     const bool done = s->screen->cmdUpdate_Click();
     const int rc = outcome(*s, before, done);
@@ -371,8 +371,7 @@ int carry_forward(Context& ctx, const Options& opt) {
     store::RegisterStore reg(db, code, year);
     reg.ensure_tables();
     if (reg.has_old_chart_marker())
-        throw UsageError("F.Y. " + fy_text(year) +
-                         " keeps the old depreciation chart; nothing was carried forward.");
+        throw UsageError(std::string(reg::kOldChartRefusal) + " Nothing was carried forward.");
     if (reg.has_entries())
         throw UsageError("F.Y. " + fy_text(year) + " already has entries; nothing was carried forward.");
     const auto plan = reg::plan_carry_forward(db, code, year);
@@ -420,7 +419,7 @@ int manual_depreciation(Context& ctx, const Options& opt) {
     const int before = s->component.log.logged();
     scr.cmdEditFA_Click();
     if (!scr.famEditFA_Visible)
-        throw UsageError("The client keeps the old depreciation chart for this year.");
+        throw UsageError(reg::kOldChartRefusal);
     if (const auto set = opt.get("set")) {
         std::size_t start = 0;
         while (start <= set->size()) {
