@@ -6,18 +6,31 @@
 // that nothing was written and where the log is; no database or library text reaches
 // the box. Every other procedure logs and carries on (guarded).
 
+#include <exception>
 #include <string>
 #include <string_view>
 
+#include "controls/cli_ui.h"
 #include "controls/ui_port.h"
 #include "frame/error_log.h"
 
 namespace brenlow::frame {
 
+// A question the command line could not answer is no failure: it stops the command
+// (QuestionUnanswered goes on to the caller, unlogged).
 template <class Step>
 bool stopped_whole(ErrorLog& log, Ui& ui, std::string_view module, std::string_view procedure,
                    std::string_view what, Step&& step) {
-    if (guarded(log, module, procedure, std::forward<Step>(step))) return true;
+    std::exception_ptr question;
+    const bool done = guarded(log, module, procedure, [&] {
+        try {
+            step();
+        } catch (const QuestionUnanswered&) {
+            question = std::current_exception();
+        }
+    });
+    if (question) std::rethrow_exception(question);
+    if (done) return true;
     ui.critical(std::string(what) + " Nothing was written; the failure is recorded in " + log.path() + ".");
     return false;
 }

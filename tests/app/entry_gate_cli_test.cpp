@@ -33,7 +33,7 @@ protected:
         for (const char* year : {"2024", "2025"}) {
             const auto r = cli({"masters", "group", "add", "--client", "C001", "--year", year, "--name",
                                 "LATHES", "--it-block", "3-15", "--books-block", "-1", "--classification",
-                                "4.1", "--yes"});
+                                "4.1", "--addl-rate", "20", "--yes"});
             ASSERT_EQ(r.code, 0) << r.err;
         }
         group_ = group_of(2025);
@@ -72,7 +72,7 @@ protected:
     std::string document(double cost, double residual, Json group = Json()) {
         if (group.is_null())
             group = {{"SrNoFAGM", group_}, {"Yr", 2025},      {"Part", "LATHES"}, {"BlockIdIT", "3-15"},
-                     {"RateIT", 15},       {"AddlRateIT", 0}, {"BlockFA", -1},    {"RateFA", 0},
+                     {"RateIT", 15},       {"AddlRateIT", 20}, {"BlockFA", -1},    {"RateFA", 0},
                      {"BlockIdCL", "4.1"}, {"LifeYrs", 15},   {"RateSLM", 6.33},  {"RateWDV", 18.1}};
         const Json row = {{"IdFAGM", group["SrNoFAGM"]}, {"Part", "LATHE"},      {"CostWdv", cost},
                           {"WdvIT", cost},               {"ResValue", residual}, {"PutDate", "01/04/2024"}};
@@ -107,7 +107,7 @@ TEST_P(EntryGateCli, TheSameRefusedRowGivesTheSameMessageThroughEveryWayIn) {
     // exported, and read back into C001.
     r = add_opening("C002", 2025, "100000", "20000", true);
     ASSERT_EQ(r.code, 0) << r.err;
-    EXPECT_NE(r.err.find(asked + " Yes"), std::string::npos) << r.err;
+    EXPECT_NE(r.err.find(std::string(kResidual) + "\n\nContinue ? Yes"), std::string::npos) << r.err;
     const auto sheet = (dir_ / "c002.xlsx").string();
     r = cli({"register", "export", sheet, "--client", "C002", "--year", "2025"});
     ASSERT_EQ(r.code, 0) << r.err;
@@ -134,6 +134,21 @@ TEST_P(EntryGateCli, TheSameRefusedRowGivesTheSameMessageThroughEveryWayIn) {
     r = cli({"register", "carry-forward", "--client", "C001", "--year", "2025", "--yes"});
     ASSERT_EQ(r.code, 0) << r.err;
     EXPECT_NE(r.err.find(asked + " Yes"), std::string::npos) << r.err;
+    EXPECT_EQ(openings("C001"), 1);
+}
+
+TEST_P(EntryGateCli, TheCarriedRemainingHalfOfAdditionalDepreciationIsTold) {
+    // Put to use for less than 180 days last year: half its additional depreciation remains.
+    auto r = cli({"register", "add-addition", "--client", "C001", "--year", "2024", "--group",
+                  std::to_string(group_of(2024)), "--part", "PRESS", "--put-date", "05/10/2023", "--acc-date",
+                  "05/10/2023", "--cost", "100000", "--addl-dep", "--yes"});
+    ASSERT_EQ(r.code, 0) << r.err;
+    r = cli({"register", "carry-forward", "--client", "C001", "--year", "2025", "--yes"});
+    ASSERT_EQ(r.code, 0) << r.err;
+    EXPECT_NE(r.err.find("Additional Depreciation (Remaining Half from Addition in Previous F.Y. used for less "
+                         "than 180 days) will not be calculated !"),
+              std::string::npos)
+        << r.err;
     EXPECT_EQ(openings("C001"), 1);
 }
 
@@ -171,7 +186,7 @@ TEST_P(EntryGateCli, ADocumentsGroupIsMatchedOnItsClassificationOrRefused) {
 
     // The same name under another income-tax block: refused by row and field.
     Json other = {{"SrNoFAGM", 900}, {"Yr", 2025},      {"Part", "lathes"}, {"BlockIdIT", "3-40"},
-                  {"RateIT", 40},    {"AddlRateIT", 0}, {"BlockFA", -1},    {"RateFA", 0},
+                  {"RateIT", 40},    {"AddlRateIT", 20}, {"BlockFA", -1},    {"RateFA", 0},
                   {"BlockIdCL", "4.1"}, {"LifeYrs", 15}, {"RateSLM", 6.33}, {"RateWDV", 18.1}};
     r = cli({"register", "import", document(1000, 0, other), "--client", "C001", "--year", "2025"});
     EXPECT_EQ(r.code, 1);
