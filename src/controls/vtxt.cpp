@@ -68,7 +68,8 @@ bool in_list(const std::string& list, int typed, int upper) {
 void check_list(std::string_view characters, const char* name) {
     const std::size_t n = utf8_length(characters);
     if (n > vTXT::kListLimit) {
-        throw std::invalid_argument(std::string(name) + " takes at most 51 characters, got " + std::to_string(n));
+        throw std::invalid_argument(std::string(name) + " takes at most 51 characters, got " +
+                                    std::to_string(n));
     }
 }
 

@@ -140,16 +140,18 @@ bool frmmerge::cmdMerge_Click() {
     const int year = second.size() >= 4 ? std::atoi(second.substr(second.size() - 4).c_str()) : 0;
     if (!ui_.ask_yes_no("Do you want to Merge Selected Assets?", MsgIcon::question, false)) return false;
     bool done = false;
-    frame::stopped_whole(comp_.log, ui_, "frmmerge", "cmdMerge_Click", "The entries could not be merged.", [&] {
-        const auto r = merge_entries(base.dbobj(), base.Temp_Code(), year, side, chosen, reg::answers_of(ui_));
-        if (!r.refusal.empty()) {
-            // A question answered No was the person's own answer: nothing more to say.
-            if (!r.answered_no) ui_.info(r.refusal);
-            return;
-        }
-        ui_.info("Merged!!");
-        done = true;
-    });
+    frame::stopped_whole(
+        comp_.log, ui_, "frmmerge", "cmdMerge_Click", "The entries could not be merged.", [&] {
+            const auto r =
+                merge_entries(base.dbobj(), base.Temp_Code(), year, side, chosen, reg::answers_of(ui_));
+            if (!r.refusal.empty()) {
+                // A question answered No was the person's own answer: nothing more to say.
+                if (!r.answered_no) ui_.info(r.refusal);
+                return;
+            }
+            ui_.info("Merged!!");
+            done = true;
+        });
     return done;
 }
 

@@ -25,9 +25,9 @@ namespace brenlow::exchange {
 enum class MergeSide { Opening, Addition };
 
 struct MergeResult {
-    std::string refusal;  // empty when merged
+    std::string refusal;       // empty when merged
     bool answered_no = false;  // the refusal is a question of the entry rules answered No
-    long serial = 0;      // the merged entry's serial
+    long serial = 0;           // the merged entry's serial
 };
 
 MergeResult merge_entries(store::Database& db, const std::string& code, int year, MergeSide side,

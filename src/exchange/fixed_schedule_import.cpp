@@ -5,8 +5,8 @@
 
 #include "controls/number_format.h"
 #include "depreciation/half_rate_line.h"
-#include "frame/stopped_whole.h"
 #include "depreciation/remaining_life.h"
+#include "frame/stopped_whole.h"
 #include "register/entry_rules.h"
 #include "register/register_options.h"
 #include "schedules/fixed_asset_figures.h"
@@ -135,8 +135,9 @@ ScheduleImportResult import_schedule(store::Database& db, const std::string& cod
         o.IdFAGM = -1;
         if (const auto stop = reg::pass_findings(gate.findings(o), answers)) {
             result.answered_no = stop->kind == reg::FindingKind::Question;
-            result.errors.push_back(where + ", field " + reg::column_of(stop->field, reg::EntrySide::Opening) +
-                                    ": " + reg::one_line(stop->message) +
+            result.errors.push_back(where + ", field " +
+                                    reg::column_of(stop->field, reg::EntrySide::Opening) + ": " +
+                                    reg::one_line(stop->message) +
                                     (result.answered_no ? " (answered No; --yes answers Yes)" : ""));
             break;
         }
@@ -167,19 +168,20 @@ bool frmImport::cmdImport_Click() {
                         MsgIcon::question, false))
         return false;
     bool done = false;
-    frame::stopped_whole(comp_.log, ui_, "frmImport", "cmdImport_Click", "The schedule could not be imported.", [&] {
-        const auto r = import_schedule(base.dbobj(), base.Temp_Code(), year, reg::answers_of(ui_));
-        if (r.answered_no) return;
-        if (!r.errors.empty()) {
-            std::string text;
-            for (const auto& e : r.errors) text += e + "\n";
-            ui_.info(text);
-            return;
-        }
-        ui_.info("Imported " + std::to_string(r.entries) + " particulars into " + std::to_string(r.groups) +
-                 " asset groups.");
-        done = true;
-    });
+    frame::stopped_whole(
+        comp_.log, ui_, "frmImport", "cmdImport_Click", "The schedule could not be imported.", [&] {
+            const auto r = import_schedule(base.dbobj(), base.Temp_Code(), year, reg::answers_of(ui_));
+            if (r.answered_no) return;
+            if (!r.errors.empty()) {
+                std::string text;
+                for (const auto& e : r.errors) text += e + "\n";
+                ui_.info(text);
+                return;
+            }
+            ui_.info("Imported " + std::to_string(r.entries) + " particulars into " +
+                     std::to_string(r.groups) + " asset groups.");
+            done = true;
+        });
     return done;
 }
 

@@ -132,7 +132,8 @@ void judge(const std::vector<reg::Finding>& findings, reg::EntrySide side, std::
            const FindingPlace& place, bool yes, ImportResult& result, std::vector<std::string>& errors) {
     std::vector<std::string> heard;
     const auto stop = reg::pass_findings(findings, reg::answered_beforehand(yes, &heard));
-    for (const auto& h : heard) result.answered.push_back(place(side, index, reg::EntryField::Part) + ": " + h);
+    for (const auto& h : heard)
+        result.answered.push_back(place(side, index, reg::EntryField::Part) + ": " + h);
     if (!stop) return;
     std::string message = reg::one_line(stop->message);
     if (stop->kind == reg::FindingKind::Question) {
@@ -209,7 +210,8 @@ ImportResult check_and_write(store::Database& db, const std::string& code, int y
     // Every entry through the register's own gate, as the screen would check it.
     for (std::size_t i = 0; i < data.openings.size(); ++i) {
         if (i < data.opening_read.size() && !data.opening_read[i]) continue;
-        judge(gate.findings(data.openings[i]), reg::EntrySide::Opening, i, place, options.yes, result, errors);
+        judge(gate.findings(data.openings[i]), reg::EntrySide::Opening, i, place, options.yes, result,
+              errors);
     }
     for (std::size_t i = 0; i < data.additions.size(); ++i) {
         if (i < data.addition_read.size() && !data.addition_read[i]) continue;

@@ -74,7 +74,8 @@ std::optional<std::string> group_difference(const store::AssetGroupRow& y, const
 }
 
 EntryGate::EntryGate(store::RegisterStore& reg, std::optional<std::string> options_row)
-    : reg_(reg), options_(RegisterOptions::parse(options_row ? *options_row : reg.options_row().value_or(""))) {
+    : reg_(reg),
+      options_(RegisterOptions::parse(options_row ? *options_row : reg.options_row().value_or(""))) {
     for (auto& g : reg_.asset_groups()) groups_[g.SrNoFAGM] = std::move(g);
 }
 
@@ -96,9 +97,8 @@ EntryContext EntryGate::context_of(long group_id) {
     if (ctx.group_known) {
         const std::string& cl = g->second.BlockIdCL;
         const auto known = nesd_.find(cl);
-        ctx.nesd = known != nesd_.end()
-                       ? known->second
-                       : (nesd_[cl] = !cl.empty() && cl != "-1" && reg_.nesd_of(cl) == "Y");
+        ctx.nesd = known != nesd_.end() ? known->second
+                                        : (nesd_[cl] = !cl.empty() && cl != "-1" && reg_.nesd_of(cl) == "Y");
     }
     return ctx;
 }

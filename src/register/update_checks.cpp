@@ -138,7 +138,8 @@ bool frmNewFATR::checks_pass() {
         is_opening_mode() ? recalc_opening() : recalc_addition();
     // The shift and adjustment rows are checked again here, against the group the entry
     // is written to, whether or not their frames were closed with OK.
-    return show_findings(row_findings(draft(), entry_context(), shift_det(), is_opening_mode() ? det_esa() : ""));
+    return show_findings(
+        row_findings(draft(), entry_context(), shift_det(), is_opening_mode() ? det_esa() : ""));
 }
 
 }  // namespace brenlow::reg

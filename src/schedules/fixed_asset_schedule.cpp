@@ -484,32 +484,34 @@ bool FixedAssetSchedule::reconcile() {
 bool FixedAssetSchedule::cmdSave_Click() {
     // The questions reach the person (or stop a command line) before anything is written.
     bool checked = false;
-    if (!frame::stopped_whole(comp_.log, ui_, "formatsch", "cmdSave_Click", "The schedule could not be checked.", [&] {
-            checked = row_checks() && line_checks() && warnings() && e_filing_check() && reconcile();
-        }))
+    if (!frame::stopped_whole(
+            comp_.log, ui_, "formatsch", "cmdSave_Click", "The schedule could not be checked.", [&] {
+                checked = row_checks() && line_checks() && warnings() && e_filing_check() && reconcile();
+            }))
         return false;
     if (!checked) return false;
-    return frame::stopped_whole(comp_.log, ui_, "formatsch", "cmdSave_Click", "The schedule could not be saved.", [&] {
-        std::vector<store::SavedParticular> rows;
-        long sr = 0;
-        for (auto& l : vsFixed) {
-            if (l.empty()) continue;
-            l.row.srno = ++sr;
-            l.row.compit_id = sr;
-            if (l.row.method_id == 3 && l.row.deptick == 0) l.row.OTH_DEP = l.row.depamt;
-            rows.push_back({l.row, upper(trim(l.row.PART_NM))});
-        }
-        store::FixedScheduleStore st(db_, suffix_, code_);
-        const auto ids = st.save_particulars(rows);
-        std::size_t k = 0;
-        for (auto& l : vsFixed) {
-            if (l.empty()) continue;
-            l.row.ref_id = ids[k++];
-            for (const auto view : {SubView::Additions, SubView::Deductions, SubView::Carried})
-                save_sub_view(static_cast<std::size_t>(&l - vsFixed.data()), view);
-        }
-        load_rows();
-    });
+    return frame::stopped_whole(
+        comp_.log, ui_, "formatsch", "cmdSave_Click", "The schedule could not be saved.", [&] {
+            std::vector<store::SavedParticular> rows;
+            long sr = 0;
+            for (auto& l : vsFixed) {
+                if (l.empty()) continue;
+                l.row.srno = ++sr;
+                l.row.compit_id = sr;
+                if (l.row.method_id == 3 && l.row.deptick == 0) l.row.OTH_DEP = l.row.depamt;
+                rows.push_back({l.row, upper(trim(l.row.PART_NM))});
+            }
+            store::FixedScheduleStore st(db_, suffix_, code_);
+            const auto ids = st.save_particulars(rows);
+            std::size_t k = 0;
+            for (auto& l : vsFixed) {
+                if (l.empty()) continue;
+                l.row.ref_id = ids[k++];
+                for (const auto view : {SubView::Additions, SubView::Deductions, SubView::Carried})
+                    save_sub_view(static_cast<std::size_t>(&l - vsFixed.data()), view);
+            }
+            load_rows();
+        });
 }
 
 bool FixedAssetSchedule::save_sub_view(std::size_t row, SubView view) {

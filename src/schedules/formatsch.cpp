@@ -192,8 +192,9 @@ bool formatsch::save() {
         return false;
     }
     save.rows = written_rows(*current_, save.rows);
-    return frame::stopped_whole(c_.log, ui_, kModule, "save", "The schedule could not be saved.",
-                                [&] { store::save_schedule(c_.base->dbobj(), suffix_, c_.base->Temp_Code(), save); });
+    return frame::stopped_whole(c_.log, ui_, kModule, "save", "The schedule could not be saved.", [&] {
+        store::save_schedule(c_.base->dbobj(), suffix_, c_.base->Temp_Code(), save);
+    });
 }
 
 void formatsch::cmdAdd_Click() {
@@ -327,20 +328,21 @@ void formatsch::new_master_item(int row, int col) {
     }
     long id = 0;
     bool exists = false;
-    const bool saved = frame::stopped_whole(c_.log, ui_, kModule, "new_master_item", "The new item could not be saved.", [&] {
-        if (key == kUserReserveKey) {
-            const auto added = store::add_reserve(db, name);
-            if (!added) {
-                exists = true;
-                return;
-            }
-            id = *added;
-        } else if (key == "ExpID") {
-            id = store::find_or_add_misc_expense(db, name);
-        } else {
-            id = store::find_or_add_company(db, name);
-        }
-    });
+    const bool saved = frame::stopped_whole(c_.log, ui_, kModule, "new_master_item",
+                                            "The new item could not be saved.", [&] {
+                                                if (key == kUserReserveKey) {
+                                                    const auto added = store::add_reserve(db, name);
+                                                    if (!added) {
+                                                        exists = true;
+                                                        return;
+                                                    }
+                                                    id = *added;
+                                                } else if (key == "ExpID") {
+                                                    id = store::find_or_add_misc_expense(db, name);
+                                                } else {
+                                                    id = store::find_or_add_company(db, name);
+                                                }
+                                            });
     if (exists) ui_.info(kItemExists);
     if (!saved || exists) {
         vsf1.set_text_matrix(row, col, "");

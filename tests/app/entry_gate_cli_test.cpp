@@ -37,9 +37,8 @@ protected:
             ASSERT_EQ(r.code, 0) << r.err;
         }
         group_ = group_of(2025);
-        dir_ = std::filesystem::temp_directory_path() /
-               ("brenlow-gate-" + std::to_string(::getpid()) + "-" +
-                std::to_string(GetParam() == store::Backend::mysql));
+        dir_ = std::filesystem::temp_directory_path() / ("brenlow-gate-" + std::to_string(::getpid()) + "-" +
+                                                         std::to_string(GetParam() == store::Backend::mysql));
         std::filesystem::create_directories(dir_);
     }
     void TearDown() override {
@@ -48,7 +47,8 @@ protected:
         CliTest::TearDown();
     }
     long long group_of(int year) {
-        return db().query("select SrNoFAGM from NewFAGM where Part='LATHES' and Yr=" + std::to_string(year))
+        return db()
+            .query("select SrNoFAGM from NewFAGM where Part='LATHES' and Yr=" + std::to_string(year))
             .first("SrNoFAGM")
             .as_int();
     }
@@ -61,24 +61,30 @@ protected:
     }
     CliRun add_opening(const std::string& client, int year, const std::string& cost,
                        const std::string& residual, bool yes) {
-        std::vector<std::string> words = {"register", "add-opening", "--client", client, "--year",
-                                          std::to_string(year), "--group", std::to_string(group_of(year)),
-                                          "--part", "LATHE", "--put-date", "01/04/" + std::to_string(year - 1),
-                                          "--cost", cost, "--wdv-it", cost, "--residual", residual};
+        std::vector<std::string> words = {"register",   "add-opening",
+                                          "--client",   client,
+                                          "--year",     std::to_string(year),
+                                          "--group",    std::to_string(group_of(year)),
+                                          "--part",     "LATHE",
+                                          "--put-date", "01/04/" + std::to_string(year - 1),
+                                          "--cost",     cost,
+                                          "--wdv-it",   cost,
+                                          "--residual", residual};
         if (yes) words.push_back("--yes");
         return cli(words);
     }
     // A document of 2025 with one opening entry of the LATHES group (and the group).
     std::string document(double cost, double residual, Json group = Json()) {
         if (group.is_null())
-            group = {{"SrNoFAGM", group_}, {"Yr", 2025},      {"Part", "LATHES"}, {"BlockIdIT", "3-15"},
+            group = {{"SrNoFAGM", group_}, {"Yr", 2025},       {"Part", "LATHES"}, {"BlockIdIT", "3-15"},
                      {"RateIT", 15},       {"AddlRateIT", 20}, {"BlockFA", -1},    {"RateFA", 0},
-                     {"BlockIdCL", "4.1"}, {"LifeYrs", 15},   {"RateSLM", 6.33},  {"RateWDV", 18.1}};
-        const Json row = {{"IdFAGM", group["SrNoFAGM"]}, {"Part", "LATHE"},      {"CostWdv", cost},
-                          {"WdvIT", cost},               {"ResValue", residual}, {"PutDate", "01/04/2024"}};
-        const Json doc = {{"format", "brenlow-register"}, {"version", 1},   {"client", "C001"},
-                          {"year", 2025},                 {"NewFAGM", {group}}, {"NewFATRo", {row}},
-                          {"NewFATRa", Json::array()}};
+                     {"BlockIdCL", "4.1"}, {"LifeYrs", 15},    {"RateSLM", 6.33},  {"RateWDV", 18.1}};
+        const Json row = {
+            {"IdFAGM", group["SrNoFAGM"]}, {"Part", "LATHE"},        {"CostWdv", cost}, {"WdvIT", cost},
+            {"ResValue", residual},        {"PutDate", "01/04/2024"}};
+        const Json doc = {
+            {"format", "brenlow-register"}, {"version", 1},      {"client", "C001"},         {"year", 2025},
+            {"NewFAGM", {group}},           {"NewFATRo", {row}}, {"NewFATRa", Json::array()}};
         const auto file = (dir_ / "one.json").string();
         std::ofstream(file) << doc.dump();
         return file;
@@ -145,9 +151,10 @@ TEST_P(EntryGateCli, TheCarriedRemainingHalfOfAdditionalDepreciationIsTold) {
     ASSERT_EQ(r.code, 0) << r.err;
     r = cli({"register", "carry-forward", "--client", "C001", "--year", "2025", "--yes"});
     ASSERT_EQ(r.code, 0) << r.err;
-    EXPECT_NE(r.err.find("Additional Depreciation (Remaining Half from Addition in Previous F.Y. used for less "
-                         "than 180 days) will not be calculated !"),
-              std::string::npos)
+    EXPECT_NE(
+        r.err.find("Additional Depreciation (Remaining Half from Addition in Previous F.Y. used for less "
+                   "than 180 days) will not be calculated !"),
+        std::string::npos)
         << r.err;
     EXPECT_EQ(openings("C001"), 1);
 }
@@ -158,7 +165,8 @@ TEST_P(EntryGateCli, AYearThatKeepsTheOldChartTakesNoRowFromAnyWay) {
     ASSERT_EQ(add_opening("C002", 2025, "100000", "0", false).code, 0);
     const auto sheet = (dir_ / "c002.xls").string();
     ASSERT_EQ(cli({"register", "export", sheet, "--client", "C002", "--year", "2025"}).code, 0);
-    db().execute("INSERT INTO NewFATRo2025 Values ('C001',-1,-1,'',0,0,0,0,0,0,0,0,'',0,0,0,0,0,'',0,'','',0)");
+    db().execute(
+        "INSERT INTO NewFATRo2025 Values ('C001',-1,-1,'',0,0,0,0,0,0,0,0,'',0,0,0,0,0,'',0,'','',0)");
 
     const std::vector<std::vector<std::string>> ways = {
         {"register", "add-opening", "--group", std::to_string(group_), "--part", "LATHE", "--cost", "5000"},
@@ -185,9 +193,9 @@ TEST_P(EntryGateCli, ADocumentsGroupIsMatchedOnItsClassificationOrRefused) {
     EXPECT_NE(r.out.find("asset groups 1 matched, 0 created"), std::string::npos) << r.out;
 
     // The same name under another income-tax block: refused by row and field.
-    Json other = {{"SrNoFAGM", 900}, {"Yr", 2025},      {"Part", "lathes"}, {"BlockIdIT", "3-40"},
-                  {"RateIT", 40},    {"AddlRateIT", 20}, {"BlockFA", -1},    {"RateFA", 0},
-                  {"BlockIdCL", "4.1"}, {"LifeYrs", 15}, {"RateSLM", 6.33}, {"RateWDV", 18.1}};
+    Json other = {{"SrNoFAGM", 900},    {"Yr", 2025},       {"Part", "lathes"}, {"BlockIdIT", "3-40"},
+                  {"RateIT", 40},       {"AddlRateIT", 20}, {"BlockFA", -1},    {"RateFA", 0},
+                  {"BlockIdCL", "4.1"}, {"LifeYrs", 15},    {"RateSLM", 6.33},  {"RateWDV", 18.1}};
     r = cli({"register", "import", document(1000, 0, other), "--client", "C001", "--year", "2025"});
     EXPECT_EQ(r.code, 1);
     EXPECT_NE(r.err.find("NewFAGM row 900, field BlockIdIT: the year's asset group \"LATHES\" is classified "
@@ -233,8 +241,8 @@ struct TypedValue {
 
 TEST_P(EntryGateCli, TypedValuesAreRefusedNamingTheOptionNeverCut) {
     const std::string group = std::to_string(group_);
-    const std::vector<std::string> add = {"register", "add-opening", "--client", "C001", "--year", "2025",
-                                          "--group", group, "--part", "LATHE", "--yes"};
+    const std::vector<std::string> add = {"register", "add-opening", "--client", "C001",  "--year", "2025",
+                                          "--group",  group,         "--part",   "LATHE", "--yes"};
     const auto with = [&](std::vector<std::string> more) {
         auto w = add;
         w.insert(w.end(), more.begin(), more.end());
@@ -242,15 +250,13 @@ TEST_P(EntryGateCli, TypedValuesAreRefusedNamingTheOptionNeverCut) {
     };
     const std::string name(256, 'N');
     const TypedValue cases[] = {
-        {"LeadingZerosPastTheField",
-         with({"--cost", "00000000000000000005"}),
-         "Option --cost was refused: \"00000000000000000005\" is longer than 18 characters, the length of its "
+        {"LeadingZerosPastTheField", with({"--cost", "00000000000000000005"}),
+         "Option --cost was refused: \"00000000000000000005\" is longer than 18 characters, the length of "
+         "its "
          "field."},
-        {"MoreDigitsThanTheField",
-         with({"--cost", "1234567890123456789012345"}),
+        {"MoreDigitsThanTheField", with({"--cost", "1234567890123456789012345"}),
          "Option --cost was refused: \"1234567890123456789012345\" is longer than 18 characters"},
-        {"ADateWithATail",
-         with({"--cost", "5000", "--put-date", "05/10/2024xyz"}),
+        {"ADateWithATail", with({"--cost", "5000", "--put-date", "05/10/2024xyz"}),
          "Option --put-date was refused: \"05/10/2024xyz\" is longer than 10 characters"},
         {"ALedgerNameLongerThanItsField",
          {"ledger", "add", name, "--master", "capital"},
@@ -263,8 +269,8 @@ TEST_P(EntryGateCli, TypedValuesAreRefusedNamingTheOptionNeverCut) {
         EXPECT_NE(r.err.find(c.refusal), std::string::npos) << r.err;
         EXPECT_EQ(openings("C001"), 0);
     }
-    EXPECT_EQ(db().query("select count(*) as n from Mast_Capital where Part like 'NNNN%'").first("n").as_int(),
-              0);
+    EXPECT_EQ(
+        db().query("select count(*) as n from Mast_Capital where Part like 'NNNN%'").first("n").as_int(), 0);
 }
 
 BRENLOW_INSTANTIATE_BACKENDS(EntryGateCli);

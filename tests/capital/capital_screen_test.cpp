@@ -56,7 +56,8 @@ TEST_P(CapitalScreen, RatiosMustTotalOneHundred) {
         }
         ui_.expect_nothing_more();
         std::vector<std::pair<long, double>> stored;
-        for (const auto& r : store::ratio_rows(db(), "C001", base_->CYrInd())) stored.emplace_back(r.code, r.rat);
+        for (const auto& r : store::ratio_rows(db(), "C001", base_->CYrInd()))
+            stored.emplace_back(r.code, r.rat);
         EXPECT_EQ(stored, expected);
     }
     EXPECT_EQ(db().query("select count(*) as n from prfa").first("n").as_int(), 3);

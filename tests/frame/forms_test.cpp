@@ -205,7 +205,8 @@ TEST(ErrorLog, AppendsOneTabSeparatedLineWithTheContextUnderTheProgramFolder) {
     std::vector<std::string> lines;
     for (std::string line; std::getline(in, line);) lines.push_back(line);
     const std::vector<std::string> expected = {
-        "-1\tType mismatch: the date of put to use \"15x62010\" is not a date (ddmmyyyy)\tBrenlow\t\tMODULE1\t"
+        "-1\tType mismatch: the date of put to use \"15x62010\" is not a date "
+        "(ddmmyyyy)\tBrenlow\t\tMODULE1\t"
         "GETREMLIFEYRS",
         "1146\tTable 'x.NewFATRo2015' doesn't exist\tDatabase\tselect * from NewFATRo2015\tfrmNewFATR\t"
         "LoadRegister",

@@ -150,10 +150,9 @@ TEST_P(RegisterUpdateChecks, CarryingAmountYearIsAskedForWhenTheAssetIsOlderThan
     ASSERT_EQ(ui_.shown().size(), 1u);
     EXPECT_EQ(ui_.shown()[0].kind, ShownBox::Kind::yes_no);
     EXPECT_EQ(ui_.shown()[0].default_button, "No");
-    EXPECT_EQ(
-        boxes(),
-        Texts{"'For Calculation of Carrying Amount, Consider Depreciation Upto 31/03/' Year should be selected as "
-              "Date of Put to Use '15/06/2010' is prior to '01/04/2014' !\n\nContinue ?"});
+    EXPECT_EQ(boxes(), Texts{"'For Calculation of Carrying Amount, Consider Depreciation Upto 31/03/' Year "
+                             "should be selected as "
+                             "Date of Put to Use '15/06/2010' is prior to '01/04/2014' !\n\nContinue ?"});
     EXPECT_EQ(count("NewFATRo2016"), 0);
     EXPECT_TRUE(s->Entering());
     ui_.answer_yes();

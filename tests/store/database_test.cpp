@@ -160,9 +160,12 @@ TEST_P(StoreDatabase, MaximumOverNoRowsIsNullAndReadsAsZero) {
 TEST_P(StoreDatabase, InsertSelectCopiesOneClientsRows) {
     // The two chart tables as the program makes them: the copy needs their columns alike.
     create_shared_tables(db());
-    db().execute("INSERT INTO DeprChart (Code_No, FYr, Grp, Rate, Wdv, WdvCl) Values ('C1', 2016, 1, 15, 1000.5, 7)");
-    db().execute("INSERT INTO DeprChart (Code_No, FYr, Grp, Rate, Wdv, WdvCl) Values ('C1', 2016, 2, 40, 0.1, 8)");
-    db().execute("INSERT INTO DeprChart (Code_No, FYr, Grp, Rate, Wdv, WdvCl) Values ('C2', 2016, 1, 15, 99, 9)");
+    db().execute(
+        "INSERT INTO DeprChart (Code_No, FYr, Grp, Rate, Wdv, WdvCl) Values ('C1', 2016, 1, 15, 1000.5, 7)");
+    db().execute(
+        "INSERT INTO DeprChart (Code_No, FYr, Grp, Rate, Wdv, WdvCl) Values ('C1', 2016, 2, 40, 0.1, 8)");
+    db().execute(
+        "INSERT INTO DeprChart (Code_No, FYr, Grp, Rate, Wdv, WdvCl) Values ('C2', 2016, 1, 15, 99, 9)");
 
     db().execute("INSERT INTO TmpDepChart SELECT * FROM DeprChart WHERE Code_No='C1'");
 

@@ -51,8 +51,8 @@ auto columns(const OpeningRow& o) {
 }
 auto columns(const AdditionRow& a) {
     return std::tie(a.Code_No, a.SrNoFATR, a.IdFAGM, a.Part, a.PutDate, a.AccDate, a.PurAmt, a.ExciseCr,
-                    a.CurrDiff, a.Subsidy, a.ResValue, a.LifeYrs, a.RateFACL, a.RateIT, a.AddlDepRT, a.SaleDate,
-                    a.SaleAmt, a.SaleExp, a.ShiftDet, a.DepFACL, a.OthOpts);
+                    a.CurrDiff, a.Subsidy, a.ResValue, a.LifeYrs, a.RateFACL, a.RateIT, a.AddlDepRT,
+                    a.SaleDate, a.SaleAmt, a.SaleExp, a.ShiftDet, a.DepFACL, a.OthOpts);
 }
 
 TEST_P(RegisterStoreTest, RowsComeBackWithEveryColumnInPlace) {

@@ -210,8 +210,8 @@ int share(Context& ctx, const std::vector<std::string>& args) {
         s.txtNetProfit.set_text(plain_number(*typed));
     }
     // The shares change the partners' accounts: asked first, --yes answers.
-    if (!ui.ask_yes_no("Do you want to Share the Net Profit/Loss among the Partners and Save ?", MsgIcon::question,
-                       false))
+    if (!ui.ask_yes_no("Do you want to Share the Net Profit/Loss among the Partners and Save ?",
+                       MsgIcon::question, false))
         return outcome(ctx, ui, false);
     if (!s.cmdShare_Click() || !s.cmdsave_Click()) return outcome(ctx, ui, false);
     ctx.out << "Net profit of " << y.code << " for F.Y. " << fy_text(y.year) << ": "

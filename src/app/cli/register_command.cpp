@@ -310,8 +310,7 @@ int add(Context& ctx, const Options& opt, bool opening) {
     auto s = open(ctx, opt);
     const int before = s->component.log.logged();
     opening ? s->screen->cmdAddO_Click() : s->screen->cmdAddA_Click();
-    if (!s->screen->Entering())
-        throw UsageError(reg::kOldChartRefusal);
+    if (!s->screen->Entering()) throw UsageError(reg::kOldChartRefusal);
     fill(*s->screen, opt, opening);
     const bool done = s->screen->cmdUpdate_Click();
     const int rc = outcome(*s, before, done);
@@ -395,8 +394,7 @@ int carry_forward(Context& ctx, const Options& opt) {
     const auto done = reg::apply_carry_forward(db, code, year, plan, answers);
     for (const auto& h : heard) ctx.err << h << "\n";
     if (!done.refusal.empty()) {
-        if (done.answered_no)
-            throw QuestionUnanswered(reg::one_line(done.refusal));
+        if (done.answered_no) throw QuestionUnanswered(reg::one_line(done.refusal));
         ctx.err << "brenlow register: " << reg::one_line(done.refusal) << "\nNothing was carried forward.\n";
         return 1;
     }
@@ -418,8 +416,7 @@ int manual_depreciation(Context& ctx, const Options& opt) {
     auto& scr = *s->screen;
     const int before = s->component.log.logged();
     scr.cmdEditFA_Click();
-    if (!scr.famEditFA_Visible)
-        throw UsageError(reg::kOldChartRefusal);
+    if (!scr.famEditFA_Visible) throw UsageError(reg::kOldChartRefusal);
     if (const auto set = opt.get("set")) {
         std::size_t start = 0;
         while (start <= set->size()) {
