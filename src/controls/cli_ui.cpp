@@ -28,23 +28,46 @@ const char* icon_word(MsgIcon icon) {
 
 CliUi::CliUi(bool answer_yes) : CliUi(std::cerr, answer_yes) {}
 
-CliUi::CliUi(std::ostream& err, bool answer_yes) : err_(err), answer_yes_(answer_yes) {}
+CliUi::CliUi(std::ostream& err, bool answer_yes, Unanswered unanswered)
+    : err_(err), answer_yes_(answer_yes), unanswered_mode_(unanswered) {}
+
+void CliUi::answer_always(std::string fragment, bool answer) {
+    fixed_.emplace_back(std::move(fragment), answer);
+}
+
+void CliUi::stop_if_unanswered() const {
+    if (unanswered_) throw QuestionUnanswered(*unanswered_);
+}
 
 void CliUi::message(std::string_view text, MsgIcon icon, std::string_view title) {
+    ++messages_;
     if (const char* word = icon_word(icon)) err_ << word << ": ";
     if (!title.empty()) err_ << title << ": ";
     err_ << text << '\n';
 }
 
 bool CliUi::ask_yes_no(std::string_view text, MsgIcon, bool, std::string_view) {
-    if (!answer_yes_) throw QuestionUnanswered(std::string(text));
+    for (const auto& [fragment, answer] : fixed_) {
+        if (text.find(fragment) == std::string_view::npos) continue;
+        err_ << text << (answer ? " Yes\n" : " No\n");
+        return answer;
+    }
+    if (!answer_yes_) {
+        if (unanswered_mode_ == Unanswered::stop) throw QuestionUnanswered(std::string(text));
+        if (!unanswered_) unanswered_ = std::string(text);
+        return false;
+    }
     err_ << text << " Yes\n";
     return true;
 }
 
 std::optional<std::string> CliUi::input_box(std::string_view prompt, std::string_view,
                                             std::string_view default_text) {
-    if (!answer_yes_) throw QuestionUnanswered(std::string(prompt));
+    if (!answer_yes_) {
+        if (unanswered_mode_ == Unanswered::stop) throw QuestionUnanswered(std::string(prompt));
+        if (!unanswered_) unanswered_ = std::string(prompt);
+        return std::nullopt;
+    }
     err_ << prompt << " " << default_text << '\n';
     return std::string(default_text);
 }

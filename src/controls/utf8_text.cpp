@@ -51,6 +51,24 @@ std::size_t utf8_length(std::string_view text) {
     return count;
 }
 
+std::u32string utf8_code_points(std::string_view text) {
+    std::u32string out;
+    for (std::size_t i = 0; i < text.size();) {
+        const std::size_t n = sequence_at(text, i);
+        const auto c = static_cast<unsigned char>(text[i]);
+        if (n <= 1) {
+            out.push_back(c);
+            ++i;
+            continue;
+        }
+        char32_t cp = c & (n == 2 ? 0x1F : n == 3 ? 0x0F : 0x07);
+        for (std::size_t k = 1; k < n; ++k) cp = (cp << 6) | (static_cast<unsigned char>(text[i + k]) & 0x3F);
+        out.push_back(cp);
+        i += n;
+    }
+    return out;
+}
+
 std::string utf8_prefix(std::string_view text, std::size_t max_chars) {
     std::size_t i = 0;
     for (std::size_t count = 0; i < text.size() && count < max_chars; ++count) {

@@ -15,6 +15,9 @@ bool is_valid_utf8(std::string_view text);
 // Characters in valid UTF-8 text (each byte counts once in invalid text).
 std::size_t utf8_length(std::string_view text);
 
+// The characters of the text as code points (a byte of invalid text as itself).
+std::u32string utf8_code_points(std::string_view text);
+
 // The first `max_chars` characters, never cutting inside one.
 std::string utf8_prefix(std::string_view text, std::size_t max_chars);
 

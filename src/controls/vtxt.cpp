@@ -51,19 +51,25 @@ bool is_letter(int k) {
     return (k >= 'A' && k <= 'Z') || (k >= 'a' && k <= 'z');
 }
 
-// Only the first kListLimit characters of a list are looked at.
-bool in_list(const std::string& list, int code) {
-    const std::size_t n = std::min(list.size(), vTXT::kListLimit);
+// Only the first kListLimit characters of a list are looked at, character by
+// character (a list is UTF-8 like every text). A character of the list stands for the
+// key typed and for its capital: "é" in the list is the key "é", which the field takes
+// as "É".
+bool in_list(const std::string& list, int typed, int upper) {
+    const std::u32string chars = utf8_code_points(list);
+    const std::size_t n = std::min(chars.size(), vTXT::kListLimit);
     for (std::size_t i = 0; i < n; ++i) {
-        if (static_cast<unsigned char>(list[i]) == code) return true;
+        const auto c = static_cast<int>(chars[i]);
+        if (c == upper || c == typed) return true;
     }
     return false;
 }
 
 void check_list(std::string_view characters, const char* name) {
-    if (characters.size() > vTXT::kListLimit) {
+    const std::size_t n = utf8_length(characters);
+    if (n > vTXT::kListLimit) {
         throw std::invalid_argument(std::string(name) + " takes at most 51 characters, got " +
-                                    std::to_string(characters.size()));
+                                    std::to_string(n));
     }
 }
 
@@ -216,11 +222,11 @@ KeyResult vTXT::key_press(int code) {
         // Enter sends a Tab, which goes through the leave-field check like a typed one.
         return {validate() ? KeyAction::enter : KeyAction::cancel, kEnter};
     }
-    if (in_list(include_, k)) {
+    if (in_list(include_, code, k)) {
         insert(k);
         return {KeyAction::accept, k};
     }
-    if (in_list(exclude_, k)) return refuse("InValid Data", k);
+    if (in_list(exclude_, code, k)) return refuse("InValid Data", k);
     if (!kind_accepts(k)) {
         switch (validate_data_) {
             case kWholeNumber:

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "depreciation/half_rate_line.h"
+#include "frame/stopped_whole.h"
 #include "register/register_options.h"
 #include "store/fixed_schedule_store.h"
 #include "store/register_store.h"
@@ -46,9 +47,23 @@ std::string common_refusal(const std::vector<Row>& rows, std::size_t wanted) {
 }  // namespace
 
 MergeResult merge_entries(store::Database& db, const std::string& code, int year, MergeSide side,
-                          const std::vector<long>& serials) {
+                          const std::vector<long>& serials, const reg::RuleAnswers& answers) {
     MergeResult out;
     store::RegisterStore reg(db, code, year);
+    reg::EntryGate gate(reg);
+    if (gate.old_chart()) {
+        out.refusal = reg::kOldChartRefusal;
+        return out;
+    }
+    // The merged entry as the rules see it: a refusal or a No merges nothing.
+    const auto refused = [&](const auto& merged) {
+        if (const auto stop = reg::pass_findings(gate.findings(merged), answers)) {
+            out.refusal = stop->message;
+            out.answered_no = stop->kind == reg::FindingKind::Question;
+            return true;
+        }
+        return false;
+    };
     if (side == MergeSide::Opening) {
         std::vector<store::OpeningRow> rows;
         for (const long s : serials)
@@ -76,6 +91,7 @@ MergeResult merge_entries(store::Database& db, const std::string& code, int year
             m.PutDate = earlier(m.PutDate, o.PutDate);
             m.SaleDate = later(m.SaleDate, o.SaleDate);
         }
+        if (refused(m)) return out;
         store::merge_opening_entries(db, code, year, serials, m);
     } else {
         std::vector<store::AdditionRow> rows;
@@ -109,6 +125,7 @@ MergeResult merge_entries(store::Database& db, const std::string& code, int year
             m.AccDate = earlier(m.AccDate, a.AccDate);
             m.SaleDate = later(m.SaleDate, a.SaleDate);
         }
+        if (refused(m)) return out;
         store::merge_addition_entries(db, code, year, serials, m);
     }
     out.serial = serials.front();
@@ -122,20 +139,20 @@ bool frmmerge::cmdMerge_Click() {
     const std::string second = base.SecondDate();
     const int year = second.size() >= 4 ? std::atoi(second.substr(second.size() - 4).c_str()) : 0;
     if (!ui_.ask_yes_no("Do you want to Merge Selected Assets?", MsgIcon::question, false)) return false;
-    try {
-        const auto r = merge_entries(base.dbobj(), base.Temp_Code(), year, side, chosen);
-        if (!r.refusal.empty()) {
-            ui_.info(r.refusal);
-            return false;
-        }
-        ui_.info("Merged!!");
-        return true;
-    } catch (const std::exception& e) {
-        comp_.log.set_context("frmmerge", "cmdMerge_Click");
-        comp_.log.log(e);
-        ui_.critical(e.what());
-        return false;
-    }
+    bool done = false;
+    frame::stopped_whole(
+        comp_.log, ui_, "frmmerge", "cmdMerge_Click", "The entries could not be merged.", [&] {
+            const auto r =
+                merge_entries(base.dbobj(), base.Temp_Code(), year, side, chosen, reg::answers_of(ui_));
+            if (!r.refusal.empty()) {
+                // A question answered No was the person's own answer: nothing more to say.
+                if (!r.answered_no) ui_.info(r.refusal);
+                return;
+            }
+            ui_.info("Merged!!");
+            done = true;
+        });
+    return done;
 }
 
 }  // namespace brenlow::exchange

@@ -1,10 +1,12 @@
 #include "exchange/fixed_schedule_import.h"
 
+#include <algorithm>
 #include <map>
 
 #include "controls/number_format.h"
 #include "depreciation/half_rate_line.h"
 #include "depreciation/remaining_life.h"
+#include "frame/stopped_whole.h"
 #include "register/entry_rules.h"
 #include "register/register_options.h"
 #include "schedules/fixed_asset_figures.h"
@@ -20,7 +22,18 @@ constexpr int kBaseYear = 2014;  // remaining life on 1 April 2014
 }  // namespace
 
 ScheduleImportResult import_schedule(store::Database& db, const std::string& code, int year, bool yes) {
+    return import_schedule(db, code, year, reg::answered_beforehand(yes, nullptr));
+}
+
+ScheduleImportResult import_schedule(store::Database& db, const std::string& code, int year,
+                                     const reg::RuleAnswers& answers) {
     ScheduleImportResult result;
+    store::RegisterStore reg(db, code, year);
+    reg::EntryGate gate(reg);
+    if (gate.old_chart()) {
+        result.errors.push_back(reg::kOldChartRefusal);
+        return result;
+    }
     const auto prev = store::find_client_year(db, code, year - 1);
     if (!prev) {
         result.errors.push_back("The client " + code + " has no previous year to import the schedule from.");
@@ -39,10 +52,9 @@ ScheduleImportResult import_schedule(store::Database& db, const std::string& cod
 
     std::map<long, int> nature_of;  // income-tax BlockGroup -> BlockNo
     for (const auto& b : store::schedule_blocks(db, 2)) nature_of[b.GrpId] = b.BlockNo;
-    store::RegisterStore reg(db, code, year);
+    const auto year_groups = reg.asset_groups();
     std::map<std::string, bool> block_known;
     for (const auto& b : reg.income_tax_blocks()) block_known[b.ID] = true;
-    const auto options = reg::RegisterOptions::parse(reg.options_row().value_or(""));
 
     const Date start = fy_first(year - 1);
     std::vector<store::ImportedEntry> entries;
@@ -113,22 +125,23 @@ ScheduleImportResult import_schedule(store::Database& db, const std::string& cod
         if (!opts.AutoDepr) o.DepFACL = f.method_id == 3 ? f.OTH_DEP : 0;
         o.OthOpts = opts.compose();
 
-        // The register's own rules, as its screen would check the entry.
-        reg::EntryContext ctx;
-        ctx.year = year;
-        ctx.group_known = true;
-        ctx.options = options;
-        // The entry's group is the one the import finds or makes for it.
-        auto draft = reg::draft_of(o);
-        draft.group_id = -1;
-        for (const auto& finding : reg::row_findings(draft, ctx, o.ShiftDet, o.DetESA)) {
-            if (finding.kind == reg::FindingKind::Notice) continue;
-            if (finding.kind == reg::FindingKind::Question && yes) continue;
-            result.errors.push_back(
-                where + ", field " + reg::column_of(finding.field, reg::EntrySide::Opening) + ": " +
-                finding.message + (finding.kind == reg::FindingKind::Question ? " (answered No)" : ""));
+        // The register's own gate, against the group the entry is written to.
+        // (the year's group of the same name, blocks and rates, as the writing matches it)
+        const auto same = std::find_if(year_groups.begin(), year_groups.end(), [&g](const auto& y) {
+            return y.Part == g.Part && y.BlockIdIT == g.BlockIdIT && y.RateIT == g.RateIT &&
+                   y.BlockFA == g.BlockFA && y.RateFA == g.RateFA;
+        });
+        gate.know_group(-1, same != year_groups.end() ? *same : g);
+        o.IdFAGM = -1;
+        if (const auto stop = reg::pass_findings(gate.findings(o), answers)) {
+            result.answered_no = stop->kind == reg::FindingKind::Question;
+            result.errors.push_back(where + ", field " +
+                                    reg::column_of(stop->field, reg::EntrySide::Opening) + ": " +
+                                    reg::one_line(stop->message) +
+                                    (result.answered_no ? " (answered No; --yes answers Yes)" : ""));
             break;
         }
+        o.IdFAGM = 0;
         entries.push_back(std::move(e));
     }
     if (!result.errors.empty()) return result;
@@ -154,23 +167,22 @@ bool frmImport::cmdImport_Click() {
     if (!ui_.ask_yes_no("Do you want to Import data from Fixed Asset Schedule of Previous Year?",
                         MsgIcon::question, false))
         return false;
-    try {
-        const auto r = import_schedule(base.dbobj(), base.Temp_Code(), year, true);
-        if (!r.errors.empty()) {
-            std::string text;
-            for (const auto& e : r.errors) text += e + "\n";
-            ui_.info(text);
-            return false;
-        }
-        ui_.info("Imported " + std::to_string(r.entries) + " particulars into " + std::to_string(r.groups) +
-                 " asset groups.");
-        return true;
-    } catch (const std::exception& e) {
-        comp_.log.set_context("frmImport", "cmdImport_Click");
-        comp_.log.log(e);
-        ui_.critical(e.what());
-        return false;
-    }
+    bool done = false;
+    frame::stopped_whole(
+        comp_.log, ui_, "frmImport", "cmdImport_Click", "The schedule could not be imported.", [&] {
+            const auto r = import_schedule(base.dbobj(), base.Temp_Code(), year, reg::answers_of(ui_));
+            if (r.answered_no) return;
+            if (!r.errors.empty()) {
+                std::string text;
+                for (const auto& e : r.errors) text += e + "\n";
+                ui_.info(text);
+                return;
+            }
+            ui_.info("Imported " + std::to_string(r.entries) + " particulars into " +
+                     std::to_string(r.groups) + " asset groups.");
+            done = true;
+        });
+    return done;
 }
 
 }  // namespace brenlow::exchange

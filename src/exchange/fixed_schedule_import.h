@@ -16,8 +16,9 @@
 // A particular "Does Not Consider for IT" stands outside every block; one that closed
 // at nil on every side is left out.
 //
-// Every entry goes through the register's entry rules first; any refusal (or a question
-// without `yes`) refuses the whole import and nothing is written. The writes hold
+// Every entry goes through the register's entry gate first, against the group it is
+// written to; any refusal (or a question answered No) refuses the whole import and
+// nothing is written. A year that keeps the old chart takes nothing. The writes hold
 // "LOCK TABLE NewFAGM Write, NewFATRo<year> Write, NewFATRa<year> Write, BlockGroup Write".
 
 #include <string>
@@ -25,18 +26,23 @@
 
 #include "controls/ui_port.h"
 #include "frame/component.h"
+#include "register/entry_gate.h"
 #include "store/database.h"
 
 namespace brenlow::exchange {
 
 struct ScheduleImportResult {
     std::vector<std::string> errors;  // nothing was written when there are any
+    bool answered_no = false;         // the error is a question of the entry rules answered No
     int entries = 0;
     int groups = 0;  // distinct groups used
 };
 
 // Imports into the register of `year` (closing calendar year) from the schedule of the
-// year before. `yes` answers Yes to the entry rules' questions.
+// year before. The entry rules' questions go to `answers`.
+ScheduleImportResult import_schedule(store::Database& db, const std::string& code, int year,
+                                     const reg::RuleAnswers& answers);
+// The same with the questions answered beforehand: Yes with `yes`, else No.
 ScheduleImportResult import_schedule(store::Database& db, const std::string& code, int year, bool yes);
 
 // The screen: the client-year the base services have open.

@@ -35,11 +35,17 @@ struct ImportOptions {
     // Answers Yes to the entry rules' questions ("Continue ?") and takes a document of
     // another year; without it each of those refuses the import.
     bool yes = false;
+    // A group of the document whose name the year already has for a group classified
+    // otherwise (blocks, rates, life) is made anew beside it instead of refusing the rows.
+    bool new_groups = false;
 };
 
 struct ImportResult {
     std::vector<std::string> errors;  // nothing was written when there are any
     int unanswered = 0;               // of them, the entry rules' questions ("Continue ?") answered No
+    // The entry rules' questions answered Yes (by `yes`) and their notices, one line each,
+    // with the row they came from.
+    std::vector<std::string> answered;
     int groups_matched = 0;
     int groups_created = 0;
     int openings = 0;
@@ -49,7 +55,7 @@ struct ImportResult {
 };
 
 // Reads a document into the client's year (which must exist). Groups are matched by
-// name within the year, or created; entries get new serials after the client's
+// name and classification within the year, or created; entries get new serials after the client's
 // largest; the document's own client and year do not bind the target.
 ImportResult import_register(store::Database& db, const std::string& code, int year, const std::string& json,
                              const ImportOptions& options);

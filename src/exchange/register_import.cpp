@@ -6,6 +6,7 @@
 #include <cstring>
 #include <type_traits>
 
+#include "register/entry_gate.h"
 #include "store/register_bulk.h"
 
 namespace brenlow::exchange {
@@ -125,30 +126,21 @@ std::string upper(std::string s) {
     return s;
 }
 
-// The findings of one entry as the import's error lines: everything up to the first
-// refusal, and a question too unless the person answered Yes beforehand.
-void report_findings(const std::vector<reg::Finding>& findings, reg::EntrySide side, std::size_t index,
-                     const FindingPlace& place, bool yes, std::vector<std::string>& errors, int& unanswered) {
-    for (const auto& f : findings) {
-        if (f.kind == reg::FindingKind::Notice) continue;
-        if (f.kind == reg::FindingKind::Question && yes) continue;
-        // The box's blank line between a refusal and "Continue ?" reads as one line here.
-        std::string message;
-        for (std::size_t i = 0; i < f.message.size(); ++i) {
-            if (f.message.compare(i, 2, "\n\n") == 0) {
-                message += ' ';
-                ++i;
-            } else {
-                message += f.message[i];
-            }
-        }
-        if (f.kind == reg::FindingKind::Question) {
-            message += " (answered No; --yes answers Yes)";
-            ++unanswered;
-        }
-        errors.push_back(place(side, index, f.field) + ": " + message);
-        return;
+// One entry through the gate: the refusal (or the question answered No) as the import's
+// error line; the questions answered Yes and the notices as lines the command names.
+void judge(const std::vector<reg::Finding>& findings, reg::EntrySide side, std::size_t index,
+           const FindingPlace& place, bool yes, ImportResult& result, std::vector<std::string>& errors) {
+    std::vector<std::string> heard;
+    const auto stop = reg::pass_findings(findings, reg::answered_beforehand(yes, &heard));
+    for (const auto& h : heard)
+        result.answered.push_back(place(side, index, reg::EntryField::Part) + ": " + h);
+    if (!stop) return;
+    std::string message = reg::one_line(stop->message);
+    if (stop->kind == reg::FindingKind::Question) {
+        message += " (answered No; --yes answers Yes)";
+        ++result.unanswered;
     }
+    errors.push_back(place(side, index, stop->field) + ": " + message);
 }
 
 }  // namespace
@@ -183,49 +175,55 @@ ImportResult check_and_write(store::Database& db, const std::string& code, int y
                              std::vector<std::string> errors) {
     ImportResult result;
     store::RegisterStore reg(db, code, year);
-    const auto target_groups = reg.asset_groups();
-
-    // Every entry through the register's own rules, as the screen would check it.
-    {
-        reg::EntryContext base_ctx;
-        base_ctx.year = year;
-        base_ctx.options =
-            reg::RegisterOptions::parse(data.misc_inf ? *data.misc_inf : reg.options_row().value_or(""));
-        std::map<long, const store::AssetGroupRow*> group_rows;
-        for (const auto& g : target_groups) group_rows[g.SrNoFAGM] = &g;
-        for (const auto& [id, g] : data.groups) group_rows[id] = &g;
-        std::map<std::string, bool> nesd;  // BlockIdCL -> no extra shift
-        const auto context_of = [&](long group) {
-            reg::EntryContext ctx = base_ctx;
-            const auto g = group_rows.find(group);
-            ctx.group_known = g != group_rows.end();
-            if (ctx.group_known) {
-                const std::string& cl = g->second->BlockIdCL;
-                if (!nesd.count(cl)) nesd[cl] = !cl.empty() && reg.nesd_of(cl) == "Y";
-                ctx.nesd = nesd[cl];
-            }
-            return ctx;
-        };
-        for (std::size_t i = 0; i < data.openings.size(); ++i) {
-            if (i < data.opening_read.size() && !data.opening_read[i]) continue;
-            const store::OpeningRow o = data.openings[i];
-            report_findings(reg::row_findings(reg::draft_of(o), context_of(o.IdFAGM), o.ShiftDet, o.DetESA),
-                            reg::EntrySide::Opening, i, place, options.yes, errors, result.unanswered);
-        }
-        for (std::size_t i = 0; i < data.additions.size(); ++i) {
-            if (i < data.addition_read.size() && !data.addition_read[i]) continue;
-            const store::AdditionRow a = data.additions[i];
-            report_findings(reg::row_findings(reg::draft_of(a), context_of(a.IdFAGM), a.ShiftDet, ""),
-                            reg::EntrySide::Addition, i, place, options.yes, errors, result.unanswered);
-        }
-    }
-    if (!errors.empty()) {
-        result.errors = std::move(errors);
+    reg::EntryGate gate(reg, data.misc_inf);
+    if (gate.old_chart()) {
+        result.errors.push_back(reg::kOldChartRefusal);
         return result;
     }
 
-    std::map<std::string, long> existing;  // upper-cased name -> SrNoFAGM of the target year
-    for (const auto& g : target_groups) existing[upper(g.Part)] = g.SrNoFAGM;
+    // The document's groups against the year's: one of the same name must be classified
+    // alike (else the rows are refused, or with new_groups it is made anew); one the year
+    // lacks is made. Rows are then checked against the group they will be written to.
+    std::map<std::string, const store::AssetGroupRow*> by_name;  // upper-cased name -> year's group
+    const auto target_groups = reg.asset_groups();
+    for (const auto& g : target_groups) by_name.emplace(upper(g.Part), &g);
+    std::map<long, const store::AssetGroupRow*> matched;  // the reader's group -> the year's
+    for (const auto& [doc_id, g] : data.groups) {
+        const auto it = by_name.find(upper(g.Part));
+        if (it == by_name.end()) {
+            gate.know_group(doc_id, g);
+            continue;
+        }
+        const auto differs = reg::group_difference(*it->second, g);
+        if (!differs) {
+            matched[doc_id] = it->second;
+            gate.know_group(doc_id, *it->second);
+        } else if (options.new_groups) {
+            gate.know_group(doc_id, g);
+        } else {
+            errors.push_back("NewFAGM row " + std::to_string(doc_id) + ", field " + *differs +
+                             ": the year's asset group \"" + it->second->Part +
+                             "\" is classified otherwise (--new-groups makes a group of its own)");
+        }
+    }
+
+    // Every entry through the register's own gate, as the screen would check it.
+    for (std::size_t i = 0; i < data.openings.size(); ++i) {
+        if (i < data.opening_read.size() && !data.opening_read[i]) continue;
+        judge(gate.findings(data.openings[i]), reg::EntrySide::Opening, i, place, options.yes, result,
+              errors);
+    }
+    for (std::size_t i = 0; i < data.additions.size(); ++i) {
+        if (i < data.addition_read.size() && !data.addition_read[i]) continue;
+        judge(gate.findings(data.additions[i]), reg::EntrySide::Addition, i, place, options.yes, result,
+              errors);
+    }
+    if (!errors.empty()) {
+        result.errors = std::move(errors);
+        result.answered.clear();
+        return result;
+    }
+
     store::Transaction tx(db);
     if (options.replace) {
         reg.delete_all_openings(std::nullopt);
@@ -233,13 +231,11 @@ ImportResult check_and_write(store::Database& db, const std::string& code, int y
     }
     std::map<long, long> id_map;  // the reader's group -> target group
     for (const auto& [doc_id, g] : data.groups) {
-        const std::string key = upper(g.Part);
-        if (const auto it = existing.find(key); it != existing.end()) {
-            id_map[doc_id] = it->second;
+        if (const auto m = matched.find(doc_id); m != matched.end()) {
+            id_map[doc_id] = m->second->SrNoFAGM;
             ++result.groups_matched;
         } else {
             id_map[doc_id] = reg.find_or_create_group(g);
-            existing[key] = id_map[doc_id];
             ++result.groups_created;
         }
     }

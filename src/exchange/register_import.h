@@ -36,7 +36,8 @@ private:
 
 struct RegisterData {
     // Asset groups by the reader's own serial; entries refer to these or to a group of
-    // the target year. Groups are matched by name within the year, or created.
+    // the target year. A group is matched to the year's group of its name when they are
+    // classified alike (blocks, rates, life), refused when they are not, or created.
     std::map<long, store::AssetGroupRow> groups;
     PackedRows<store::OpeningRow> openings;
     std::vector<bool> opening_read;  // the row's cells read cleanly (else it is not checked further)
@@ -51,8 +52,9 @@ struct RegisterData {
 using FindingPlace =
     std::function<std::string(reg::EntrySide side, std::size_t index, reg::EntryField field)>;
 
-// Checks every entry of the data and, when nothing was refused and `errors` is empty,
-// writes it all. Errors the reader found come in through `errors`.
+// Checks every entry of the data through the register's entry gate and, when nothing
+// was refused and `errors` is empty, writes it all. A year that keeps the old chart
+// takes nothing. Errors the reader found come in through `errors`.
 ImportResult check_and_write(store::Database& db, const std::string& code, int year, RegisterData data,
                              const ImportOptions& options, const FindingPlace& place,
                              std::vector<std::string> errors);

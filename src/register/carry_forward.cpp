@@ -202,6 +202,29 @@ CarryForwardResult apply_carry_forward(store::Database& db, const std::string& c
                                        const CarryForwardPlan& plan, const CarryForwardAnswers& answers) {
     CarryForwardResult result;
     store::RegisterStore reg(db, code, year);
+    std::vector<store::OpeningRow> rows = plan.openings;
+    // The Act allows at most 40%; the person may bring higher rates down on the way.
+    for (auto& n : rows) {
+        if (answers.it_rate_to_40 && n.RateIT > 40) n.RateIT = 40;
+        if (answers.books_rate_to_40 && n.RateFACL > 40) n.RateFACL = 40;
+    }
+    {
+        // Each entry against the group it will be written to: last year's group, which
+        // the year's is matched to (or made from) on every column that classifies it.
+        EntryGate gate(reg, plan.options_row);
+        if (gate.old_chart()) {
+            result.refusal = kOldChartRefusal;
+            return result;
+        }
+        for (const auto& [id, g] : plan.previous_groups) gate.know_group(id, g);
+        for (const auto& n : rows) {
+            if (const auto stop = pass_findings(gate.findings(n), answers.rules)) {
+                result.refusal = n.Part + ": " + stop->message;
+                result.answered_no = stop->kind == FindingKind::Question;
+                return result;
+            }
+        }
+    }
     store::Transaction tx(db);
     const auto before = reg.asset_groups().size();
     std::map<long, long> group_map;  // last year's group -> this year's
@@ -211,13 +234,7 @@ CarryForwardResult apply_carry_forward(store::Database& db, const std::string& c
         if (g == plan.previous_groups.end()) return group_map[prev_id] = prev_id;
         return group_map[prev_id] = reg.find_or_create_group(g->second);
     };
-    std::vector<store::OpeningRow> rows = plan.openings;
-    for (auto& n : rows) {
-        n.IdFAGM = group_of(n.IdFAGM);
-        // The Act allows at most 40%; the person may bring higher rates down on the way.
-        if (answers.it_rate_to_40 && n.RateIT > 40) n.RateIT = 40;
-        if (answers.books_rate_to_40 && n.RateFACL > 40) n.RateFACL = 40;
-    }
+    for (auto& n : rows) n.IdFAGM = group_of(n.IdFAGM);
     store::insert_openings(db, code, year, rows);
     if (plan.options_row) reg.rewrite_options_row(*plan.options_row);
     tx.commit();

@@ -27,6 +27,7 @@
 #include <string>
 #include <vector>
 
+#include "register/entry_gate.h"
 #include "store/database.h"
 #include "store/register_store.h"
 
@@ -58,14 +59,22 @@ CarryForwardPlan plan_carry_forward(store::Database& db, const std::string& code
 struct CarryForwardAnswers {
     bool it_rate_to_40 = false;     // "Do you want to Change Rate for Income-Tax to 40% ..."
     bool books_rate_to_40 = false;  // "Do you want to Change Rate for Books (Other than Company) to 40% ..."
+    // The entry rules' questions and notices of each carried entry (a residual value
+    // above 5%, the carried remaining half of additional depreciation).
+    RuleAnswers rules;
 };
 
 struct CarryForwardResult {
+    // The carried entry refused by the entry rules (or their question answered No), as
+    // "Particulars: message"; nothing was written when it is given.
+    std::string refusal;
+    bool answered_no = false;
     int entries = 0;
     int groups_created = 0;
 };
 
-// Writes the plan into the year (whose register must be empty).
+// Puts every carried entry through the entry gate and, when none is refused, writes the
+// plan into the year (whose register must be empty).
 CarryForwardResult apply_carry_forward(store::Database& db, const std::string& code, int year,
                                        const CarryForwardPlan& plan, const CarryForwardAnswers& answers);
 

@@ -194,7 +194,12 @@ void frmNewFATR::CarryForward() {
         answers.it_rate_to_40 = plan.it_rate_over_40 && ui_.ask_yes_no(kItRate40Question);
         answers.books_rate_to_40 = plan.books_rate_over_40 && !is_company(comp_.base->TSTATUS()) &&
                                    ui_.ask_yes_no(kBooksRate40Question);
-        apply_carry_forward(comp_.base->dbobj(), code_, year_, plan, answers);
+        answers.rules = answers_of(ui_);
+        const auto done = apply_carry_forward(comp_.base->dbobj(), code_, year_, plan, answers);
+        if (!done.refusal.empty()) {
+            if (!done.answered_no) ui_.info(done.refusal);
+            return;
+        }
         if (plan.options_row) options_ = RegisterOptions::parse(*plan.options_row);
         show_state();
         groups_ = store_->asset_groups();

@@ -1,7 +1,9 @@
-// cmdUpdate: the entry frame read as a draft and put through the entry rules. The
+// cmdUpdate: the entry frame read as a draft and put through the entry rules (its
+// shift and adjustment rows first, as every other way in checks a row). The
 // first refusal shows its message, sends the person back to its field, and nothing is
 // written; a "Continue ?" question stops on No; notices are shown and the update goes on.
 
+#include "register/entry_gate.h"
 #include "register/entry_rules.h"
 #include "register/frm_new_fatr.h"
 #include "register/register_entry_math.h"
@@ -122,24 +124,11 @@ void frmNewFATR::focus_on(EntryField field) {
 
 // Shows the findings in their order; false at the first refusal or a question answered No.
 bool frmNewFATR::show_findings(const std::vector<Finding>& findings) {
-    for (const auto& f : findings) {
-        switch (f.kind) {
-            case FindingKind::Notice:
-                ui_.info(f.message);
-                break;
-            case FindingKind::Refusal:
-                ui_.info(f.message);
-                focus_on(f.field);
-                return false;
-            case FindingKind::Question:
-                if (!ui_.ask_yes_no(f.message, MsgIcon::question, f.default_yes)) {
-                    focus_on(f.field);
-                    return false;
-                }
-                break;
-        }
-    }
-    return true;
+    const auto stop = pass_findings(findings, answers_of(ui_));
+    if (!stop) return true;
+    if (stop->kind == FindingKind::Refusal) ui_.info(stop->message);
+    focus_on(stop->field);
+    return false;
 }
 
 bool frmNewFATR::checks_pass() {
@@ -147,7 +136,10 @@ bool frmNewFATR::checks_pass() {
     const CheckBox& tick = is_opening_mode() ? chkfieldsO[O_RateFACL] : chkfieldsA[A_RateFACL];
     if (tick.Value && tick.Caption == "Auto Calculated")
         is_opening_mode() ? recalc_opening() : recalc_addition();
-    return show_findings(update_findings(draft(), entry_context()));
+    // The shift and adjustment rows are checked again here, against the group the entry
+    // is written to, whether or not their frames were closed with OK.
+    return show_findings(
+        row_findings(draft(), entry_context(), shift_det(), is_opening_mode() ? det_esa() : ""));
 }
 
 }  // namespace brenlow::reg

@@ -8,6 +8,7 @@
 #include "controls/vb_date.h"
 #include "depreciation/half_rate_line.h"
 #include "depreciation/trial_balance_check.h"
+#include "frame/stopped_whole.h"
 #include "store/transfer_store.h"
 
 namespace brenlow::sched {
@@ -483,42 +484,34 @@ bool FixedAssetSchedule::reconcile() {
 bool FixedAssetSchedule::cmdSave_Click() {
     // The questions reach the person (or stop a command line) before anything is written.
     bool checked = false;
-    try {
-        checked = row_checks() && line_checks() && warnings() && e_filing_check() && reconcile();
-    } catch (const store::DbError& e) {
-        comp_.log.set_context("formatsch", "cmdSave_Click");
-        comp_.log.log(e);
-        ui_.critical(e.what());
+    if (!frame::stopped_whole(
+            comp_.log, ui_, "formatsch", "cmdSave_Click", "The schedule could not be checked.", [&] {
+                checked = row_checks() && line_checks() && warnings() && e_filing_check() && reconcile();
+            }))
         return false;
-    }
     if (!checked) return false;
-    try {
-        std::vector<store::SavedParticular> rows;
-        long sr = 0;
-        for (auto& l : vsFixed) {
-            if (l.empty()) continue;
-            l.row.srno = ++sr;
-            l.row.compit_id = sr;
-            if (l.row.method_id == 3 && l.row.deptick == 0) l.row.OTH_DEP = l.row.depamt;
-            rows.push_back({l.row, upper(trim(l.row.PART_NM))});
-        }
-        store::FixedScheduleStore st(db_, suffix_, code_);
-        const auto ids = st.save_particulars(rows);
-        std::size_t k = 0;
-        for (auto& l : vsFixed) {
-            if (l.empty()) continue;
-            l.row.ref_id = ids[k++];
-            for (const auto view : {SubView::Additions, SubView::Deductions, SubView::Carried})
-                save_sub_view(static_cast<std::size_t>(&l - vsFixed.data()), view);
-        }
-        load_rows();
-        return true;
-    } catch (const std::exception& e) {
-        comp_.log.set_context("formatsch", "cmdSave_Click");
-        comp_.log.log(e);
-        ui_.critical(e.what());
-        return false;
-    }
+    return frame::stopped_whole(
+        comp_.log, ui_, "formatsch", "cmdSave_Click", "The schedule could not be saved.", [&] {
+            std::vector<store::SavedParticular> rows;
+            long sr = 0;
+            for (auto& l : vsFixed) {
+                if (l.empty()) continue;
+                l.row.srno = ++sr;
+                l.row.compit_id = sr;
+                if (l.row.method_id == 3 && l.row.deptick == 0) l.row.OTH_DEP = l.row.depamt;
+                rows.push_back({l.row, upper(trim(l.row.PART_NM))});
+            }
+            store::FixedScheduleStore st(db_, suffix_, code_);
+            const auto ids = st.save_particulars(rows);
+            std::size_t k = 0;
+            for (auto& l : vsFixed) {
+                if (l.empty()) continue;
+                l.row.ref_id = ids[k++];
+                for (const auto view : {SubView::Additions, SubView::Deductions, SubView::Carried})
+                    save_sub_view(static_cast<std::size_t>(&l - vsFixed.data()), view);
+            }
+            load_rows();
+        });
 }
 
 bool FixedAssetSchedule::save_sub_view(std::size_t row, SubView view) {

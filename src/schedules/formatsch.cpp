@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "controls/number_format.h"
+#include "frame/stopped_whole.h"
 #include "schedules/schedule_carry.h"
 #include "schedules/schedule_grids.h"
 #include "schedules/schedule_report.h"
@@ -10,6 +11,8 @@
 
 namespace brenlow::schedules {
 namespace {
+
+constexpr const char* kModule = "formatsch";
 
 int last_four(const std::string& date) {
     return date.size() >= 4 ? std::atoi(date.substr(date.size() - 4).c_str()) : 0;
@@ -152,22 +155,18 @@ void formatsch::lay_out(const SchedKind& kind) {
 void formatsch::check_carry_forward(const SchedKind& kind) {
     auto& db = c_.base->dbobj();
     const std::string code = c_.base->Temp_Code();
-    try {
-        offer_carry_forward(db, ui_, kind, suffix_, previous_suffix_, code);
-    } catch (const store::DbError& e) {
-        ui_.critical(std::string("The previous year's particulars could not be carried forward: ") +
-                     e.what());
-    }
+    frame::stopped_whole(c_.log, ui_, kModule, "check_carry_forward",
+                         "The previous year's particulars could not be carried forward.",
+                         [&] { offer_carry_forward(db, ui_, kind, suffix_, previous_suffix_, code); });
 }
 
 void formatsch::load_rows(const SchedKind& kind) {
-    try {
+    // Reading writes nothing: a failure is logged and the screen goes on with what it has.
+    frame::guarded(c_.log, kModule, "load_rows", [&] {
         fill_grid(
             vsf1, kind,
             store::read_schedule(c_.base->dbobj(), kind.stem, suffix_, c_.base->Temp_Code(), kind.loan_id));
-    } catch (const store::DbError& e) {
-        ui_.critical(std::string("The schedule could not be read: ") + e.what());
-    }
+    });
 }
 
 store::ScheduleSave formatsch::lines() const {
@@ -193,13 +192,9 @@ bool formatsch::save() {
         return false;
     }
     save.rows = written_rows(*current_, save.rows);
-    try {
+    return frame::stopped_whole(c_.log, ui_, kModule, "save", "The schedule could not be saved.", [&] {
         store::save_schedule(c_.base->dbobj(), suffix_, c_.base->Temp_Code(), save);
-    } catch (const std::exception& e) {
-        ui_.critical(std::string("The schedule could not be saved: ") + e.what());
-        return false;
-    }
-    return true;
+    });
 }
 
 void formatsch::cmdAdd_Click() {
@@ -332,22 +327,24 @@ void formatsch::new_master_item(int row, int col) {
         return;
     }
     long id = 0;
-    try {
-        if (key == kUserReserveKey) {
-            const auto added = store::add_reserve(db, name);
-            if (!added) {
-                ui_.info(kItemExists);
-                vsf1.set_text_matrix(row, col, "");
-                return;
-            }
-            id = *added;
-        } else if (key == "ExpID") {
-            id = store::find_or_add_misc_expense(db, name);
-        } else {
-            id = store::find_or_add_company(db, name);
-        }
-    } catch (const std::exception& e) {
-        ui_.critical(std::string("The new item could not be saved: ") + e.what());
+    bool exists = false;
+    const bool saved = frame::stopped_whole(c_.log, ui_, kModule, "new_master_item",
+                                            "The new item could not be saved.", [&] {
+                                                if (key == kUserReserveKey) {
+                                                    const auto added = store::add_reserve(db, name);
+                                                    if (!added) {
+                                                        exists = true;
+                                                        return;
+                                                    }
+                                                    id = *added;
+                                                } else if (key == "ExpID") {
+                                                    id = store::find_or_add_misc_expense(db, name);
+                                                } else {
+                                                    id = store::find_or_add_company(db, name);
+                                                }
+                                            });
+    if (exists) ui_.info(kItemExists);
+    if (!saved || exists) {
         vsf1.set_text_matrix(row, col, "");
         return;
     }

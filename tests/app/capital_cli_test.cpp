@@ -62,7 +62,7 @@ TEST_P(CapitalCli, RatiosMustTotalOneHundredAndTheShareFollowsThem) {
     EXPECT_NE(r.err.find("Total Profit (%) should be 100%."), std::string::npos) << r.err;
     r = capital({"ratios", "1=33.33", "2=33.33", "RAVI KUMAR=33.34"});
     ASSERT_EQ(r.code, 0) << r.err;
-    r = capital({"share", "--net-profit", "10"});
+    r = capital({"share", "--net-profit", "10", "--yes"});
     ASSERT_EQ(r.code, 0) << r.err;
     EXPECT_EQ(share_of(r.out, "ANIL SHAH"), "3.33 Cr.");
     EXPECT_EQ(share_of(r.out, "RAVI KUMAR"), "3.34 Cr.");
@@ -74,17 +74,40 @@ TEST_P(CapitalCli, RatiosMustTotalOneHundredAndTheShareFollowsThem) {
     EXPECT_EQ(doc["partners"][2]["code"], "~~[OTHER]RAVI KUMAR");
     EXPECT_EQ(doc["partners"][1]["capital_balance"], 3.33);
     // A loss from the year's result: debited.
-    ASSERT_EQ(capital({"result", "1=100", "2=-150"}).code, 0);
-    r = capital({"share"});
+    ASSERT_EQ(capital({"result", "1=100", "2=-150", "--yes"}).code, 0);
+    r = capital({"share", "--yes"});
     ASSERT_EQ(r.code, 0) << r.err;
     // -16.665 is half-way: to the even -16.66; the last takes the remainder.
     EXPECT_EQ(share_of(r.out, "BINA MEHTA"), "16.66 Dr.");
     EXPECT_EQ(share_of(r.out, "RAVI KUMAR"), "16.68 Dr.");
 }
 
+TEST_P(CapitalCli, ShareAndResultWriteNothingUntilTheirQuestionIsAnswered) {
+    ASSERT_EQ(capital({"ratios", "1=60", "2=40"}).code, 0);
+    auto r = capital({"share", "--net-profit", "1000"});
+    EXPECT_EQ(r.code, 2) << r.err;
+    EXPECT_NE(r.err.find("Do you want to Share the Net Profit/Loss among the Partners and Save ?"),
+              std::string::npos)
+        << r.err;
+    r = capital({"show", "--json"});
+    ASSERT_EQ(r.code, 0) << r.err;
+    EXPECT_EQ(nlohmann::json::parse(r.out)["partners"][0]["capital_balance"], 0) << r.out;
+
+    r = capital({"result", "1=100", "2=-150"});
+    EXPECT_EQ(r.code, 2) << r.err;
+    EXPECT_NE(r.err.find("Do you want to Replace the Result of the Year ?"), std::string::npos) << r.err;
+    // Nothing recorded: the share of the year's own result is nil.
+    r = capital({"share", "--yes"});
+    ASSERT_EQ(r.code, 0) << r.err;
+    EXPECT_NE(r.err.find("Do you want to Share the Net Profit/Loss among the Partners and Save ? Yes"),
+              std::string::npos)
+        << r.err;
+    EXPECT_EQ(share_of(r.out, "ANIL SHAH"), "0.00 Cr.") << r.out;
+}
+
 TEST_P(CapitalCli, TheLinesGoOutAndComeBackInCheckedFirst) {
     ASSERT_EQ(capital({"ratios", "1=60", "2=40"}).code, 0);
-    ASSERT_EQ(capital({"share", "--net-profit", "1000"}).code, 0);
+    ASSERT_EQ(capital({"share", "--net-profit", "1000", "--yes"}).code, 0);
     auto r = capital({"export", file_.string()});
     ASSERT_EQ(r.code, 0) << r.err;
     std::ifstream in(file_);
@@ -113,7 +136,7 @@ TEST_P(CapitalCli, TheLinesGoOutAndComeBackInCheckedFirst) {
 
 TEST_P(CapitalCli, TheLedgerRefusesAParticularInUseElsewhereAndReplacesEverywhere) {
     ASSERT_EQ(capital({"ratios", "1=100"}, "OTHER", "2024").code, 0);
-    ASSERT_EQ(capital({"share", "--net-profit", "5"}, "OTHER", "2024").code, 0);
+    ASSERT_EQ(capital({"share", "--net-profit", "5", "--yes"}, "OTHER", "2024").code, 0);
     auto r = cli({"ledger", "delete", "profit share (00711)", "--master", "capital", "--yes"});
     EXPECT_EQ(r.code, 1);
     EXPECT_NE(r.err.find("Particulars already in use. You can not delete this Particulars."),

@@ -130,6 +130,30 @@ TEST(vTXTKeys, ReadsOnlyTheFirstFiftyOneCharactersOfTheLists) {
     EXPECT_THROW(field.set_Exclude(std::string(52, '#')), std::invalid_argument);
 }
 
+// The lists are UTF-8 text read character by character: a letter beyond ASCII in
+// Exclude stops that letter, and the limit of 51 counts characters.
+TEST(vTXTKeys, ListsAreReadByCharacterNotByByte) {
+    ScriptedUi ui;
+    auto field = field_of_kind(ui, vTXT::kFreeText);
+    field.set_Exclude("\xC3\xA9");  // é
+    EXPECT_EQ(field.key_press(0xE9).action, KeyAction::cancel);
+    ui.expect_message("InValid Data");
+    // The bytes of "é" are not characters of their own.
+    EXPECT_EQ(field.key_press(0xC3).action, KeyAction::accept);
+    EXPECT_EQ(field.text(), "\xC3\x83");  // Ã as typed, not the first byte of "é"
+    ui.expect_nothing_more();
+
+    auto numbers = field_of_kind(ui, vTXT::kWholeNumber);
+    numbers.set_Include("\xE2\x82\xB9");  // ₹, three bytes
+    EXPECT_EQ(numbers.key_press(0x20B9).action, KeyAction::accept);
+    // Fifty-one characters of three bytes each are a list of the limit, not beyond it.
+    std::string rupees;
+    for (int i = 0; i < 51; ++i) rupees += "\xE2\x82\xB9";
+    EXPECT_NO_THROW(numbers.set_Include(rupees));
+    EXPECT_THROW(numbers.set_Include(rupees + "X"), std::invalid_argument);
+    ui.expect_nothing_more();
+}
+
 TEST(vTXTKeys, PassesBackspaceAndEscapeWhateverTheKind) {
     ScriptedUi ui;
     auto field = field_of_kind(ui, vTXT::kLetters);

@@ -6,6 +6,7 @@
 #include <fstream>
 #include <vector>
 
+#include "frame/remaining_life.h"
 #include "suite/defaults.h"
 #include "support/scripted_ui.h"
 
@@ -187,7 +188,13 @@ TEST(ErrorLog, AppendsOneTabSeparatedLineWithTheContextUnderTheProgramFolder) {
     const auto dir = std::filesystem::temp_directory_path() / ("brenlow-log-" + std::to_string(::getpid()));
     std::filesystem::create_directories(dir);
     ErrorLog log(dir.string());
-    const bool ok = guarded(log, "MODULE1", "GETREMLIFEYRS", [] {
+    // The remaining-life function logs a date it cannot read under its own module and
+    // procedure and answers 0; a readable date logs nothing.
+    EXPECT_EQ(GETREMLIFEYRS(log, "15062010", 2014, 2, 0, 10), 6);
+    EXPECT_EQ(log.logged(), 0);
+    EXPECT_EQ(GETREMLIFEYRS(log, "15x62010", 2014, 2, 0, 10), 0);
+    EXPECT_EQ(log.logged(), 1);
+    const bool ok = guarded(log, "frmNewFATR", "LoadRegister", [] {
         throw store::DbError(1146, "Table 'x.NewFATRo2015' doesn't exist", "select * from NewFATRo2015");
     });
     EXPECT_FALSE(ok);
@@ -195,16 +202,18 @@ TEST(ErrorLog, AppendsOneTabSeparatedLineWithTheContextUnderTheProgramFolder) {
     EXPECT_TRUE(guarded(log, "frmblockM", "cmdback_Click", [] {}));
 
     std::ifstream in(dir / "TarrowLog.log");
-    std::string first, second, third;
-    std::getline(in, first);
-    std::getline(in, second);
-    EXPECT_FALSE(std::getline(in, third));
-    EXPECT_EQ(first,
-              "1146\tTable 'x.NewFATRo2015' doesn't exist\tDatabase\tselect * from NewFATRo2015\tMODULE1\t"
-              "GETREMLIFEYRS");
-    // A description with tabs or line breaks stays one line of fixed fields.
-    EXPECT_EQ(second, "-1\ta b c\tBrenlow\t\tfrmblockM\tcmdupdateded_Click");
-    EXPECT_EQ(log.logged(), 2);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(in, line);) lines.push_back(line);
+    const std::vector<std::string> expected = {
+        "-1\tType mismatch: the date of put to use \"15x62010\" is not a date "
+        "(ddmmyyyy)\tBrenlow\t\tMODULE1\t"
+        "GETREMLIFEYRS",
+        "1146\tTable 'x.NewFATRo2015' doesn't exist\tDatabase\tselect * from NewFATRo2015\tfrmNewFATR\t"
+        "LoadRegister",
+        // A description with tabs or line breaks stays one line of fixed fields.
+        "-1\ta b c\tBrenlow\t\tfrmblockM\tcmdupdateded_Click"};
+    EXPECT_EQ(lines, expected);
+    EXPECT_EQ(log.logged(), 3);
     std::filesystem::remove_all(dir);
 }
 

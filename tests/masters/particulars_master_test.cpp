@@ -103,6 +103,10 @@ TEST_P(ParticularsMaster, AModifiedParticularKeepsItsPartId) {
 TEST_P(ParticularsMaster, DeletingAsksAndRemovesTheParticularEvenWhenSchedulesReferToIt) {
     frmfamaster s(component(), ui_);
     add(s, "LATHE");
+    // The year's fixed-asset schedule has a line that refers to the particular.
+    const std::string fixed = "FIXED_" + base_->GetTbName(base_->CYrInd());
+    db().execute("insert into " + fixed + " (compit_id,srno,code_no,ref_id) values (1,1,'C001'," +
+                 std::to_string(s.part_id(s.vsf_Row())) + ")");
     ui_.answer_no().answer_yes();
     s.cmddeleteded_Click();
     EXPECT_EQ(count("FAPart_Master"), 1);
@@ -111,13 +115,17 @@ TEST_P(ParticularsMaster, DeletingAsksAndRemovesTheParticularEvenWhenSchedulesRe
                                                          "Do you want to Delete Selected Item?"}));
     EXPECT_EQ(count("FAPart_Master"), 0);
     EXPECT_EQ(s.vsf.data_rows(), 0);
+    EXPECT_EQ(count(fixed), 1);  // the schedule's line is left as it was
 }
 
 TEST_P(ParticularsMaster, AParticularKeepsTheCodeOfABlockDeletedLater) {
-    db().execute("Insert into FAPart_Master Values (2025,1,'LATHE','1',10,10,7,3)");
+    db().execute("Insert into FAPart_Master Values (2025,1,'LATHE','1',10,10,2,3)");
+    // The books block FURNITURE goes after the particular was made.
+    db().execute("Delete from BlockGroup where GrpId=2");
     frmfamaster s(component(), ui_);
+    EXPECT_EQ(s.Combo2.List.compose(), "#0; |#1;PLANT");
     EXPECT_EQ(s.Combo2.ListIndex, -1);  // shown as "(Select)"
-    EXPECT_EQ(rows("select ClBlock from FAPart_Master").first("ClBlock").as_int(), 7);
+    EXPECT_EQ(rows("select ClBlock from FAPart_Master").first("ClBlock").as_int(), 2);
 }
 
 TEST_P(ParticularsMaster, TheBlockButtonOpensTheBlockMasterAndTheChoosersReload) {

@@ -142,7 +142,11 @@ protected:
         const auto closing_books = books(year - 1);
         const auto plan = plan_carry_forward(db(), kCode, year);
         ASSERT_FALSE(plan.openings.empty()) << plan.nothing_because;
-        apply_carry_forward(db(), kCode, year, plan, {});
+        // The entry rules' questions of the carried entries answered Yes, as --yes does.
+        CarryForwardAnswers answers;
+        answers.rules = answered_beforehand(true, nullptr);
+        const auto done = apply_carry_forward(db(), kCode, year, plan, answers);
+        ASSERT_EQ(done.refusal, "");
         store::RegisterStore next(db(), kCode, year);
         std::map<long, std::string> block_of;
         for (const auto& g : next.asset_groups()) block_of[g.SrNoFAGM] = g.BlockIdIT;

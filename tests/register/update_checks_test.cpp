@@ -145,13 +145,37 @@ TEST_P(RegisterUpdateChecks, CarryingAmountYearIsAskedForWhenTheAssetIsOlderThan
     fill_opening(*s);
     s->txtfieldsO[S::O_PutDate].set_text("15/06/2010");
     ui_.answer_no();
-    refused(
-        *s,
-        {"'For Calculation of Carrying Amount, Consider Depreciation Upto 31/03/' Year should be selected as "
-         "Date of Put to Use '15/06/2010' is prior to '01/04/2014' !\n\nContinue ?"});
-    EXPECT_EQ(ui_.shown().size(), 0u);
+    EXPECT_FALSE(s->cmdUpdate_Click());
+    // A Yes/No question falling on No, the only box shown, and nothing written.
+    ASSERT_EQ(ui_.shown().size(), 1u);
+    EXPECT_EQ(ui_.shown()[0].kind, ShownBox::Kind::yes_no);
+    EXPECT_EQ(ui_.shown()[0].default_button, "No");
+    EXPECT_EQ(boxes(), Texts{"'For Calculation of Carrying Amount, Consider Depreciation Upto 31/03/' Year "
+                             "should be selected as "
+                             "Date of Put to Use '15/06/2010' is prior to '01/04/2014' !\n\nContinue ?"});
+    EXPECT_EQ(count("NewFATRo2016"), 0);
+    EXPECT_TRUE(s->Entering());
     ui_.answer_yes();
     EXPECT_TRUE(s->cmdUpdate_Click());
+    EXPECT_EQ(count("NewFATRo2016"), 1);
+}
+
+TEST_P(RegisterUpdateChecks, AnExtraShiftRowOnAGroupWithoutExtraShiftsIsRefusedOnUpdate) {
+    auto s = open_screen(ui_);
+    s->cmdAddO_Click();
+    s->SelectAssetGroup(kBuilding);
+    s->txtPart.set_text("FACTORY SHED");
+    s->txtfieldsO[S::O_PutDate].set_text("01/04/2015");
+    s->txtfieldsO[S::O_CostWdv].set_text("100000");
+    s->txtfieldsO[S::O_WdvIT].set_text("80000");
+    s->txtfieldsO_Change(S::O_CostWdv);
+    boxes();
+    // The shift frame was never closed with OK: Update checks the rows all the same.
+    s->AddShiftRow("01/04/2015", "30/09/2015", 2);
+    refused(*s, {"'No Extra Shift Depreciation' is permitted for selected 'Asset Group' !"});
+    s->RemoveShiftRow(s->vsS.fixed_rows());
+    EXPECT_TRUE(s->cmdUpdate_Click());
+    EXPECT_EQ(boxes(), Texts{"Auto Calculated Rate is 9.50% !"});
     EXPECT_EQ(count("NewFATRo2016"), 1);
 }
 

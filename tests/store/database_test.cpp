@@ -14,6 +14,8 @@
 #include <thread>
 #include <vector>
 
+#include "store/fixed_schedule_store.h"
+#include "store/schema.h"
 #include "support/test_databases.h"
 
 namespace brenlow::store {
@@ -114,18 +116,17 @@ TEST_P(StoreDatabase, TextColumnsCompareCaseBlindAndUcaseFolds) {
 }
 
 TEST_P(StoreDatabase, MergeWorkTablesAreCreatedAsWrittenAndCompareCaseBlind) {
-    db().execute(
-        "Create Table If Not Exists MergDepr2 (SrNo Double, Code_No Char(50), AD_DED_ID Double, REF_ID "
-        "Double, "
-        "PARTICULAR Char(50), Amt Double, AD_DATE Char(50), DEP Double, FullDep TinyInt(4), Src Int(11), "
-        "Cost Double, "
-        "ExCr Double, CurDiff Double, GrSub Double, DtPur Char(10), AddDepApp Char(1))");
-    db().execute("Create Table If Not Exists MergDepr2 (SrNo Double)");  // already there: nothing happens
+    // The merge's own work tables, made as the merge makes them.
+    create_merge_tables(db());
+    create_merge_tables(db());  // already there: nothing happens
     db().execute(
         "INSERT INTO MergDepr2 Values (1, 'C1', 1, 7, 'Lathe', 1000, '01/04/2014', 150, 1, 0, 1000, 0, 0, 0, "
         "'01/04/2014', 'Y')");
     EXPECT_EQ(count_rows(db(), "MergDepr2 WHERE AddDepApp='y' AND code_no='c1' AND Particular='LATHE'"), 1);
-    db().execute("Drop Table MergDepr2");
+    db().execute("INSERT INTO MergDepr1 (SrNo, Code_No, REF_ID, OP_BAL) Values (1, 'C1', 7, 500)");
+    EXPECT_EQ(count_rows(db(), "MergDepr1 WHERE code_no='c1' AND ref_id=7"), 1);
+    drop_merge_tables(db());
+    EXPECT_FALSE(db().table_exists("MergDepr1"));
     EXPECT_FALSE(db().table_exists("MergDepr2"));
 }
 
@@ -157,20 +158,24 @@ TEST_P(StoreDatabase, MaximumOverNoRowsIsNullAndReadsAsZero) {
 }
 
 TEST_P(StoreDatabase, InsertSelectCopiesOneClientsRows) {
-    const std::string columns = "(Code_No Char(50), Grp Int(11), Rate Double, Wdv Double)";
-    db().execute("Create Table DeprChart " + columns);
-    db().execute("Create Table TmpDepChart " + columns);
-    db().execute("INSERT INTO DeprChart Values ('C1', 1, 15, 1000.5)");
-    db().execute("INSERT INTO DeprChart Values ('C1', 2, 40, 0.1)");
-    db().execute("INSERT INTO DeprChart Values ('C2', 1, 15, 99)");
+    // The two chart tables as the program makes them: the copy needs their columns alike.
+    create_shared_tables(db());
+    db().execute(
+        "INSERT INTO DeprChart (Code_No, FYr, Grp, Rate, Wdv, WdvCl) Values ('C1', 2016, 1, 15, 1000.5, 7)");
+    db().execute(
+        "INSERT INTO DeprChart (Code_No, FYr, Grp, Rate, Wdv, WdvCl) Values ('C1', 2016, 2, 40, 0.1, 8)");
+    db().execute(
+        "INSERT INTO DeprChart (Code_No, FYr, Grp, Rate, Wdv, WdvCl) Values ('C2', 2016, 1, 15, 99, 9)");
 
     db().execute("INSERT INTO TmpDepChart SELECT * FROM DeprChart WHERE Code_No='C1'");
 
     const auto rs = db().query("SELECT * FROM TmpDepChart ORDER BY Grp");
     ASSERT_EQ(rs.size(), 2u);
     EXPECT_EQ(rs.row(0)["Wdv"].as_text(), "1000.5");
+    EXPECT_EQ(rs.row(0)["WdvCl"].as_double(), 7.0);
     EXPECT_EQ(rs.row(1)["Rate"].as_double(), 40.0);
     EXPECT_EQ(rs.row(1)["Wdv"].as_text(), "0.1");
+    EXPECT_EQ(rs.row(1)["FYr"].as_int(), 2016);
 }
 
 TEST_P(StoreDatabase, LocksReplaceEachOtherAndUnlockAndFlushAreHarmlessWhenNothingIsHeld) {

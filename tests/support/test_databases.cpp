@@ -83,6 +83,10 @@ std::unique_ptr<store::Database> TempDatabase::open_another() const {
 
 void BackendTest::SetUp() {
     if (GetParam() == store::Backend::mysql && !mysql_configured()) {
+        // Under scripts/test.sh every backend must run: a missing server is a failure there.
+        if (const char* required = std::getenv("BRENLOW_REQUIRE_BACKENDS"); required && *required == '1')
+            GTEST_FAIL()
+                << "MySQL case not run: BRENLOW_REQUIRE_BACKENDS=1 but BRENLOW_TEST_MYSQL is not set.";
         GTEST_SKIP()
             << "MySQL case skipped: set BRENLOW_TEST_MYSQL (or run under scripts/with-test-mariadb.sh).";
     }

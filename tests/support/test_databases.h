@@ -16,7 +16,8 @@
 // named by the environment variable BRENLOW_TEST_MYSQL, for example
 // "mysql://root@localhost/?socket=/tmp/x/mysql.sock" (no database in the path);
 // scripts/with-test-mariadb.sh starts a private one and sets it. Without the
-// variable the MySQL case is skipped with a message.
+// variable the MySQL case is skipped with a message, or fails when
+// BRENLOW_REQUIRE_BACKENDS=1 (scripts/test.sh sets it).
 
 #include <gtest/gtest.h>
 

@@ -72,6 +72,8 @@ TEST_P(FixedAssetScheduleWindowTest, ShowsTheParticularsWithTheirHeadingsAndList
     EXPECT_EQ(w.lines()->item(0, 0)->text(), "CNC LATHE");
     w.show();
     EXPECT_TRUE(brenlow::test::save_picture(w, "fixed-asset-schedule"));
+    // The particulars are drawn in the grid, not only its background and rules.
+    EXPECT_GT(brenlow::test::drawn_colours(*grid->viewport()), 10);
 }
 
 BRENLOW_INSTANTIATE_BACKENDS(FixedAssetScheduleWindowTest);

@@ -3,10 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QImage>
 #include <QWidget>
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
+#include <set>
 
 namespace brenlow::test {
 
@@ -44,6 +46,14 @@ bool save_picture(QWidget& window, const std::string& name) {
     const std::filesystem::path dir = folder && *folder ? std::filesystem::path(folder) : fallback;
     std::filesystem::create_directories(dir);
     return window.grab().save(QString::fromStdString((dir / (name + ".png")).string()));
+}
+
+int drawn_colours(QWidget& widget) {
+    const QImage image = widget.grab().toImage();
+    std::set<QRgb> colours;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x) colours.insert(image.pixel(x, y));
+    return static_cast<int>(colours.size());
 }
 
 }  // namespace brenlow::test

@@ -17,4 +17,9 @@ void ensure_qt_app();
 // by BRENLOW_ARTIFACTS, else the build's artifacts folder.
 bool save_picture(QWidget& window, const std::string& name);
 
+// The distinct colours of a widget as it draws now: an empty or unpainted grid shows a
+// handful (background, lines, selection); a grid with its texts drawn shows the many
+// shades of their letters.
+int drawn_colours(QWidget& widget);
+
 }  // namespace brenlow::test

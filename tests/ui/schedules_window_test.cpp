@@ -68,6 +68,8 @@ TEST_P(SchedulesWindowTest, EachScheduleWithItsLinesIsDrawn) {
         }
         QApplication::processEvents();
         EXPECT_TRUE(brenlow::test::save_picture(window, "schedules_" + name)) << name;
+        // The grid's lines are drawn, letters and all, not only its background and rules.
+        EXPECT_GT(brenlow::test::drawn_colours(*window.grid()->viewport()), 10) << name;
         if (group == schedules::kReserves) window.run([&] { screen->cmdshtb_Click(); });
     }
     const auto* grid = window.grid();

@@ -30,7 +30,7 @@ constexpr const char* kHelp =
     "       brenlow [--db URL] capital share --client CODE --year YYYY [--net-profit N] [--yes]\n"
     "       brenlow [--db URL] capital export FILE.json --client CODE --year YYYY\n"
     "       brenlow [--db URL] capital import FILE.json --client CODE --year YYYY\n"
-    "       brenlow [--db URL] capital result --client CODE --year YYYY [ITEM=AMOUNT...] [--tax N]\n"
+    "       brenlow [--db URL] capital result --client CODE --year YYYY [ITEM=AMOUNT...] [--tax N] [--yes]\n"
     "       brenlow [--db URL] capital partners --client CODE [--add \"FIRST [MIDDLE] LAST\"]\n"
     "\n"
     "  show      the capital schedule: each partner's ratio, lines and closing balances (only reads)\n"
@@ -44,29 +44,6 @@ constexpr const char* kHelp =
     "  result    records the year's result as the final accounts do: its items and its tax\n"
     "  partners  lists the client's partners (owner1), or adds one\n"
     "A question the options do not answer stops the command (exit code 2); --yes answers Yes.\n";
-
-// The command line's Ui: --yes answers Yes; without it the screen hears No (so it
-// writes nothing) and the command stops at that question afterwards.
-class CapitalUi : public CliUi {
-public:
-    CapitalUi(std::ostream& err, bool yes) : CliUi(err, yes), yes_(yes) {}
-    void message(std::string_view text, MsgIcon icon, std::string_view title) override {
-        ++messages_;
-        CliUi::message(text, icon, title);
-    }
-    bool ask_yes_no(std::string_view text, MsgIcon icon, bool default_yes, std::string_view title) override {
-        if (yes_) return CliUi::ask_yes_no(text, icon, default_yes, title);
-        if (!unanswered_) unanswered_ = std::string(text);
-        return false;
-    }
-    int messages() const { return messages_; }
-    const std::optional<std::string>& unanswered() const { return unanswered_; }
-
-private:
-    bool yes_;
-    int messages_ = 0;
-    std::optional<std::string> unanswered_;
-};
 
 struct Year {
     std::string code;
@@ -91,16 +68,16 @@ frame::Component component_of(Context& ctx) {
 // How the command ends after the screen's event: 2 at an unanswered question, 1
 // after a refusal, else 0.
 // A failure the screen only logged is said too, in the program's own words.
-int outcome(Context& ctx, const CapitalUi& ui, bool done, const frame::Component& component) {
+int outcome(Context& ctx, const CliUi& ui, bool done, const frame::Component* component = nullptr) {
     if (ui.unanswered()) {
         ctx.err << "brenlow: stopped at the question: " << *ui.unanswered() << " (--yes answers Yes)\n";
         return 2;
     }
-    if (!done && ui.messages() == 0 && component.log.logged() > 0) {
+    if (!done && ui.messages() == 0 && component && component->log.logged() > 0) {
         const std::string reason = store::failure_reason(
-            ctx.base().dbobj().backend(), component.log.last_number(), component.log.last_error());
+            ctx.base().dbobj().backend(), component->log.last_number(), component->log.last_error());
         ctx.err << "brenlow capital: Nothing was saved."
-                << (reason.empty() ? " The failure is written in " + component.log.path() + "." : reason)
+                << (reason.empty() ? " The failure is written in " + component->log.path() + "." : reason)
                 << "\n";
     }
     return done ? 0 : 1;
@@ -124,7 +101,7 @@ int show(Context& ctx, const std::vector<std::string>& args) {
     ctx.reads_only();
     const auto y = open_year(ctx, opt);
     auto component = component_of(ctx);
-    CapitalUi ui(ctx.err, false);
+    CliUi ui(ctx.err, false, CliUi::Unanswered::answer_no);
     capital::capital s(component, ui, true);
     s.Form_Load();
     if (opt.has("json")) {
@@ -187,10 +164,10 @@ int ratios(Context& ctx, const std::vector<std::string>& args) {
         typed.emplace_back(a.substr(0, eq), v);
     }
     auto component = component_of(ctx);
-    CapitalUi ui(ctx.err, opt.has("yes"));
+    CliUi ui(ctx.err, opt.has("yes"), CliUi::Unanswered::answer_no);
     capital::capital s(component, ui);
     s.Form_Load();
-    if (ui.unanswered()) return outcome(ctx, ui, false, component);
+    if (ui.unanswered()) return outcome(ctx, ui, false, &component);
     s.cmdProfitDet_Click();
     while (s.vsfR.data_rows() > 0) s.vsfR.remove_item(s.vsfR.fixed_rows());
     const auto listed = store::listed_partners(ctx.base().dbobj(), y.code);
@@ -218,7 +195,7 @@ int ratios(Context& ctx, const std::vector<std::string>& args) {
     ctx.err << s.lblTotal.Caption << "\n";
     const bool saved = s.cmdbackP_Click();
     if (saved) print_balances(ctx, s);
-    return outcome(ctx, ui, saved, component);
+    return outcome(ctx, ui, saved, &component);
 }
 
 int share(Context& ctx, const std::vector<std::string>& args) {
@@ -231,23 +208,27 @@ int share(Context& ctx, const std::vector<std::string>& args) {
         if (!typed) throw UsageError("Option --net-profit must be a number, not \"" + *n + "\".");
     }
     auto component = component_of(ctx);
-    CapitalUi ui(ctx.err, opt.has("yes"));
+    CliUi ui(ctx.err, opt.has("yes"), CliUi::Unanswered::answer_no);
     capital::capital s(component, ui);
     s.Form_Load();
-    if (ui.unanswered()) return outcome(ctx, ui, false, component);
+    if (ui.unanswered()) return outcome(ctx, ui, false, &component);
     if (typed) {
         // Typed for this run; the client's option is left as it is.
         s.chkautocalcnp.Value = false;
         s.txtNetProfit.set_text(plain_number(*typed));
     }
-    if (!s.cmdShare_Click() || !s.cmdsave_Click()) return outcome(ctx, ui, false, component);
+    // The shares change the partners' accounts: asked first, --yes answers.
+    if (!ui.ask_yes_no("Do you want to Share the Net Profit/Loss among the Partners and Save ?",
+                       MsgIcon::question, false))
+        return outcome(ctx, ui, false, &component);
+    if (!s.cmdShare_Click() || !s.cmdsave_Click()) return outcome(ctx, ui, false, &component);
     ctx.out << "Net profit of " << y.code << " for F.Y. " << fy_text(y.year) << ": "
             << format_mask(s.net_profit(), "###0.00") << "\n";
     for (const auto& [code, amount] : s.last_shares())
         ctx.out << "  " << std::left << std::setw(30) << s.partner_name(code) << std::right << std::setw(14)
                 << format_mask(std::abs(amount), "###0.00") << (amount < 0 ? " Dr." : " Cr.") << "\n";
     print_balances(ctx, s);
-    return outcome(ctx, ui, true, component);
+    return outcome(ctx, ui, true, &component);
 }
 
 std::string read_document(const std::string& file) {
@@ -291,8 +272,8 @@ int import_document(Context& ctx, const std::vector<std::string>& args) {
 }
 
 int result(Context& ctx, const std::vector<std::string>& args) {
-    const Options opt(args, {});
-    opt.reject_unknown({"client", "year", "tax"});
+    const Options opt(args, {"yes"});
+    opt.reject_unknown({"client", "year", "tax", "yes"});
     const auto y = open_year(ctx, opt);
     std::vector<std::pair<long, double>> items;
     for (std::size_t i = 1; i < opt.positional().size(); ++i) {
@@ -313,6 +294,10 @@ int result(Context& ctx, const std::vector<std::string>& args) {
         if (!v) throw UsageError("Option --tax must be a number, not \"" + *t + "\".");
         tax = *v;
     }
+    // The year's result replaces the one recorded: asked first, --yes answers.
+    CliUi ui(ctx.err, opt.has("yes"), CliUi::Unanswered::answer_no);
+    if (!ui.ask_yes_no("Do you want to Replace the Result of the Year ?", MsgIcon::question, false))
+        return outcome(ctx, ui, false);
     auto& base = ctx.base();
     store::write_year_result(base.dbobj(), base.GetTbName(base.CYrInd()), y.code, items, tax);
     double net = -tax;

@@ -62,24 +62,9 @@ constexpr const char* kMergeHelp =
     "written down values added, the earliest date of put to use kept. Opening entries unless\n"
     "--additions.\n";
 
-// The command line's Ui: Yes with --yes, else the first question stops the command.
-class ScheduleUi : public CliUi {
-public:
-    ScheduleUi(std::ostream& err, bool yes, bool yes_40 = false)
-        : CliUi(err, yes), yes_(yes), yes_40_(yes_40) {}
-    bool ask_yes_no(std::string_view text, MsgIcon icon, bool default_yes, std::string_view title) override {
-        if (text.find("Change Rate for") != std::string_view::npos) return yes_40_;
-        if (yes_) return CliUi::ask_yes_no(text, icon, default_yes, title);
-        throw QuestionUnanswered(std::string(text));
-    }
-
-private:
-    bool yes_, yes_40_;
-};
-
 struct Opened {
     frame::Component component;
-    std::unique_ptr<ScheduleUi> ui;
+    std::unique_ptr<CliUi> ui;
     std::unique_ptr<sched::FixedAssetSchedule> screen;
 };
 
@@ -94,7 +79,9 @@ std::string code_and_year(Context& ctx, const Options& opt, int& year) {
 
 std::unique_ptr<Opened> open_schedule(Context& ctx, bool yes, bool yes_40, bool offer_carry_forward) {
     auto s = std::make_unique<Opened>();
-    s->ui = std::make_unique<ScheduleUi>(ctx.err, yes, yes_40);
+    s->ui = std::make_unique<CliUi>(ctx.err, yes);
+    // The rate questions of the carry-forward have an option of their own.
+    s->ui->answer_always("Change Rate for", yes_40);
     s->component.base = std::shared_ptr<TarrowBase::ClsMain>(&ctx.base(), [](TarrowBase::ClsMain*) {});
     s->component.log.set_exe_path(Context::exe_dir());
     s->screen = std::make_unique<sched::FixedAssetSchedule>(s->component, *s->ui);
@@ -263,12 +250,15 @@ int fixed_schedule_command(Context& ctx, const std::string& sub, const std::vect
         if (sub == "import-schedule") {
             opt.reject_unknown({"client", "year", "yes"});
             const std::string code = code_and_year(ctx, opt, year);
-            const auto r = exchange::import_schedule(ctx.base().dbobj(), code, year, opt.has("yes"));
+            std::vector<std::string> heard;
+            const auto r = exchange::import_schedule(ctx.base().dbobj(), code, year,
+                                                     reg::answered_beforehand(opt.has("yes"), &heard));
             if (!r.errors.empty()) {
                 for (const auto& e : r.errors) ctx.err << e << "\n";
                 ctx.err << "Nothing was imported.\n";
                 return 1;
             }
+            for (const auto& h : heard) ctx.err << h << "\n";
             ctx.out << "Imported " << r.entries << " particulars into " << r.groups
                     << " asset groups of F.Y. " << fy_text(year) << ".\n";
             return 0;
@@ -284,11 +274,15 @@ int fixed_schedule_command(Context& ctx, const std::string& sub, const std::vect
             serials.push_back(v);
         }
         if (!opt.has("yes")) throw QuestionUnanswered("Do you want to Merge Selected Assets?");
+        ctx.err << "Do you want to Merge Selected Assets? Yes\n";
+        std::vector<std::string> heard;
         const auto r = exchange::merge_entries(
             ctx.base().dbobj(), code, year,
-            opt.has("additions") ? exchange::MergeSide::Addition : exchange::MergeSide::Opening, serials);
+            opt.has("additions") ? exchange::MergeSide::Addition : exchange::MergeSide::Opening, serials,
+            reg::answered_beforehand(true, &heard));
+        for (const auto& h : heard) ctx.err << h << "\n";
         if (!r.refusal.empty()) {
-            ctx.err << r.refusal << "\n";
+            ctx.err << reg::one_line(r.refusal) << "\n";
             return 1;
         }
         ctx.out << "Merged into entry " << r.serial << ".\n";

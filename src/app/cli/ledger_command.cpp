@@ -26,30 +26,6 @@ constexpr const char* kHelp =
     "year's tables to the --with particular and deletes them. Names compare case-blind.\n"
     "A question the options do not answer stops the command (exit code 2); --yes answers Yes.\n";
 
-// --yes answers Yes; without it the screen hears No and the command stops at that
-// question afterwards. The list of users is always shown: asking for it writes nothing.
-class LedgerUi : public CliUi {
-public:
-    LedgerUi(std::ostream& err, bool yes) : CliUi(err, yes), yes_(yes) {}
-    void message(std::string_view text, MsgIcon icon, std::string_view title) override {
-        ++messages_;
-        CliUi::message(text, icon, title);
-    }
-    bool ask_yes_no(std::string_view text, MsgIcon icon, bool default_yes, std::string_view title) override {
-        if (yes_ || text == "Do you want to view the list of Client/F.Y. using the Particulars?")
-            return CliUi::ask_yes_no(text, icon, default_yes, title);
-        if (!unanswered_) unanswered_ = std::string(text);
-        return false;
-    }
-    int messages() const { return messages_; }
-    const std::optional<std::string>& unanswered() const { return unanswered_; }
-
-private:
-    bool yes_;
-    int messages_ = 0;
-    std::optional<std::string> unanswered_;
-};
-
 }  // namespace
 
 int ledger_command(Context& ctx, const std::vector<std::string>& args) {
@@ -69,7 +45,9 @@ int ledger_command(Context& ctx, const std::vector<std::string>& args) {
     frame::Component component;
     component.base = std::shared_ptr<TarrowBase::ClsMain>(&ctx.base(), [](TarrowBase::ClsMain*) {});
     component.log.set_exe_path(Context::exe_dir());
-    LedgerUi ui(ctx.err, opt.has("yes"));
+    CliUi ui(ctx.err, opt.has("yes"), CliUi::Unanswered::answer_no);
+    // The list of users is always shown: asking for it writes nothing.
+    ui.answer_always("Do you want to view the list of Client/F.Y. using the Particulars?", true);
     capital::frmcapledmas s(component, ui);
     s.cboMaster.select_id(master == "capital" ? "1" : "2");
     s.Form_Load();
@@ -107,6 +85,7 @@ int ledger_command(Context& ctx, const std::vector<std::string>& args) {
     }
     if (sub == "add") {
         if (names.size() != 1) throw UsageError("add takes one name.");
+        refuse_if_longer("The name", names[0], static_cast<std::size_t>(s.txtName.MaxLength()));
         s.cmdAdd_Click();
         s.txtName.set_text(names[0]);
         const bool done = s.cmdUpdate_Click();
@@ -115,6 +94,7 @@ int ledger_command(Context& ctx, const std::vector<std::string>& args) {
     }
     if (sub == "rename") {
         if (names.size() != 2) throw UsageError("rename takes the old name and the new one.");
+        refuse_if_longer("The new name", names[1], static_cast<std::size_t>(s.txtName.MaxLength()));
         s.vsf_RowColChange(row_of(names[0]));
         s.cmdModify_Click();
         s.txtName.set_text(names[1]);

@@ -55,31 +55,6 @@ constexpr const char* kHelp =
     "\n"
     "A question the options do not answer stops the command (exit code 2); --yes answers Yes.\n";
 
-// The command line's Ui: a question is answered Yes with --yes; without it the
-// screen hears No (so it stops without writing) and the command then stops at
-// that question. Information boxes are refusals.
-class CommandUi : public CliUi {
-public:
-    CommandUi(std::ostream& err, bool yes) : CliUi(err, yes), yes_(yes) {}
-
-    void message(std::string_view text, MsgIcon icon, std::string_view title) override {
-        ++messages_;
-        CliUi::message(text, icon, title);
-    }
-    bool ask_yes_no(std::string_view text, MsgIcon icon, bool default_yes, std::string_view title) override {
-        if (yes_) return CliUi::ask_yes_no(text, icon, default_yes, title);
-        if (!unanswered_) unanswered_ = std::string(text);
-        return false;
-    }
-    int messages() const { return messages_; }
-    const std::optional<std::string>& unanswered() const { return unanswered_; }
-
-private:
-    bool yes_;
-    int messages_ = 0;
-    std::optional<std::string> unanswered_;
-};
-
 // The component the screens run in: the command's base services, an error log in
 // the program's folder.
 frame::Component component_for(Context& ctx) {
@@ -99,7 +74,7 @@ void open_year(Context& ctx, const Options& opt) {
 
 // What became of a screen's event: done, refused with a message, stopped at a
 // question, or failed in the database (logged).
-int outcome(const CommandUi& ui, const frame::Component& c, int logged_before, bool done) {
+int outcome(const CliUi& ui, const frame::Component& c, int logged_before, bool done) {
     if (ui.unanswered()) throw QuestionUnanswered(*ui.unanswered());
     if (c.log.logged() > logged_before)
         throw std::runtime_error("a database error was written to " + c.log.path());
@@ -214,7 +189,7 @@ int list(Context& ctx, const std::string& what, const Options& opt) {
     opt.reject_unknown({"client", "year", "json", "kind"});
     open_year(ctx, opt);
     auto c = component_for(ctx);
-    CommandUi ui(ctx.err, false);
+    CliUi ui(ctx.err, false, CliUi::Unanswered::answer_no);
     const bool json = opt.has("json");
     if (what == "blocks") {
         const auto only = opt.get_int("kind", 1, 2);
@@ -251,7 +226,7 @@ int block(Context& ctx, const std::string& action, const Options& opt) {
     const int kind = opt.require_int("kind", 1, 2);
     open_year(ctx, opt);
     auto c = component_for(ctx);
-    CommandUi ui(ctx.err, opt.has("yes"));
+    CliUi ui(ctx.err, opt.has("yes"), CliUi::Unanswered::answer_no);
     masters::frmblockM screen(c, ui, kind);
     const int logged = c.log.logged();
     auto fill = [&] {
@@ -305,6 +280,7 @@ void set_rate(masters::frmNewFAGM& s, vTXT& field, const Options& opt, const std
     if (!value) return;
     if (s.locked(field))
         throw UsageError("--" + name + " does not apply to the chosen block or classification.");
+    refuse_if_longer("Option --" + name, *value, static_cast<std::size_t>(field.MaxLength()));
     field.set_text(*value);
 }
 
@@ -313,7 +289,7 @@ int group(Context& ctx, const std::string& action, const Options& opt) {
                         "rate-it", "addl-rate", "rate-books", "life", "rate-slm", "rate-wdv", "yes"});
     open_year(ctx, opt);
     auto c = component_for(ctx);
-    CommandUi ui(ctx.err, opt.has("yes"));
+    CliUi ui(ctx.err, opt.has("yes"), CliUi::Unanswered::answer_no);
     masters::frmNewFAGM screen(c, ui);
     const int logged = c.log.logged();
     auto fill = [&] {

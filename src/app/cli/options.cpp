@@ -33,6 +33,12 @@ Options::Options(const std::vector<std::string>& args, const std::set<std::strin
     }
 }
 
+void refuse_if_longer(const std::string& what, const std::string& value, std::size_t max_chars) {
+    if (max_chars > 0 && utf8_length(value) > max_chars)
+        throw UsageError(what + " was refused: \"" + value + "\" is longer than " +
+                         std::to_string(max_chars) + " characters, the length of its field.");
+}
+
 std::optional<std::string> Options::text(const std::string& name, std::size_t max_chars) const {
     auto v = get(name);
     if (v && max_chars > 0 && utf8_length(*v) > max_chars)

@@ -17,6 +17,11 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+// A value typed into a field that holds `max_chars` characters (0: no limit): refused,
+// naming `what` ("Option --cost", "The name"), when longer, since the field would keep
+// only its first characters.
+void refuse_if_longer(const std::string& what, const std::string& value, std::size_t max_chars);
+
 class Options {
 public:
     // `flags` are options without a value; every other "--x" takes one. Every value

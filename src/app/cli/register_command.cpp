@@ -34,7 +34,7 @@ constexpr const char* kHelp =
     "       brenlow register carry-forward --client CODE --year YYYY [--yes-40] [--yes]\n"
     "       brenlow register manual-depreciation --client CODE --year YYYY [--set ID=AMOUNT,...] [--json]\n"
     "       brenlow register export FILE --client CODE --year YYYY [--yes]\n"
-    "       brenlow register import FILE --client CODE --year YYYY [--replace] [--yes]\n"
+    "       brenlow register import FILE --client CODE --year YYYY [--replace] [--new-groups] [--yes]\n"
     "       brenlow register import-schedule --client CODE --year YYYY [--yes]\n"
     "       brenlow register merge --client CODE --year YYYY SERIAL... [--additions] [--yes]\n"
     "  FILE.json is the register document; FILE.xls (Excel 97-2003) or FILE.xlsx is the workbook of the\n"
@@ -58,26 +58,9 @@ constexpr const char* kHelp =
     "end, at last year's closing figures. Rates above 40% are kept unless --yes-40 (or --yes) answers\n"
     "the questions about bringing them down to 40%.\n";
 
-// A question is answered Yes with --yes; without it the screen hears No (so it
-// stops without writing) and the command then stops at that question.
-class RegisterUi : public CliUi {
-public:
-    RegisterUi(std::ostream& err, bool yes) : CliUi(err, yes), yes_(yes) {}
-    bool ask_yes_no(std::string_view text, MsgIcon icon, bool default_yes, std::string_view title) override {
-        if (yes_) return CliUi::ask_yes_no(text, icon, default_yes, title);
-        if (!unanswered_) unanswered_ = std::string(text);
-        return false;
-    }
-    const std::optional<std::string>& unanswered() const { return unanswered_; }
-
-private:
-    bool yes_;
-    std::optional<std::string> unanswered_;
-};
-
 struct Session {
     frame::Component component;
-    std::unique_ptr<RegisterUi> ui;
+    std::unique_ptr<CliUi> ui;
     std::unique_ptr<S> screen;
 };
 
@@ -90,7 +73,7 @@ std::unique_ptr<Session> open(Context& ctx, const Options& opt) {
     auto s = std::make_unique<Session>();
     s->component.base = std::shared_ptr<TarrowBase::ClsMain>(&ctx.base(), [](TarrowBase::ClsMain*) {});
     s->component.log.set_exe_path(Context::exe_dir());
-    s->ui = std::make_unique<RegisterUi>(ctx.err, opt.has("yes"));
+    s->ui = std::make_unique<CliUi>(ctx.err, opt.has("yes"), CliUi::Unanswered::answer_no);
     s->screen = std::make_unique<S>(s->component, *s->ui);
     // Carrying last year forward is a command of its own; nothing else here writes it.
     s->screen->OfferCarryForward = false;
@@ -219,9 +202,12 @@ int list(Context& ctx, const Options& opt) {
     return 0;
 }
 
-// Types one field, with its tick turned off when the tick gave its default.
-void type(vTXT& field, CheckBox* tick, const std::optional<std::string>& value) {
+// Types one field, with its tick turned off when the tick gave its default. A value
+// longer than the field holds is refused naming the option: the field would keep only
+// its first characters ("00000000000000000005" would read as nil).
+void type(vTXT& field, CheckBox* tick, const std::optional<std::string>& value, const char* name) {
     if (!value) return;
+    refuse_if_longer("Option --" + std::string(name), *value, static_cast<std::size_t>(field.MaxLength()));
     if (tick && tick->Value) tick->Value = false;
     field.set_text(*value);
 }
@@ -251,7 +237,7 @@ void fill(S& s, const Options& opt, bool opening) {
     if (opening) {
         if (const auto b = opt.get("basis")) s.cboResValOfO_Click(s.cboResValOfO.List.index_of_id(*b));
         if (const auto y = opt.get("calc-ca-year")) s.cboCalcCA_Click(s.cboCalcCA.List.index_of_id(*y));
-        if (const auto d = opt.get("dep-calc-ca")) s.txtCalcCA.set_text(*d);
+        type(s.txtCalcCA, nullptr, opt.get("dep-calc-ca"), "dep-calc-ca");
         if (const auto st = opt.get("it-state"))
             s.optsWdvIT_Click(*st == "not-exist" ? S::WdvIT_NotExist
                               : *st == "nil-wdv" ? S::WdvIT_NilWdv
@@ -263,7 +249,7 @@ void fill(S& s, const Options& opt, bool opening) {
         // Life before residual value and rate, as the frame is filled from top to bottom.
         for (const auto& [name, i] : fields) {
             if (!opt.has(name)) continue;
-            type(s.txtfieldsO[i], &s.chkfieldsO[i], opt.get(name));
+            type(s.txtfieldsO[i], &s.chkfieldsO[i], opt.get(name), name);
             left_field(s.txtfieldsO_Validate(i), name, opt);
         }
     } else {
@@ -274,7 +260,7 @@ void fill(S& s, const Options& opt, bool opening) {
             {"rate-it", S::A_RateIT}};
         for (const auto& [name, i] : fields) {
             if (!opt.has(name)) continue;
-            type(s.txtfieldsA[i], &s.chkfieldsA[i], opt.get(name));
+            type(s.txtfieldsA[i], &s.chkfieldsA[i], opt.get(name), name);
             left_field(s.txtfieldsA_Validate(i), name, opt);
         }
         if (opt.has("addl-dep") != s.chkfieldsA[S::A_AddlDepRT].Value) s.chkfieldsA_Click(S::A_AddlDepRT);
@@ -283,13 +269,13 @@ void fill(S& s, const Options& opt, bool opening) {
         {"sale-date", S::D_SaleDate}, {"sale-amount", S::D_SaleAmt}, {"sale-expenses", S::D_SaleExp}};
     for (const auto& [name, i] : sale) {
         if (!opt.has(name)) continue;
-        type(s.txtfieldsD[i], nullptr, opt.get(name));
+        type(s.txtfieldsD[i], nullptr, opt.get(name), name);
         left_field(s.txtfieldsD_Validate(i), name, opt);
     }
     if (opt.has("partial") != s.chkPartDed.Value) s.chkPartDed_Click();
     if (const auto d = opt.get("depreciation")) {
         if (s.chkAutoCalcDeprCL.Value) s.chkAutoCalcDeprCL_Click();
-        s.txtAutoCalcDeprCL.set_text(*d);
+        type(s.txtAutoCalcDeprCL, nullptr, d, "depreciation");
     }
 }
 
@@ -324,8 +310,7 @@ int add(Context& ctx, const Options& opt, bool opening) {
     auto s = open(ctx, opt);
     const int before = s->component.log.logged();
     opening ? s->screen->cmdAddO_Click() : s->screen->cmdAddA_Click();
-    if (!s->screen->Entering())
-        throw UsageError("The client keeps the old depreciation chart for this year.");
+    if (!s->screen->Entering()) throw UsageError(reg::kOldChartRefusal);
     fill(*s->screen, opt, opening);
     const bool done = s->screen->cmdUpdate_Click();
     const int rc = outcome(*s, before, done);
@@ -385,8 +370,7 @@ int carry_forward(Context& ctx, const Options& opt) {
     store::RegisterStore reg(db, code, year);
     reg.ensure_tables();
     if (reg.has_old_chart_marker())
-        throw UsageError("F.Y. " + fy_text(year) +
-                         " keeps the old depreciation chart; nothing was carried forward.");
+        throw UsageError(std::string(reg::kOldChartRefusal) + " Nothing was carried forward.");
     if (reg.has_entries())
         throw UsageError("F.Y. " + fy_text(year) + " already has entries; nothing was carried forward.");
     const auto plan = reg::plan_carry_forward(db, code, year);
@@ -405,7 +389,15 @@ int carry_forward(Context& ctx, const Options& opt) {
     answers.it_rate_to_40 = answer(plan.it_rate_over_40, reg::kItRate40Question);
     answers.books_rate_to_40 =
         answer(plan.books_rate_over_40 && !reg::is_company(base.TSTATUS()), reg::kBooksRate40Question);
+    std::vector<std::string> heard;
+    answers.rules = reg::answered_beforehand(opt.has("yes"), &heard);
     const auto done = reg::apply_carry_forward(db, code, year, plan, answers);
+    for (const auto& h : heard) ctx.err << h << "\n";
+    if (!done.refusal.empty()) {
+        if (done.answered_no) throw QuestionUnanswered(reg::one_line(done.refusal));
+        ctx.err << "brenlow register: " << reg::one_line(done.refusal) << "\nNothing was carried forward.\n";
+        return 1;
+    }
     ctx.out << "Carried forward " << done.entries << " assets of " << code << " from F.Y. "
             << fy_text(year - 1) << " into F.Y. " << fy_text(year)
             << " (asset groups created: " << done.groups_created << ").\n";
@@ -424,8 +416,7 @@ int manual_depreciation(Context& ctx, const Options& opt) {
     auto& scr = *s->screen;
     const int before = s->component.log.logged();
     scr.cmdEditFA_Click();
-    if (!scr.famEditFA_Visible)
-        throw UsageError("The client keeps the old depreciation chart for this year.");
+    if (!scr.famEditFA_Visible) throw UsageError(reg::kOldChartRefusal);
     if (const auto set = opt.get("set")) {
         std::size_t start = 0;
         while (start <= set->size()) {

@@ -67,8 +67,8 @@ int export_register(Context& ctx, const std::vector<std::string>& args) {
 }
 
 int import_register(Context& ctx, const std::vector<std::string>& args) {
-    const Options opt(args, {"replace", "yes"});
-    opt.reject_unknown({"client", "year", "replace", "yes"});
+    const Options opt(args, {"replace", "yes", "new-groups"});
+    opt.reject_unknown({"client", "year", "replace", "yes", "new-groups"});
     const auto t = target_of(ctx, opt, "import");
     // Every refusal names the document and ends the same way.
     const auto refuse = [&](const std::vector<std::string>& why) {
@@ -86,6 +86,7 @@ int import_register(Context& ctx, const std::vector<std::string>& args) {
     exchange::ImportOptions options;
     options.replace = opt.has("replace");
     options.yes = opt.has("yes");
+    options.new_groups = opt.has("new-groups");
     exchange::ImportResult r;
     try {
         if (spreadsheet) {
@@ -108,6 +109,8 @@ int import_register(Context& ctx, const std::vector<std::string>& args) {
         return refuse({std::string("the database refused it: ") + e.what()});
     }
     if (!r.errors.empty()) return refuse(r.errors);
+    // Each question --yes answered, and each notice, with its row.
+    for (const auto& a : r.answered) ctx.err << t.file << ": " << a << "\n";
     ctx.out << "Imported into " << t.code << " for F.Y. " << fy_text(t.year) << ": " << r.openings
             << " opening entries, " << r.additions << " additions; asset groups " << r.groups_matched
             << " matched, " << r.groups_created << " created"

@@ -50,19 +50,6 @@ constexpr const char* kHelp =
     "                  question \"Do you want to carry forward previous year particulars ?\"\n"
     "Example: brenlow schedules show \"Reserve and Surplus\" --client ACME --year 2025 --pdf resv.pdf\n";
 
-// Answers the schedules' questions Yes with --yes; otherwise the command stops at one.
-class SchedulesUi : public CliUi {
-public:
-    SchedulesUi(std::ostream& err, bool yes) : CliUi(err, yes), yes_(yes) {}
-    bool ask_yes_no(std::string_view text, MsgIcon icon, bool default_yes, std::string_view title) override {
-        if (yes_) return CliUi::ask_yes_no(text, icon, default_yes, title);
-        throw QuestionUnanswered(std::string(text) + " (answer it with --yes)");
-    }
-
-private:
-    bool yes_;
-};
-
 struct Target {
     std::string code;
     int year = 0;
@@ -195,7 +182,7 @@ int carry_forward(Context& ctx, const std::vector<std::string>& args) {
                 << ": nothing to carry forward.\n";
         return 0;
     }
-    SchedulesUi ui(ctx.err, opt.has("yes"));
+    CliUi ui(ctx.err, opt.has("yes"));
     // The schedules the client's screen shows: its schedule groups, and share capital
     // for a company only.
     const auto groups = store::schedule_groups(base.dbobj(), suffix, t.code);

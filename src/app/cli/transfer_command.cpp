@@ -31,19 +31,6 @@ constexpr const char* kTrialBalanceHelp =
     "\n"
     "Lists the client's trial balance of the year: group, particular, side and amount.\n";
 
-// Answers every question Yes with --yes; without it the first question stops.
-class TransferUi : public CliUi {
-public:
-    TransferUi(std::ostream& err, bool yes) : CliUi(err, yes), yes_(yes) {}
-    bool ask_yes_no(std::string_view text, MsgIcon icon, bool default_yes, std::string_view title) override {
-        if (yes_) return CliUi::ask_yes_no(text, icon, default_yes, title);
-        throw QuestionUnanswered(std::string(text));
-    }
-
-private:
-    bool yes_;
-};
-
 void open_year(Context& ctx, const std::string& code, int year) {
     if (!ctx.base().select_client_year(code, year))
         throw UsageError("Client " + code + " has no financial year " + fy_text(year) +
@@ -65,7 +52,7 @@ int transfer_command(Context& ctx, const std::vector<std::string>& args) {
     const std::string code = opt.client();
     const int year = opt.require_int("year", 1990, 2099);
     open_year(ctx, code, year);
-    TransferUi ui(ctx.err, opt.has("yes"));
+    CliUi ui(ctx.err, opt.has("yes"));
     const bool done = what == "trial-balance" ? reg::transfer_to_trial_balance(ctx.base(), ui, code, year)
                                               : reg::transfer_to_capital_gains(ctx.base(), ui, code, year);
     return done ? 0 : 1;
