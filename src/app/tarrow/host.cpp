@@ -223,12 +223,11 @@ void HostWindow::refresh() {
                     : QString("<p>Open a client's financial year below.</p>");
     } else {
         const auto& cy = *b->client_year();
-        text +=
-            QString("<p><b>%1</b> %2</p><p>Financial year %3 (%4 to %5) &nbsp; A.Y. %6 &nbsp; %7</p>")
-                .arg(QString::fromStdString(cy.code_no).toHtmlEscaped(),
-                     QString::fromStdString(cy.client_name).toHtmlEscaped(), fy_label(cy.year),
-                     QString::fromStdString(b->FirstDate()), QString::fromStdString(b->SecondDate()),
-                     fy_label(cy.year + 1), status_name(cy.status).toHtmlEscaped());
+        text += QString("<p><b>%1</b> %2</p><p>Financial year %3 (%4 to %5) &nbsp; A.Y. %6 &nbsp; %7</p>")
+                    .arg(QString::fromStdString(cy.code_no).toHtmlEscaped(),
+                         QString::fromStdString(cy.client_name).toHtmlEscaped(), fy_label(cy.year),
+                         QString::fromStdString(b->FirstDate()), QString::fromStdString(b->SecondDate()),
+                         fy_label(cy.year + 1), status_name(cy.status).toHtmlEscaped());
         setWindowTitle(
             QString("%1 - %2 [F.Y. %3]").arg(kTitle, QString::fromStdString(cy.code_no), fy_label(cy.year)));
     }
