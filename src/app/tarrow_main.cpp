@@ -1,8 +1,10 @@
 // tarrow — the suite's desktop host.
 //
 //   tarrow [--db URL] [--client CODE --year YYYY [--create] [--name NAME] [--status N]]
-//          [--screenshot FILE.png]
+//          [--open SCREEN] [--screenshot FILE.png]
 //
+// Without --client the window opens the client used last when the database has it,
+// else lists the clients, or, on a database without any, offers to create the first.
 // With --screenshot the window is drawn (offscreen works), saved as a picture and the
 // program ends.
 #include <QApplication>
@@ -46,13 +48,12 @@ int main(int argc, char** argv) {
     const bool opened = window.open_database(url);
 
     if (opened) {
-        QString code = parser.value("client");
-        int year = parser.value("year").toInt();
-        if (code.isEmpty() && !parser.isSet("screenshot")) {
-            code = QSettings().value("client/code").toString();
-            year = QSettings().value("client/year").toInt();
-        }
-        if (!code.isEmpty() && year > 0) {
+        const QString code = parser.value("client");
+        const int year = parser.value("year").toInt();
+        if (code.isEmpty()) {
+            // No client named: the one used last, the list, or the offer to make one.
+            window.first_start(!parser.isSet("screenshot"));
+        } else {
             std::optional<int> status;
             if (parser.isSet("status")) status = parser.value("status").toInt();
             window.open_client_year(code, year, parser.isSet("create"), parser.value("name"), status);

@@ -146,6 +146,8 @@ void fill_sheet(xls::Sheet& sheet, int year, const std::vector<SheetRow>& rows, 
         sheet.rows.push_back(std::move(out));
         if ((i & 1023) == 1023) ui.progress(caption, static_cast<double>(done_before + i + 1) / total);
     }
+    // The sheet's last rows are counted too: the last sheet ends at 100%.
+    if (total) ui.progress(caption, static_cast<double>(done_before + rows.size()) / total);
 }
 
 xls::Sheet* sheet_named(xls::Workbook& book, const char* name) {
@@ -337,6 +339,7 @@ std::optional<ImportResult> import_workbook(store::Database& db, const WorkbookT
     auto result =
         check_and_write(db, target.code, target.year, std::move(data), options, place, std::move(errors));
     result.file = path;
+    ui.progress("Importing from " + path + " ...", 1.0);
     ui.progress_done();
     return result;
 }

@@ -3,6 +3,7 @@
 // as they change (residual value, auto-calculated rate, remaining life, net amount,
 // days), and the checks made when a field is left.
 
+#include <algorithm>
 #include <charconv>
 
 #include "controls/number_format.h"
@@ -273,6 +274,26 @@ void frmNewFATR::ReloadAssetGroups() {
         if (txtAssetGroup.Id && !FindGroup(txtAssetGroup.Id)) txtAssetGroup = {};
         if (const auto* g = FindGroup(txtAssetGroup.Id)) txtAssetGroup.Text = g->Part;
     });
+}
+
+bool frmNewFATR::Form_Activate() {
+    bool reloaded = false;
+    frame::guarded(comp_.log, kModule, "Form_Activate", [&] {
+        if (!store_) return;
+        const auto same = [](const store::AssetGroupRow& a, const store::AssetGroupRow& b) {
+            return a.SrNoFAGM == b.SrNoFAGM && a.Part == b.Part && a.BlockIdIT == b.BlockIdIT &&
+                   a.RateIT == b.RateIT && a.AddlRateIT == b.AddlRateIT && a.BlockFA == b.BlockFA &&
+                   a.RateFA == b.RateFA && a.BlockIdCL == b.BlockIdCL && a.LifeYrs == b.LifeYrs &&
+                   a.RateSLM == b.RateSLM && a.RateWDV == b.RateWDV;
+        };
+        const auto now = store_->asset_groups();
+        if (!comp_.masters_changed &&
+            std::equal(now.begin(), now.end(), groups_.begin(), groups_.end(), same))
+            return;
+        ReloadAssetGroups();
+        reloaded = true;
+    });
+    return reloaded;
 }
 
 // The group decides the block labels, NESD and the defaults of the ticked fields.

@@ -114,6 +114,15 @@ void frmNewFATR::RemoveESARow(int row) {
 // "Gross": one total typed in place of the rows.
 void frmNewFATR::chkTotESA_Click() {
     frame::guarded(comp_.log, kModule, "chkTotESA_Click", [&] {
+        // A gross amount replaces the detailed rows when the entry is saved: asked first.
+        if (!chkTotESA.Value && vsESA.data_rows() > 0) {
+            const std::string rows = std::to_string(vsESA.data_rows());
+            if (!ui_.ask_yes_no("The " + rows + " adjustment row(s) will be saved as one Gross amount of " +
+                                    format_mask(esa_total(), "###0.00") +
+                                    " and their details will not be kept. Continue ?",
+                                MsgIcon::question, false))
+                return;
+        }
         chkTotESA.Value = !chkTotESA.Value;
         if (chkTotESA.Value)
             txtTotESA.set_text(format_mask(esa_total(), "###0.00"));

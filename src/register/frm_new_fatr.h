@@ -136,6 +136,10 @@ public:
     void cmdAssetGroup_Click();
     void cmdAssetGroupMas_Click() { cmdAssetGroup_Click(); }
     void ReloadAssetGroups();
+    // The window came to the front: groups changed in the master meanwhile (renamed,
+    // re-rated, added, removed) are read again, with the grids and the picker. True
+    // when they were.
+    bool Form_Activate();
     // Set by the view: shows the asset group master and returns when it is closed.
     std::function<void()> OnAssetGroupMaster;
     // A field's text changed: the live figures follow.
@@ -274,6 +278,8 @@ public:
     // changed through cboDepMode_Click.
     reg::Mode DepMode = reg::Mode::DEP_FA;
     std::string lblBooksBand;  // "As per Books" / "As per Companies Act"
+    // The heading of the books half of the entry frames, by the client's status.
+    std::string lblBooksHeading = "For Calculation as per Companies Act 2013";
 
     // Entry frame, both sides.
     bool famEditO_Visible = false;

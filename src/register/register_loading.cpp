@@ -128,6 +128,8 @@ bool frmNewFATR::Form_Load() {
         // A company's books follow the Companies Act; everyone else's are "the books".
         const int status = base.TSTATUS();
         lblBooksBand = is_company(status) ? "As per Companies Act" : "As per Books";
+        lblBooksHeading =
+            is_company(status) ? "For Calculation as per Companies Act 2013" : "For Calculation as per Books";
 
         // The old chart is looked for before anything else: its marker row is all there is.
         old_chart_ = store_->has_old_chart_marker();
@@ -199,11 +201,11 @@ void frmNewFATR::set_up_grids() {
 
     const bool company = books == "As per Companies Act";
     vsA.set_heading(vsA.col_index("Subsidy"), "", "Grant / Subsidy");
-    vsA.set_heading(vsA.col_index("ResValue"), "As per Companies Act", "Residual Value");
-    vsA.set_heading(vsA.col_index("LifeYrs"), "As per Companies Act", "Useful Life (Years)");
+    vsA.set_heading(vsA.col_index("ResValue"), books, "Residual Value");
+    vsA.set_heading(vsA.col_index("LifeYrs"), books, "Useful Life (Years)");
     // A company's books rate is the Companies Act rate; anyone else's stands alone.
     if (company)
-        vsA.set_heading(vsA.col_index("RateFACL"), "As per Companies Act", "Rate (%)");
+        vsA.set_heading(vsA.col_index("RateFACL"), books, "Rate (%)");
     else
         vsA.set_heading(vsA.col_index("RateFACL"), "", "Books - Rate (%)");
     vsA.set_heading(vsA.col_index("RateIT"), "", "IT - Rate (%)");
@@ -215,12 +217,14 @@ void frmNewFATR::set_up_grids() {
                           "SaleAmt", "SaleExp", "DeprFY"})
         vsA.set_col_format(vsA.col_index(k), "###0.00");
     vsA.set_col_format(vsA.col_index("LifeYrs"), "###0");
-    for (const char* k : {"PutDate", "AccDate", "SaleDate"}) vsA.set_col_format(vsA.col_index(k), "dd/MM/yy");
+    // Dates read whole, the year with its century.
+    for (const char* k : {"PutDate", "AccDate", "SaleDate"})
+        vsA.set_col_format(vsA.col_index(k), "dd/MM/yyyy");
     for (const char* k : {"SrNoFATR", "Shift", "DeprFY", "Days", "OthOpts"})
         vsA.set_col_hidden(vsA.col_index(k), true);
     for (Grid* g : {&vsO, &vsA}) {
         for (int c = 0; c < g->cols(); ++c)
-            if (!g->column(c).format.empty() && g->column(c).format != "dd/MM/yy")
+            if (!g->column(c).format.empty() && g->column(c).format != "dd/MM/yyyy")
                 g->set_col_alignment(c, Align::right);
         for (int c = 0; c < g->cols(); ++c) g->set_col_width(c, 17);
         for (const char* k : {"OpDepr", "PutDate", "AccDate"})

@@ -57,8 +57,10 @@ CapitalWindow::CapitalWindow(std::shared_ptr<S> screen, QWidget* parent)
             [this] { run([this] { screen_->chkautocalcnp_Click(); }); });
 
     vsPL_ = grid_view(s.vsPL, [this](int row) { screen_->vsPL_RowColChange(row); });
+    vsPL_->show_totals(true);
     vsPL_->setObjectName("vsPL");
     vsfC_ = grid_view(s.vsfC, [this](int row) { screen_->vsfC_RowColChange(row); });
+    vsfC_->show_totals(true);
     vsfC_->setObjectName("vsfC");
     editable(vsfC_);
     on_edit(vsfC_, [this](int row, int col) { screen_->vsfC_AfterEdit(row, col); });

@@ -65,7 +65,7 @@ FixedAssetScheduleWindow::FixedAssetScheduleWindow(frame::Component& component, 
     auto* trans = new QPushButton("Transfer to &Trial Balance", this);
     auto* fatrans = new QPushButton("Transfer to Capital &Gain", this);
     auto* add_line = new QPushButton("Add &Line", this);
-    auto* save_lines = new QPushButton("Save &List", this);
+    auto* save_lines = new QPushButton("Sa&ve List", this);
     auto* print_it = new QPushButton("&Print IT Chart", this);
     auto* print_books = new QPushButton("Print &Books Chart", this);
     auto* close = new QPushButton("&Close", this);

@@ -1,7 +1,10 @@
 #include "ui/grid_table_model.h"
 
 #include <QPoint>
+#include <QRegularExpression>
 #include <QString>
+
+#include "controls/number_format.h"
 
 namespace brenlow {
 
@@ -29,7 +32,43 @@ Qt::Alignment cell_alignment(Align align, const std::string& text) {
     return (numeric ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter;
 }
 
+// Amounts kept with two decimals and no grouping are shown in the practice's digit
+// grouping (18,34,42,000.00); the cell keeps, and the editor gets, the plain figure.
+bool grouped_on_screen(const GridColumn& column) {
+    return column.combo.empty() && column.format == "###0.00";
+}
+
 }  // namespace
+
+QString readable_keys(const QString& text) {
+    if (!text.contains("{")) return text;
+    QString out = text;
+    static const std::pair<const char*, const char*> keys[] = {
+        {"CTRL+{HOME}", "Ctrl+Home"},
+        {"CTRL+{UP}", "Ctrl+Up"},
+        {"CTRL+{DOWN}", "Ctrl+Down"},
+        {"CTRL+{END}", "Ctrl+End"},
+        {"SHIFT+{TAB}", "Shift+Tab"},
+        {"{ENTER}", "Enter"},
+        {"{F2}", "F2"},
+        {"{ESC}", "Esc"},
+    };
+    for (const auto& [raw, shown] : keys) out.replace(QLatin1String(raw), QLatin1String(shown));
+    out.replace(QLatin1String("Shortcut Keys :"), QLatin1String("  Shortcut keys:"));
+    out.replace(QLatin1String(" OR "), QLatin1String(" or "));
+    // The long run of spaces that stood in for a tab.
+    out.replace(QRegularExpression(" {3,}"), QStringLiteral("   "));
+    return out;
+}
+
+QString GridTableModel::shown_text(int row, int col) const {
+    const GridColumn& column = grid_.column(col);
+    if (grouped_on_screen(column)) {
+        const std::string stored = grid_.text_matrix(row, col);
+        if (const auto amount = parse_amount(stored)) return qs(format_mask(*amount, "#,##0.00"));
+    }
+    return readable_keys(qs(grid_.display_text(row, col)));
+}
 
 GridTableModel::GridTableModel(Grid& grid, QObject* parent) : QAbstractTableModel(parent), grid_(grid) {
     grid_.set_on_change([this](const GridChange& change) { on_grid_change(change); });
@@ -53,7 +92,12 @@ QVariant GridTableModel::data(const QModelIndex& index, int role) const {
     const int col = index.column();
     switch (role) {
         case Qt::DisplayRole:
-            return qs(grid_.display_text(row, col));
+            return shown_text(row, col);
+        case Qt::ToolTipRole: {
+            // The whole value, for a cell too narrow to show it.
+            const QString shown = shown_text(row, col);
+            return shown.isEmpty() ? QVariant() : QVariant(shown);
+        }
         case Qt::EditRole:
             return qs(grid_.text_matrix(row, col));
         case Qt::TextAlignmentRole:

@@ -9,6 +9,10 @@
 
 namespace brenlow {
 
+// A list entry's key hints as a person reads them: "Shortcut Keys : CTRL+{HOME} OR
+// CTRL+{UP}" shows as "Shortcut keys: Ctrl+Home or Ctrl+Up"; other text is unchanged.
+QString readable_keys(const QString& text);
+
 class GridTableModel : public QAbstractTableModel {
     Q_OBJECT
 public:
@@ -27,6 +31,9 @@ public:
     Grid& grid() { return grid_; }
     // Model row of a grid row and back (the grid counts its heading rows).
     int grid_row(int model_row) const { return model_row + grid_.fixed_rows(); }
+    // The text a cell shows (grid row and column): amounts grouped, dates and combo
+    // texts as the column's format says.
+    QString shown_text(int row, int col) const;
 
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;

@@ -1,17 +1,74 @@
 #include "ui/grid_view.h"
 
 #include <QComboBox>
+#include <QPaintEvent>
 #include <QPainter>
 #include <QPoint>
 #include <QStyle>
 #include <QStyleOptionHeader>
+#include <QTimer>
 #include <algorithm>
 #include <climits>
 
 #include "controls/id_text_list.h"
+#include "controls/number_format.h"
 #include "ui/grid_table_model.h"
 
 namespace brenlow {
+
+namespace {
+
+// The totals line: painted under the rows, each text in its column.
+class TotalsLine : public QWidget {
+public:
+    explicit TotalsLine(GridView* view) : QWidget(view), view_(view) { setObjectName("totals"); }
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        painter.fillRect(rect(), palette().alternateBase());
+        painter.setPen(palette().mid().color());
+        painter.drawLine(0, 0, width(), 0);
+        painter.setPen(palette().text().color());
+        QFont bold = font();
+        bold.setBold(true);
+        painter.setFont(bold);
+        const int margin = style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, view_) + 1;
+        auto* header = view_->horizontalHeader();
+        for (int c = 0; c < header->count(); ++c) {
+            if (view_->isColumnHidden(c)) continue;
+            const QString text = view_->total_text(c);
+            if (text.isEmpty()) continue;
+            const QRect cell(header->sectionViewportPosition(c) + margin, 0,
+                             header->sectionSize(c) - 2 * margin, height());
+            const bool words = text == QLatin1String("Total");
+            painter.drawText(cell, (words ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter, text);
+        }
+    }
+
+private:
+    GridView* view_;
+};
+
+// A column whose filled cells are all amounts, shown as amounts, and not rates.
+bool summed_column(const Grid& grid, int col, const QString& heading) {
+    const GridColumn& column = grid.column(col);
+    if (!column.combo.empty() || heading.contains("Rate", Qt::CaseInsensitive) || heading.contains("Life") ||
+        heading.contains("Year"))
+        return false;
+    const bool amount_format = column.format.find("0.00") != std::string::npos;
+    if (!amount_format && column.alignment != Align::right) return false;
+    bool any = false;
+    for (int r = grid.fixed_rows(); r < grid.rows(); ++r) {
+        const std::string text = grid.text_matrix(r, col);
+        if (text.empty()) continue;
+        if (!parse_amount(text)) return false;
+        any = true;
+    }
+    return any;
+}
+
+}  // namespace
 
 BandedHeaderView::BandedHeaderView(QWidget* parent) : QHeaderView(Qt::Horizontal, parent) {
     setSectionsClickable(false);
@@ -87,7 +144,7 @@ QWidget* GridItemDelegate::createEditor(QWidget* parent, const QStyleOptionViewI
     auto* combo = new QComboBox(parent);
     const IdTextList items = IdTextList::parse(list.toStdString());
     for (const IdText& item : items.items()) {
-        combo->addItem(QString::fromStdString(item.text), QString::fromStdString(item.id));
+        combo->addItem(readable_keys(QString::fromStdString(item.text)), QString::fromStdString(item.id));
     }
     return combo;
 }
@@ -128,7 +185,82 @@ void GridView::show_grid(Grid& grid) {
     setModel(model_);
     delete old;
     connect(model_, &GridTableModel::columnsChanged, this, &GridView::apply_columns);
+    // New contents may need wider columns: measured once the changes have settled.
+    connect(model_, &QAbstractItemModel::rowsInserted, this, &GridView::columns_later);
+    connect(model_, &QAbstractItemModel::modelReset, this, &GridView::columns_later);
+    connect(model_, &QAbstractItemModel::dataChanged, this, &GridView::columns_later);
     apply_columns();
+}
+
+void GridView::keyboardSearch(const QString& search) {
+    if (search_column_ >= 0 && model_ && model_->rowCount() > 0 &&
+        (!currentIndex().isValid() || currentIndex().column() != search_column_))
+        setCurrentIndex(model_->index(currentIndex().isValid() ? currentIndex().row() : 0, search_column_));
+    QTableView::keyboardSearch(search);
+}
+
+void GridView::show_totals(bool on) {
+    if (on == (totals_ != nullptr)) return;
+    if (on) {
+        totals_ = new TotalsLine(this);
+        totals_->show();
+    } else {
+        delete totals_;
+        totals_ = nullptr;
+        total_texts_.clear();
+    }
+    setViewportMargins(0, 0, 0, totals_height());
+    apply_columns();
+}
+
+int GridView::totals_height() const {
+    return totals_ ? verticalHeader()->defaultSectionSize() + 2 : 0;
+}
+
+QString GridView::total_text(int col) const {
+    return col >= 0 && col < static_cast<int>(total_texts_.size())
+               ? total_texts_[static_cast<std::size_t>(col)]
+               : QString();
+}
+
+void GridView::updateGeometries() {
+    QTableView::updateGeometries();
+    if (!totals_) return;
+    const QRect area = viewport()->geometry();
+    totals_->setGeometry(area.left(), area.bottom() + 1, area.width(), totals_height());
+    totals_->update();
+}
+
+void GridView::work_out_totals() {
+    total_texts_.assign(model_ ? static_cast<std::size_t>(model_->columnCount()) : 0u, QString());
+    if (!totals_ || !model_) return;
+    const Grid& grid = model_->grid();
+    int label_col = -1;
+    bool any = false;
+    for (int c = 0; c < grid.cols(); ++c) {
+        if (grid.column(c).hidden) continue;
+        const QString heading = model_->headerData(c, Qt::Horizontal, Qt::DisplayRole).toString();
+        if (!summed_column(grid, c, heading)) {
+            if (label_col < 0) label_col = c;
+            continue;
+        }
+        double sum = 0;
+        for (int r = grid.fixed_rows(); r < grid.rows(); ++r)
+            if (const auto amount = parse_amount(grid.text_matrix(r, c))) sum += *amount;
+        total_texts_[static_cast<std::size_t>(c)] = QString::fromStdString(format_mask(sum, "#,##0.00"));
+        any = true;
+    }
+    if (any && label_col >= 0) total_texts_[static_cast<std::size_t>(label_col)] = "Total";
+    totals_->update();
+}
+
+void GridView::columns_later() {
+    if (columns_pending_) return;
+    columns_pending_ = true;
+    QTimer::singleShot(0, this, [this] {
+        columns_pending_ = false;
+        apply_columns();
+    });
 }
 
 void GridView::apply_columns() {
@@ -145,13 +277,29 @@ void GridView::apply_columns() {
             widest = std::max(widest, header_metrics.horizontalAdvance(line));
         return widest + padding;
     };
+    work_out_totals();
+    // Contents (and totals) read whole up to a cap; the cell's margins as the view draws them.
+    const QFontMetrics cell_metrics(font());
+    const int cell_padding = 2 * style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, this) + 8;
+    const int cap = kContentCapChars * char_width;
+    const int measured = std::min(model_->rowCount(), kMeasuredRows);
     for (int c = 0; c < grid.cols(); ++c) {
         const GridColumn& column = grid.column(c);
         setColumnHidden(c, column.hidden);
         if (column.hidden) continue;
+        int content = 0;
+        for (int r = 0; r < measured; ++r)
+            content =
+                std::max(content, cell_metrics.horizontalAdvance(model_->shown_text(model_->grid_row(r), c)));
+        if (!total_text(c).isEmpty()) {
+            QFont bold = font();
+            bold.setBold(true);
+            content = std::max(content, QFontMetrics(bold).horizontalAdvance(total_text(c)));
+        }
+        if (content > 0) content = std::min(content + cell_padding, std::max(cap, column.width * char_width));
         const int wanted = column.width > 0 ? column.width * char_width + 8 : columnWidth(c);
         const int heading = text_width(model_->headerData(c, Qt::Horizontal, Qt::DisplayRole).toString());
-        setColumnWidth(c, std::max(wanted, heading));
+        setColumnWidth(c, std::max({wanted, heading, content}));
     }
     for (int c = 0; c < grid.cols(); ++c) {
         const QString band = model_->headerData(c, Qt::Horizontal, GridTableModel::BandRole).toString();

@@ -6,6 +6,7 @@
 #include <QHeaderView>
 #include <QStyledItemDelegate>
 #include <QTableView>
+#include <vector>
 
 #include "controls/grid.h"
 
@@ -51,11 +52,37 @@ public:
     // Shows a grid; the view keeps a model over it until another grid is shown.
     void show_grid(Grid& grid);
     GridTableModel* grid_model() const { return model_; }
+    // Typed letters find a row by this column (a picker whose first columns are hidden
+    // keys looks up the names).
+    void set_search_column(int col) { search_column_ = col; }
+    void keyboardSearch(const QString& search) override;
+    // A line of totals under the rows, kept up to date: every column of amounts (a
+    // number in each filled cell, shown with decimals or to the right, and not a
+    // rate) is summed; the first other column reads "Total".
+    void show_totals(bool on);
+    // The text of the totals line under a column ("" where nothing is summed).
+    QString total_text(int col) const;
+
+    // The widest a column grows to show its contents, in average characters; wider
+    // text is elided and read whole in its tooltip.
+    static constexpr int kContentCapChars = 140;
+    // How many rows the widths are measured on (a long register is not measured whole).
+    static constexpr int kMeasuredRows = 200;
+
+protected:
+    void updateGeometries() override;
 
 private:
     void apply_columns();
+    void columns_later();
+    void work_out_totals();
+    int totals_height() const;
 
     GridTableModel* model_ = nullptr;
+    bool columns_pending_ = false;
+    int search_column_ = -1;
+    QWidget* totals_ = nullptr;
+    std::vector<QString> total_texts_;
 };
 
 }  // namespace brenlow

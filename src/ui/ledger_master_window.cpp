@@ -51,7 +51,7 @@ LedgerMasterWindow::LedgerMasterWindow(frame::Component& component, QWidget* par
         buttons_.emplace_back(b, state);
     }
     auto* form = new QFormLayout;
-    form->addRow("&Master", cboMaster_);
+    form->addRow("Mas&ter", cboMaster_);
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(form);
     layout->addWidget(vsf_, 1);

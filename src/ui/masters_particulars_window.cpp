@@ -40,7 +40,7 @@ ParticularsMasterWindow::ParticularsMasterWindow(frame::Component& component, QW
     auto* form = new QFormLayout;
     form->addRow("&Name of Asset", fields_[frmfamaster::kName]);
     form->addRow("M&ethod", combos_[0]);
-    form->addRow("Rate (&Books)", fields_[frmfamaster::kRateBooks]);
+    form->addRow("&Rate (Books)", fields_[frmfamaster::kRateBooks]);
     form->addRow("Rate (&I.Tax)", fields_[frmfamaster::kRateIT]);
     form->addRow("Block (B&ooks)", combos_[1]);
     form->addRow("Block (I.&Tax)", combos_[2]);

@@ -1,5 +1,6 @@
 #include "ui/qt_ui.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QFileDialog>
 #include <QInputDialog>
@@ -7,6 +8,8 @@
 #include <QProgressDialog>
 #include <QStringList>
 #include <algorithm>
+
+#include "ui/window_base.h"
 
 namespace brenlow {
 
@@ -34,6 +37,29 @@ QMessageBox::Icon box_icon(MsgIcon icon) {
 
 constexpr int kProgressSteps = 1000;
 
+// A box takes the focus while it is up; the field the person was in gets it back
+// when the box closes (a check that wants another field moves it on afterwards).
+class FocusKept {
+public:
+    explicit FocusKept(QWidget* window) : field_(QApplication::focusWidget()) {
+        // A button pressed to get here hands back to the field worked in before it.
+        if (!field_ || qobject_cast<QAbstractButton*>(field_.data())) {
+            if (auto* screen = qobject_cast<ui::ScreenWindow*>(window); screen && screen->last_field())
+                field_ = screen->last_field();
+        }
+    }
+    ~FocusKept() {
+        if (!field_ || !field_->isVisible() || !field_->isEnabled()) return;
+        if (QWidget* window = field_->window()) window->activateWindow();
+        field_->setFocus(Qt::OtherFocusReason);
+    }
+    FocusKept(const FocusKept&) = delete;
+    FocusKept& operator=(const FocusKept&) = delete;
+
+private:
+    QPointer<QWidget> field_;
+};
+
 }  // namespace
 
 QString qt_file_filter(std::string_view filter) {
@@ -59,11 +85,13 @@ QString QtUi::caption(std::string_view title) const {
 }
 
 void QtUi::message(std::string_view text, MsgIcon icon, std::string_view title) {
+    const FocusKept focus(window_);
     QMessageBox box(box_icon(icon), caption(title), qs(text), QMessageBox::Ok, window_);
     box.exec();
 }
 
 bool QtUi::ask_yes_no(std::string_view text, MsgIcon icon, bool default_yes, std::string_view title) {
+    const FocusKept focus(window_);
     QMessageBox box(box_icon(icon), caption(title), qs(text), QMessageBox::Yes | QMessageBox::No, window_);
     box.setDefaultButton(default_yes ? QMessageBox::Yes : QMessageBox::No);
     box.setEscapeButton(QMessageBox::No);
@@ -72,6 +100,7 @@ bool QtUi::ask_yes_no(std::string_view text, MsgIcon icon, bool default_yes, std
 
 std::optional<std::string> QtUi::input_box(std::string_view prompt, std::string_view title,
                                            std::string_view default_text) {
+    const FocusKept focus(window_);
     bool ok = false;
     const QString answer =
         QInputDialog::getText(window_, caption(title), qs(prompt), QLineEdit::Normal, qs(default_text), &ok);

@@ -1,5 +1,6 @@
 #include "ui/register_window.h"
 
+#include <QApplication>
 #include <QButtonGroup>
 #include <QDialog>
 #include <QFontDatabase>
@@ -66,7 +67,18 @@ RegisterWindow::RegisterWindow(std::shared_ptr<S> screen, frame::Component& comp
 }
 
 RegisterWindow::~RegisterWindow() {
+    // The picker's combo goes before its grid view and model.
+    delete group_;
+    group_ = nullptr;
     drop_grid_views();
+}
+
+// Back to the register from the group master (or anywhere): changed groups are read again.
+bool RegisterWindow::event(QEvent* e) {
+    if (e->type() == QEvent::WindowActivate && !refreshing_ && !QApplication::activeModalWidget() &&
+        screen_->Form_Activate())
+        refresh();
+    return ScreenWindow::event(e);
 }
 
 // The screen's leave-field check when the focus goes; a refusal brings it back.
@@ -144,20 +156,29 @@ void RegisterWindow::build() {
     auto* entry_layout = new QVBoxLayout(entry_);
     entry_layout->setContentsMargins(0, 0, 0, 0);
     auto* top = new QHBoxLayout;
+    // The group is picked from vsFAGM: each group with its blocks, rates and life, so
+    // that two groups of one name tell apart; its last line opens the group master.
     group_ = new QComboBox(entry_);
     group_->setObjectName("txtAssetGroup");
-    for (const auto& g : screen_->AssetGroups())
-        group_->addItem(q(g.Part), static_cast<qlonglong>(g.SrNoFAGM));
+    group_picker_ = new GridView(group_);
+    group_picker_->setObjectName("vsFAGM");
+    group_picker_->show_grid(screen_->vsFAGM);
+    group_picker_->setSelectionBehavior(QAbstractItemView::SelectRows);
+    group_picker_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    group_->setModel(group_picker_->grid_model());
+    group_->setView(group_picker_);
+    group_->setModelColumn(1);
+    group_picker_->set_search_column(1);
     group_->setPlaceholderText("(Select)");
     connect(group_, &QComboBox::activated, this, [this](int i) {
-        const long id = group_->itemData(i).toLongLong();
+        const int row = group_picker_->grid_model()->grid_row(i);
         // The focus stays: a letter typed picks a group, Enter or Tab moves on.
-        run([&] { screen_->SelectAssetGroup(id); });
+        run([&] { screen_->vsFAGM_Click(row); });
     });
     txtPart_ = entry_field(screen_->txtPart, entry_);
     txtPart_->setObjectName("txtPart");
     lblGroupInfo_ = new QLabel(entry_);
-    auto* group_label = new QLabel("Asset &Group", entry_);
+    auto* group_label = new QLabel("Asset G&roup", entry_);
     group_label->setBuddy(group_);
     top->addWidget(group_label);
     top->addWidget(group_, 1);
@@ -190,7 +211,7 @@ void RegisterWindow::build() {
     buttons->addWidget(button(
         "&Cancel", [this] { screen_->cmdCancel_Click(); }, entry_box_));
     buttons->addWidget(button(
-        "Manage Asset Group &Master", [this] { screen_->cmdAssetGroup_Click(); }, entry_box_));
+        "Manage Asset &Group Master", [this] { screen_->cmdAssetGroup_Click(); }, entry_box_));
     box_layout->addLayout(buttons);
     splitter->addWidget(entry_box_);
     // The latest calculation as text: the sheet, the block-wise summary and the chart.
@@ -217,7 +238,7 @@ QWidget* RegisterWindow::build_browse() {
     cboFAGM_ = new QComboBox(browse_);
     connect(cboFAGM_, &QComboBox::activated, this,
             [this](int i) { run([&] { screen_->cboFAGM_Click(i); }); });
-    auto* filter_label = new QLabel("Asset &Group", browse_);
+    auto* filter_label = new QLabel("Asset Grou&p", browse_);
     filter_label->setBuddy(cboFAGM_);
     options->addWidget(filter_label);
     options->addWidget(cboFAGM_, 1);
@@ -273,11 +294,14 @@ QWidget* RegisterWindow::build_browse() {
         line->addWidget(heading(title, browse_));
         line->addStretch(1);
         const bool opening = &g == &screen_->vsO;
+        // One Alt key per button of the window: the opening side's buttons have them;
+        // the additions' are reached by Tab (or a double click on the row).
         const std::pair<QString, std::pair<std::function<void()>, const CommandButton*>> buttons[] = {
-            {"&Add", {add, opening ? &screen_->cmdAddO : &screen_->cmdAddA}},
-            {"&Edit", {edit, opening ? &screen_->cmdEditO : &screen_->cmdEditA}},
-            {"&Delete", {del, opening ? &screen_->cmdDelO : &screen_->cmdDelA}},
-            {"Delete A&ll", {del_all, opening ? &screen_->cmdDelAllO : &screen_->cmdDelAllA}}};
+            {opening ? "&Add" : "Add", {add, opening ? &screen_->cmdAddO : &screen_->cmdAddA}},
+            {opening ? "&Edit" : "Edit", {edit, opening ? &screen_->cmdEditO : &screen_->cmdEditA}},
+            {opening ? "&Delete" : "Delete", {del, opening ? &screen_->cmdDelO : &screen_->cmdDelA}},
+            {opening ? "Delete A&ll" : "Delete All",
+             {del_all, opening ? &screen_->cmdDelAllO : &screen_->cmdDelAllA}}};
         for (const auto& [caption, what] : buttons) {
             auto* b = button(caption, what.first, browse_);
             browse_buttons_.push_back({b, what.second});
@@ -320,7 +344,7 @@ QWidget* RegisterWindow::build_browse() {
     });
     buttons->addWidget(dep_mode);
     auto* calc = button(
-        "&Calculate Depreciation", [this] { screen_->cmdDeprCalc_Click(); }, browse_);
+        "Calculate Depreciatio&n", [this] { screen_->cmdDeprCalc_Click(); }, browse_);
     connect(calc, &QPushButton::clicked, this, &RegisterWindow::show_calculation);
     browse_buttons_.push_back({calc, &screen_->cmdDeprCalc});
     buttons->addWidget(calc);
@@ -329,16 +353,20 @@ QWidget* RegisterWindow::build_browse() {
     browse_buttons_.push_back({transfer, &screen_->cmdTransToTB});
     buttons->addWidget(transfer);
     auto* gains = button(
-        "Transfer to Capital &Gains", [this] { screen_->TransferToCapitalGains(); }, browse_);
+        "Transfer to Capital Gain&s", [this] { screen_->TransferToCapitalGains(); }, browse_);
     browse_buttons_.push_back({gains, &screen_->cmdTransToTB});
     buttons->addWidget(gains);
     auto* edit_fa = button(
         "Edit Depreciation (&FA)", [this] { edit_manual_depreciation(); }, browse_);
     browse_buttons_.push_back({edit_fa, &screen_->cmdEditFA});
     buttons->addWidget(edit_fa);
+    buttons->addStretch(1);
+    layout->addLayout(buttons);
+    // The second line of commands: the spreadsheets, the master, the old chart, Back.
+    buttons = new QHBoxLayout;
     // The spreadsheets' work is handed to the screen by the host.
     auto* export_xls = button(
-        "&Export to Excel", [this] { screen_->cmdExportXls_Click(); }, browse_);
+        "E&xport to Excel", [this] { screen_->cmdExportXls_Click(); }, browse_);
     browse_buttons_.push_back({export_xls, &screen_->cmdExportXls});
     buttons->addWidget(export_xls);
     auto* import_xls = button(
@@ -363,12 +391,26 @@ QWidget* RegisterWindow::build_browse() {
 
 QWidget* RegisterWindow::build_opening_frame() {
     auto* frame = new QGroupBox("Opening Asset", this);
-    auto* layout = new QGridLayout(frame);
+    // The books half and the income-tax half side by side, so that both are in sight
+    // on a laptop's screen; the adjustments below them. Tab goes down the books half,
+    // then down the income-tax half, then through the adjustments.
+    auto* outer = new QVBoxLayout(frame);
+    auto* halves = new QHBoxLayout;
+    auto* books = new QGridLayout;
+    auto* tax = new QGridLayout;
+    auto* below = new QGridLayout;
+    halves->addLayout(books, 1);
+    halves->addSpacing(12);
+    halves->addLayout(tax, 1);
+    outer->addLayout(halves);
+    outer->addLayout(below);
+    QGridLayout* layout = books;
     txtfieldsO_.resize(S::O_Count);
     lblfieldsO_.resize(S::O_Count);
     chkfieldsO_.resize(S::O_Count, nullptr);
     for (int i = 0; i < S::O_Count; ++i) {
         txtfieldsO_[i] = entry_field(screen_->txtfieldsO[i], frame);
+        txtfieldsO_[i]->setObjectName(QString("O%1").arg(i));
         lblfieldsO_[i] = new QLabel(frame);
         lblfieldsO_[i]->setBuddy(txtfieldsO_[i]);
         bind_leave(txtfieldsO_[i], [this, i] { return screen_->txtfieldsO_Validate(i); });
@@ -380,7 +422,7 @@ QWidget* RegisterWindow::build_opening_frame() {
         }
     }
     int r = 0;
-    layout->addWidget(heading("For Calculation as per Companies Act 2013", frame), r++, 0, 1, 3);
+    layout->addWidget(heading(q(screen_->lblBooksHeading), frame), r++, 0, 1, 3);
     const auto row = [&](int i) {
         layout->addWidget(lblfieldsO_[i], r, 0);
         layout->addWidget(txtfieldsO_[i], r, 1);
@@ -391,6 +433,7 @@ QWidget* RegisterWindow::build_opening_frame() {
     row(S::O_CostWdv);
     row(S::O_OpDepr);
     cboCalcCA_ = new QComboBox(frame);
+    cboCalcCA_->setObjectName("cboCalcCA");
     connect(cboCalcCA_, &QComboBox::activated, this,
             [this](int i) { run([&] { screen_->cboCalcCA_Click(i); }); });
     txtCalcCA_ = entry_field(screen_->txtCalcCA, frame);
@@ -402,6 +445,7 @@ QWidget* RegisterWindow::build_opening_frame() {
     layout->addWidget(txtCalcCA_, r++, 2);
     row(S::O_ResValue);
     cboResValOfO_ = new QComboBox(frame);
+    cboResValOfO_->setObjectName("cboResValOfO");
     connect(cboResValOfO_, &QComboBox::activated, this,
             [this](int i) { run([&] { screen_->cboResValOfO_Click(i); }); });
     layout->addWidget(new QLabel(q(screen_->lblResValOfO), frame), r, 0);
@@ -411,17 +455,22 @@ QWidget* RegisterWindow::build_opening_frame() {
     layout->addWidget(lblRemLifeO_, r++, 0, 1, 3);
     row(S::O_RateFACL);
     cboMODo_ = new QComboBox(frame);
+    cboMODo_->setObjectName("cboMODo");
     connect(cboMODo_, &QComboBox::activated, this,
             [this](int i) { run([&] { screen_->cboMODo_Click(i); }); });
     layout->addWidget(new QLabel("Method of Depreciation", frame), r, 0);
     layout->addWidget(cboMODo_, r++, 1);
+    books->setRowStretch(r, 1);
+    books->setColumnStretch(1, 1);
+    layout = tax;
+    r = 0;
     layout->addWidget(heading("For Calculation as per Income-Tax Act 1961", frame), r++, 0, 1, 3);
     lblBlockO_ = new QLabel(frame);
     layout->addWidget(lblBlockO_, r++, 0, 1, 3);
     row(S::O_WdvIT);
     row(S::O_RateIT);
     row(S::O_AddlDepRT);
-    auto* choices = new QHBoxLayout;
+    auto* choices = new QVBoxLayout;
     auto* group = new QButtonGroup(frame);
     const char* texts[] = {"Other", "Asset does not Exist", "Asset Exists but WDV is NIL"};
     for (int c = 0; c < 3; ++c) {
@@ -436,6 +485,10 @@ QWidget* RegisterWindow::build_opening_frame() {
     layout->addWidget(chkfieldsO_[S::O_AddlDepOn], r++, 0, 1, 3);
     layout->addWidget(txtfieldsO_[S::O_AddlDepOn], r++, 1);
     lblfieldsO_[S::O_AddlDepOn]->hide();
+    tax->setRowStretch(r, 1);
+    tax->setColumnStretch(1, 1);
+    layout = below;
+    r = 0;
     layout->addWidget(
         heading("Adjustment on Account of Excess Sale/Deduction of Other Assets in Block (if any) in "
                 "Earlier Years",
@@ -452,7 +505,7 @@ QWidget* RegisterWindow::build_opening_frame() {
         esa->addWidget(esaInput_[c], c == 0 ? 2 : 1);
     }
     esa->addWidget(button(
-        "Add &Row",
+        "Add Ro&w",
         [this] {
             if (screen_->AddESARow(s(esaInput_[0]->text()), s(esaInput_[1]->text()), s(esaInput_[2]->text()),
                                    s(esaInput_[3]->text()), s(esaInput_[4]->text()), s(esaInput_[5]->text())))
@@ -490,6 +543,7 @@ QWidget* RegisterWindow::build_addition_frame() {
     chkfieldsA_.resize(S::A_Count, nullptr);
     for (int i = 0; i < S::A_Count; ++i) {
         txtfieldsA_[i] = entry_field(screen_->txtfieldsA[i], frame);
+        txtfieldsA_[i]->setObjectName(QString("A%1").arg(i));
         lblfieldsA_[i] = new QLabel(frame);
         lblfieldsA_[i]->setBuddy(txtfieldsA_[i]);
         bind_leave(txtfieldsA_[i], [this, i] { return screen_->txtfieldsA_Validate(i); });
@@ -515,7 +569,7 @@ QWidget* RegisterWindow::build_addition_frame() {
     layout->addWidget(lblMiscAdjA_, r++, 1);
     layout->addWidget(new QLabel("Net Amount", frame), r, 0);
     layout->addWidget(lblNetAmtA_, r++, 1);
-    layout->addWidget(heading("For Calculation as per Companies Act 2013", frame), r++, 0, 1, 3);
+    layout->addWidget(heading(q(screen_->lblBooksHeading), frame), r++, 0, 1, 3);
     row(S::A_ResValue);
     row(S::A_LifeYrs);
     lblRemLifeA_ = new QLabel(frame);
@@ -646,13 +700,18 @@ void RegisterWindow::refresh() {
     chkRndIT_->setChecked(sc.chkRndIT.Value);
     chkRemLife0_->setChecked(sc.chkRemLife0.Value);
 
-    if (group_->count() != static_cast<int>(sc.AssetGroups().size())) {
-        group_->clear();
-        for (const auto& grp : sc.AssetGroups())
-            group_->addItem(q(grp.Part), static_cast<qlonglong>(grp.SrNoFAGM));
+    {
+        // The picker's popup shows every column whole.
+        int wide = 0;
+        for (int c = 0; c < sc.vsFAGM.cols(); ++c)
+            if (!group_picker_->isColumnHidden(c)) wide += group_picker_->columnWidth(c);
+        group_picker_->setMinimumWidth(wide + group_picker_->verticalScrollBar()->sizeHint().width() + 4);
+        int shown = -1;
+        for (int r = sc.vsFAGM.fixed_rows(); r < sc.vsFAGM.rows(); ++r)
+            if (sc.txtAssetGroup.Id && sc.vsFAGM.text_matrix(r, 0) == std::to_string(sc.txtAssetGroup.Id))
+                shown = r - sc.vsFAGM.fixed_rows();
+        group_->setCurrentIndex(shown);
     }
-    const int g = group_->findData(static_cast<qlonglong>(sc.txtAssetGroup.Id));
-    group_->setCurrentIndex(g);
     lblGroupInfo_->setText(q(sc.lblNESD));
     show(txtPart_, sc.txtPart, entering);
     for (int i = 0; i < S::O_Count; ++i) {

@@ -47,6 +47,9 @@ public:
     // "Edit Chart Manually": the chart editor's window.
     void open_chart_editor();
 
+protected:
+    bool event(QEvent* event) override;
+
 private:
     void build();
     QWidget* build_browse();
@@ -85,6 +88,7 @@ private:
     QWidget* entry_box_ = nullptr;
     QSplitter* splitter_ = nullptr;
     QComboBox* group_ = nullptr;
+    GridView* group_picker_ = nullptr;
     QLabel* lblGroupInfo_ = nullptr;
     VTxtEdit* txtPart_ = nullptr;
     QWidget* famEditO_ = nullptr;

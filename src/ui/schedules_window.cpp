@@ -75,6 +75,7 @@ SchedulesWindow::SchedulesWindow(std::shared_ptr<formatsch> screen, QWidget* par
     title_->setFont(f);
     message_ = new QLabel("The Fixed Assets schedule is shown in its own window.", this);
     vsf1_ = grid_view(screen_->vsf1, &tb_row_);
+    vsf1_->show_totals(true);
     vsf1_->setObjectName("vsf1");
     connect(vsf1_->selectionModel(), &QItemSelectionModel::currentChanged, this,
             [this](const QModelIndex& at) {
@@ -91,6 +92,7 @@ SchedulesWindow::SchedulesWindow(std::shared_ptr<formatsch> screen, QWidget* par
     panel_layout->setContentsMargins(0, 0, 0, 0);
     panel_layout->addWidget(new QLabel("<b>Trial Balance</b>", panel_));
     vsTB_ = grid_view(screen_->vsTB, &tb_row_, panel_);
+    vsTB_->show_totals(true);
     vsTB_->setObjectName("vsTB");
     panel_layout->addWidget(vsTB_);
 

@@ -1,6 +1,8 @@
 #include "ui/window_base.h"
 
+#include <QAbstractButton>
 #include <QAbstractItemView>
+#include <QApplication>
 #include <QCoreApplication>
 #include <QEvent>
 #include <QFormLayout>
@@ -17,7 +19,12 @@
 
 namespace brenlow::ui {
 
-ScreenWindow::ScreenWindow(QWidget* parent) : QWidget(parent), ui_(this) {}
+ScreenWindow::ScreenWindow(QWidget* parent) : QWidget(parent), ui_(this) {
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
+        if (now && now != this && isAncestorOf(now) && !qobject_cast<QAbstractButton*>(now))
+            last_field_ = now;
+    });
+}
 
 ScreenWindow::~ScreenWindow() {
     drop_grid_views();
@@ -91,7 +98,7 @@ void ScreenWindow::take_field(const VTxtEdit* edit, vTXT& field) {
 
 void ScreenWindow::show_combo(QComboBox* box, const brenlow::ComboBox& combo) {
     QStringList texts;
-    for (const auto& item : combo.List.items()) texts << QString::fromStdString(item.text);
+    for (const auto& item : combo.List.items()) texts << readable_keys(QString::fromStdString(item.text));
     QStringList shown;
     for (int i = 0; i < box->count(); ++i) shown << box->itemText(i);
     if (shown != texts) {

@@ -6,6 +6,7 @@
 // boxes deaf to the wheel until they have the focus).
 
 #include <QComboBox>
+#include <QPointer>
 #include <QPushButton>
 #include <QWidget>
 #include <functional>
@@ -29,6 +30,9 @@ public:
     // One event: the typed values go into the screen, the event runs, the screen
     // is drawn again. Nothing runs while the window is being drawn.
     void run(const std::function<void()>& event);
+    // The control the person last worked in (a field, a combo, a grid; never a
+    // button): where the focus goes back to when a message box closes.
+    QWidget* last_field() const { return last_field_; }
 
 protected:
     // The grid views go before the screen: their models hold on to its grids. A
@@ -68,6 +72,7 @@ private:
 
     QtUi ui_;
     bool settled_ = false;
+    QPointer<QWidget> last_field_;
 };
 
 // The focusable controls under `root` in the order they stand on the screen, as

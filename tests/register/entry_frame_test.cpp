@@ -210,6 +210,37 @@ TEST_P(RegisterEntryFrame, GrossAdjustmentFollowsTheRowsAsTheyComeAndGo) {
     EXPECT_EQ(s->vsESA.text_matrix(1, 0), "VAN");
 }
 
+// Ticking Gross over detailed rows asks first: No keeps the rows and the tick off,
+// Yes ticks it and the rows are saved as their total.
+TEST_P(RegisterEntryFrame, GrossAsksBeforeItReplacesTheDetailedRows) {
+    auto s = open_screen(ui_);
+    s->cmdAddO_Click();
+    s->SelectAssetGroup(kPlant);
+    s->txtPart.set_text("LATHE");
+    s->txtfieldsO[S::O_PutDate].set_text("01/04/2015");
+    s->txtfieldsO[S::O_CostWdv].set_text("100000");
+    s->txtfieldsO[S::O_WdvIT].set_text("50000");
+    ASSERT_TRUE(s->AddESARow("CAR", "100", "31/03/2015", "500", "400", "300"));
+    ASSERT_TRUE(s->AddESARow("VAN", "0", "31/12/2014", "200", "200", "150"));
+    const std::string question =
+        "The 2 adjustment row(s) will be saved as one Gross amount of 450.00 and their details will not be "
+        "kept. Continue ?";
+    ui_.answer_no();
+    s->chkTotESA_Click();
+    EXPECT_FALSE(s->chkTotESA.Value);
+    EXPECT_EQ(s->txtTotESA.text(), "");
+    EXPECT_EQ(s->vsESA.data_rows(), 2);
+    ui_.answer_yes();
+    s->chkTotESA_Click();
+    EXPECT_TRUE(s->chkTotESA.Value);
+    EXPECT_EQ(s->txtTotESA.text(), "450.00");
+    EXPECT_EQ(ui_.questions(), (Texts{question, question}));
+    // Unticking asks nothing.
+    s->chkTotESA_Click();
+    EXPECT_FALSE(s->chkTotESA.Value);
+    EXPECT_EQ(ui_.questions().size(), 2u);
+}
+
 TEST_P(RegisterEntryFrame, AdjustmentRowsAreStoredPackedAndReadBack) {
     auto s = open_screen(ui_);
     s->cmdAddO_Click();

@@ -42,6 +42,31 @@ TEST_P(RegisterLoading, CompanyBooksAreBandedAsPerCompaniesAct) {
     EXPECT_EQ(s->vsA.text_matrix(0, s->vsA.col_index("RateFACL")), "As per Companies Act");
 }
 
+// The books half is named by the client's status, in the bands of both grids and in
+// the heading of the entry frames.
+TEST_P(RegisterLoading, BooksCaptionsFollowTheClientsStatus) {
+    struct Case {
+        int status;
+        std::string band;
+        std::string heading;
+    };
+    const Case cases[] = {{1, "As per Books", "For Calculation as per Books"},
+                          {2, "As per Books", "For Calculation as per Books"},
+                          {3, "As per Companies Act", "For Calculation as per Companies Act 2013"},
+                          {4, "As per Companies Act", "For Calculation as per Companies Act 2013"}};
+    for (const Case& c : cases) {
+        db().execute("UPDATE master SET status=" + std::to_string(c.status) + " WHERE code_no='C001'");
+        base_->select_client_year("C001", kYear);
+        auto s = open_screen(ui_);
+        const auto band = [&](const Grid& g, const char* key) { return g.text_matrix(0, g.col_index(key)); };
+        EXPECT_EQ((std::vector<std::string>{band(s->vsO, "Cost"), band(s->vsO, "RateFACL"),
+                                            band(s->vsA, "ResValue"), band(s->vsA, "LifeYrs")}),
+                  std::vector<std::string>(4, c.band))
+            << "status " << c.status;
+        EXPECT_EQ(s->lblBooksHeading, c.heading) << "status " << c.status;
+    }
+}
+
 TEST_P(RegisterLoading, RowsShowTheirFiguresThroughTheColumnFormats) {
     insert_opening(kPlant, "LATHE", 123456.785);
     insert_addition(kFurniture, "TABLE", 20000);
@@ -55,7 +80,7 @@ TEST_P(RegisterLoading, RowsShowTheirFiguresThroughTheColumnFormats) {
     EXPECT_EQ(o.display_text(2, o.col_index("RateFACL")), "18.10");
     const auto& a = s->vsA;
     ASSERT_EQ(a.data_rows(), 1);
-    EXPECT_EQ(a.display_text(2, a.col_index("PutDate")), "15/06/15");
+    EXPECT_EQ(a.display_text(2, a.col_index("PutDate")), "15/06/2015");
     EXPECT_EQ(a.display_text(2, a.col_index("MiscAdj")), "-1380.00");
     EXPECT_EQ(a.display_text(2, a.col_index("NetAmt")), "18620.00");
     EXPECT_EQ(a.display_text(2, a.col_index("RateFACL")), "13.9125");

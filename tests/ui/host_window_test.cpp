@@ -4,13 +4,23 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QComboBox>
+#include <QHeaderView>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
+#include <QSettings>
+#include <QSpinBox>
 #include <QStandardPaths>
+#include <QTableWidget>
 #include <QTest>
 #include <QTimer>
+#include <algorithm>
+#include <string>
+#include <vector>
 
+#include "app/tarrow/client_dialog.h"
 #include "app/tarrow/host.h"
 #include "support/test_databases.h"
 #include "ui/qt_app.h"
@@ -25,8 +35,132 @@ protected:
         // The host remembers the last database and client; not in the person's own settings.
         QStandardPaths::setTestModeEnabled(true);
         brenlow::test::BackendTest::SetUp();
+        QSettings().clear();
+    }
+    void TearDown() override {
+        QSettings().clear();
+        brenlow::test::BackendTest::TearDown();
     }
 };
+
+// Every message box that opens while it lives is noted and closed.
+class BoxWatch {
+public:
+    BoxWatch() {
+        QObject::connect(&timer_, &QTimer::timeout, [this] {
+            if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
+                texts_.push_back(box->text().toStdString());
+                box->done(QMessageBox::Ok);
+            }
+        });
+        timer_.start(10);
+    }
+    const std::vector<std::string>& texts() const { return texts_; }
+
+private:
+    QTimer timer_;
+    std::vector<std::string> texts_;
+};
+
+// A client remembered from another database (the demonstration's) is no error on
+// this one: the window offers to make the first client instead, and makes it with
+// the status chosen by name.
+TEST_P(HostWindowTest, FirstStartOnAnEmptyDatabaseOffersToCreateAClient) {
+    QSettings().setValue("client/code", "DEMO01");
+    QSettings().setValue("client/year", 2025);
+    HostWindow host;
+    host.show();
+    ASSERT_TRUE(host.open_database(QString::fromStdString(temp().url())));
+    BoxWatch boxes;
+    host.first_start();
+    QApplication::processEvents();
+    EXPECT_EQ(boxes.texts(), std::vector<std::string>{});
+    EXPECT_FALSE(host.base()->client_year().has_value());
+    ClientPanel* panel = host.client_panel();
+    ASSERT_TRUE(panel->isVisible());
+    EXPECT_TRUE(panel->offers_creation_only());
+    EXPECT_FALSE(panel->list()->isVisible());
+    EXPECT_TRUE(panel->code_field()->isVisible());
+
+    panel->code_field()->setText("shah1");
+    panel->name_field()->setText("Shah and Mehta");
+    panel->year_field()->setValue(2025);
+    panel->status_field()->setCurrentIndex(panel->status_field()->findText("Partnership Firm"));
+    QTest::mouseClick(panel->create_button(), Qt::LeftButton);
+    QApplication::processEvents();
+    EXPECT_EQ(boxes.texts(), std::vector<std::string>{});
+    ASSERT_TRUE(host.base()->client_year().has_value());
+    EXPECT_EQ(host.base()->client_year()->code_no, "SHAH1");
+    EXPECT_EQ(host.base()->client_year()->client_name, "SHAH AND MEHTA");
+    EXPECT_EQ(host.base()->client_year()->status, 2);
+    EXPECT_FALSE(panel->isVisible());
+    EXPECT_EQ(QSettings().value("client/code").toString(), "SHAH1");
+    EXPECT_TRUE(host.windowTitle().contains("SHAH1"));
+    if (GetParam() == store::Backend::sqlite) {
+        host.resize(1366, 768);
+        QApplication::processEvents();
+        EXPECT_TRUE(brenlow::test::save_picture(host, "first_start_created"));
+    }
+}
+
+// On a database with clients but without the one remembered, the list is shown with
+// each client's status by name, the status column whole beside the scroll bar.
+TEST_P(HostWindowTest, FirstStartWithoutTheRememberedClientListsTheClients) {
+    QSettings().setValue("client/code", "DEMO01");
+    QSettings().setValue("client/year", 2025);
+    HostWindow host;
+    host.show();
+    ASSERT_TRUE(host.open_database(QString::fromStdString(temp().url())));
+    store::create_client_year(host.base()->dbobj(), "ACME", 2025, "ACME ENGINEERING LTD", 3);
+    store::create_client_year(host.base()->dbobj(), "FIRM1", 2025, "SHAH AND MEHTA", 2);
+    BoxWatch boxes;
+    host.first_start();
+    host.resize(1366, 768);
+    QApplication::processEvents();
+    EXPECT_EQ(boxes.texts(), std::vector<std::string>{});
+    ClientPanel* panel = host.client_panel();
+    ASSERT_TRUE(panel->isVisible());
+    EXPECT_FALSE(panel->offers_creation_only());
+    QTableWidget* list = panel->list();
+    ASSERT_EQ(list->rowCount(), 2);
+    std::vector<std::string> statuses;
+    for (int r = 0; r < list->rowCount(); ++r) statuses.push_back(list->item(r, 3)->text().toStdString());
+    std::sort(statuses.begin(), statuses.end());
+    EXPECT_EQ(statuses, (std::vector<std::string>{"Company", "Partnership Firm"}));
+    const QFontMetrics metrics(list->font());
+    for (int r = 0; r < list->rowCount(); ++r)
+        EXPECT_GE(list->columnWidth(3), metrics.horizontalAdvance(list->item(r, 3)->text()));
+    EXPECT_LE(list->columnViewportPosition(3) + list->columnWidth(3), list->viewport()->width());
+    if (GetParam() == store::Backend::sqlite) {
+        EXPECT_TRUE(brenlow::test::save_picture(host, "first_start_list"));
+    }
+
+    // Opening one from the list shows its status by name.
+    list->selectRow(1);
+    const std::string code = list->item(1, 0)->text().toStdString();
+    for (auto* b : panel->findChildren<QPushButton*>())
+        if (b->text() == "&Open") QTest::mouseClick(b, Qt::LeftButton);
+    QApplication::processEvents();
+    ASSERT_TRUE(host.base()->client_year().has_value());
+    EXPECT_EQ(host.base()->client_year()->code_no, code);
+    EXPECT_FALSE(panel->isVisible());
+}
+
+// With the client used last still in the database, the window opens it.
+TEST_P(HostWindowTest, FirstStartOpensTheClientUsedLast) {
+    HostWindow host;
+    ASSERT_TRUE(host.open_database(QString::fromStdString(temp().url())));
+    store::create_client_year(host.base()->dbobj(), "ACME", 2025, "ACME ENGINEERING LTD", 3);
+    store::create_client_year(host.base()->dbobj(), "FIRM1", 2025, "SHAH AND MEHTA", 2);
+    QSettings().setValue("client/code", "FIRM1");
+    QSettings().setValue("client/year", 2025);
+    BoxWatch boxes;
+    host.first_start();
+    EXPECT_EQ(boxes.texts(), std::vector<std::string>{});
+    ASSERT_TRUE(host.base()->client_year().has_value());
+    EXPECT_EQ(host.base()->client_year()->code_no, "FIRM1");
+    EXPECT_FALSE(host.client_panel()->isVisibleTo(&host));
+}
 
 QPushButton* find_button(QWidget& w, const QString& caption) {
     for (auto* b : w.findChildren<QPushButton*>())
@@ -90,7 +224,7 @@ TEST_P(HostWindowTest, TheRegistersExcelButtonsAreHandedTheirWork) {
     QPointer<QWidget> reg = host.open_by_name("register");
     ASSERT_NE(reg, nullptr);
     QApplication::processEvents();
-    QPushButton* export_xls = find_button(*reg, "&Export to Excel");
+    QPushButton* export_xls = find_button(*reg, "E&xport to Excel");
     QPushButton* import_xls = find_button(*reg, "&Import from Excel");
     ASSERT_NE(export_xls, nullptr);
     ASSERT_NE(import_xls, nullptr);

@@ -20,90 +20,137 @@ QString fy_label(int year) {
     return QString("%1-%2").arg(year - 1).arg(year % 100, 2, 10, QChar('0'));
 }
 
-ClientDialog::ClientDialog(const std::vector<store::ClientYear>& years, int default_year, QWidget* parent)
-    : QDialog(parent), years_(years) {
-    setWindowTitle("Select Client and Financial Year");
-    auto* layout = new QVBoxLayout(this);
+QString status_name(int status) {
+    switch (status) {
+        case 1:
+            return "Individual / Proprietor";
+        case 2:
+            return "Partnership Firm";
+        case 3:
+            return "Company";
+        case 4:
+            return "Company (Other)";
+        default:
+            return QString("Status %1").arg(status);
+    }
+}
 
-    auto* existing = new QGroupBox("Clients", this);
-    auto* el = new QVBoxLayout(existing);
-    list_ = new QTableWidget(static_cast<int>(years_.size()), 4, existing);
+ClientPanel::ClientPanel(const std::vector<store::ClientYear>& years, int default_year, QWidget* parent)
+    : QWidget(parent) {
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+
+    existing_ = new QGroupBox("Clients", this);
+    auto* el = new QVBoxLayout(existing_);
+    list_ = new QTableWidget(0, 4, existing_);
+    list_->setObjectName("clients");
     list_->setHorizontalHeaderLabels({"Code", "Name", "F.Y.", "Status"});
     list_->setSelectionBehavior(QAbstractItemView::SelectRows);
     list_->setSelectionMode(QAbstractItemView::SingleSelection);
     list_->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    list_->horizontalHeader()->setStretchLastSection(true);
+    // The name takes what is left over; code, year and status keep their whole width
+    // (the scroll bar comes out of the name, never out of the status).
+    list_->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    list_->horizontalHeader()->setSectionResizeMode(1, QHeaderView::Stretch);
+    list_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     list_->verticalHeader()->hide();
-    for (int r = 0; r < static_cast<int>(years_.size()); ++r) {
-        const auto& y = years_[static_cast<std::size_t>(r)];
-        list_->setItem(r, 0, new QTableWidgetItem(QString::fromStdString(y.code_no)));
-        list_->setItem(r, 1, new QTableWidgetItem(QString::fromStdString(y.client_name)));
-        list_->setItem(r, 2, new QTableWidgetItem(fy_label(y.year)));
-        list_->setItem(r, 3, new QTableWidgetItem(QString::number(y.status)));
-    }
-    list_->resizeColumnsToContents();
-    if (!years_.empty()) list_->selectRow(0);
-    connect(list_, &QTableWidget::cellDoubleClicked, this, &ClientDialog::open_selected);
+    connect(list_, &QTableWidget::cellDoubleClicked, this, &ClientPanel::open_selected);
     el->addWidget(list_);
-    auto* open = new QPushButton("&Open", existing);
-    open->setEnabled(!years_.empty());
-    connect(open, &QPushButton::clicked, this, &ClientDialog::open_selected);
-    el->addWidget(open, 0, Qt::AlignRight);
-    layout->addWidget(existing);
+    open_ = new QPushButton("&Open", existing_);
+    connect(open_, &QPushButton::clicked, this, &ClientPanel::open_selected);
+    el->addWidget(open_, 0, Qt::AlignRight);
+    layout->addWidget(existing_, 1);
 
-    auto* fresh = new QGroupBox("New client or financial year", this);
-    auto* form = new QFormLayout(fresh);
-    code_ = new QLineEdit(fresh);
+    fresh_ = new QGroupBox("New client or financial year", this);
+    auto* form = new QFormLayout(fresh_);
+    code_ = new QLineEdit(fresh_);
+    code_->setObjectName("code");
     code_->setMaxLength(static_cast<int>(store::kClientCodeMax));
-    name_ = new QLineEdit(fresh);
-    year_ = new QSpinBox(fresh);
+    name_ = new QLineEdit(fresh_);
+    name_->setObjectName("name");
+    year_ = new QSpinBox(fresh_);
+    year_->setObjectName("year");
     year_->setRange(1990, 2099);
     year_->setValue(default_year);
     year_->setSuffix("  (financial year ending 31 March)");
-    status_ = new QComboBox(fresh);
-    status_->addItem("1 - Individual / Proprietor", 1);
-    status_->addItem("2 - Firm", 2);
-    status_->addItem("3 - Company", 3);
-    status_->addItem("4 - Company (other)", 4);
-    form->addRow("Client &code", code_);
+    status_ = new QComboBox(fresh_);
+    status_->setObjectName("status");
+    for (int s = 1; s <= 4; ++s) status_->addItem(status_name(s), s);
+    form->addRow("Client co&de", code_);
     form->addRow("&Name", name_);
     form->addRow("&Year", year_);
-    form->addRow("&Status", status_);
-    auto* create = new QPushButton("&Create", fresh);
-    connect(create, &QPushButton::clicked, this, &ClientDialog::create_new);
-    form->addRow(create);
-    layout->addWidget(fresh);
-
-    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel, this);
-    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
-    layout->addWidget(buttons);
-    resize(560, 460);
+    form->addRow("S&tatus", status_);
+    create_ = new QPushButton("C&reate", fresh_);
+    connect(create_, &QPushButton::clicked, this, &ClientPanel::create_new);
+    connect(code_, &QLineEdit::returnPressed, this, &ClientPanel::create_new);
+    connect(name_, &QLineEdit::returnPressed, this, &ClientPanel::create_new);
+    form->addRow(create_);
+    layout->addWidget(fresh_);
+    set_years(years);
 }
 
-void ClientDialog::open_selected() {
+void ClientPanel::set_years(const std::vector<store::ClientYear>& years) {
+    years_ = years;
+    fill_list();
+    existing_->setVisible(!years_.empty());
+    fresh_->setTitle(years_.empty() ? "No client yet: create the first one" : "New client or financial year");
+    if (years_.empty()) code_->setFocus();
+}
+
+void ClientPanel::fill_list() {
+    list_->setRowCount(static_cast<int>(years_.size()));
+    for (int r = 0; r < static_cast<int>(years_.size()); ++r) {
+        const auto& y = years_[static_cast<std::size_t>(r)];
+        const QString name = QString::fromStdString(y.client_name);
+        list_->setItem(r, 0, new QTableWidgetItem(QString::fromStdString(y.code_no)));
+        auto* name_item = new QTableWidgetItem(name);
+        name_item->setToolTip(name);
+        list_->setItem(r, 1, name_item);
+        list_->setItem(r, 2, new QTableWidgetItem(fy_label(y.year)));
+        list_->setItem(r, 3, new QTableWidgetItem(status_name(y.status)));
+    }
+    if (!years_.empty()) list_->selectRow(0);
+    open_->setEnabled(!years_.empty());
+}
+
+void ClientPanel::open_selected() {
     const int r = list_->currentRow();
     if (r < 0 || r >= static_cast<int>(years_.size())) return;
     const auto& y = years_[static_cast<std::size_t>(r)];
-    choice_ = ClientChoice{QString::fromStdString(y.code_no), y.year, false, {}, y.status};
-    accept();
+    emit chosen(ClientChoice{QString::fromStdString(y.code_no), y.year, false, {}, y.status});
 }
 
-void ClientDialog::create_new() {
+void ClientPanel::create_new() {
     const QString code = code_->text().trimmed().toUpper();
     if (code.isEmpty()) {
-        QMessageBox::information(this, windowTitle(), "Please enter the client code.");
+        QMessageBox::information(this, "Tarrow", "Please enter the client code.");
         code_->setFocus();
         return;
     }
     // QString::toUpper folds more than A-Z; the rule decides on the typed text.
     if (const auto fault = store::client_code_fault(code_->text().toStdString())) {
-        QMessageBox::information(this, windowTitle(), QString::fromStdString(*fault));
+        QMessageBox::information(this, "Tarrow", QString::fromStdString(*fault));
         code_->setFocus();
         return;
     }
-    choice_ = ClientChoice{code, year_->value(), true, name_->text().trimmed().toUpper(),
-                           status_->currentData().toInt()};
-    accept();
+    emit chosen(ClientChoice{code, year_->value(), true, name_->text().trimmed().toUpper(),
+                             status_->currentData().toInt()});
+}
+
+ClientDialog::ClientDialog(const std::vector<store::ClientYear>& years, int default_year, QWidget* parent)
+    : QDialog(parent) {
+    setWindowTitle("Select Client and Financial Year");
+    auto* layout = new QVBoxLayout(this);
+    panel_ = new ClientPanel(years, default_year, this);
+    connect(panel_, &ClientPanel::chosen, this, [this](const ClientChoice& c) {
+        choice_ = c;
+        accept();
+    });
+    layout->addWidget(panel_);
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel, this);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    layout->addWidget(buttons);
+    resize(640, 480);
 }
 
 }  // namespace brenlow::tarrow

@@ -17,6 +17,11 @@ class QLabel;
 class QAction;
 
 namespace brenlow::tarrow {
+class ClientPanel;
+struct ClientChoice;
+}  // namespace brenlow::tarrow
+
+namespace brenlow::tarrow {
 
 class HostWindow : public QMainWindow {
     Q_OBJECT
@@ -29,6 +34,13 @@ public:
     // Chooses the client's year, creating it when asked to.
     bool open_client_year(const QString& code, int year, bool create, const QString& name = {},
                           std::optional<int> status = std::nullopt);
+
+    // What the window does when it starts without a client named: with no client in
+    // the database it offers to create one; with clients it opens the one used last
+    // (when the database still has it, and `remembered` allows) or shows the list.
+    void first_start(bool remembered = true);
+    // The panel that lists the clients and makes new ones; shown while no client is open.
+    ClientPanel* client_panel() const { return client_panel_; }
 
     suite::BaseServices* base() const;
     frame::Forms* forms() const { return forms_.get(); }
@@ -62,6 +74,8 @@ private:
     QString url_;
     std::unique_ptr<frame::Forms> forms_;
     QLabel* summary_ = nullptr;
+    ClientPanel* client_panel_ = nullptr;
+    void take_choice(const ClientChoice& choice);
     QList<QAction*> needs_year_;
     QPointer<QWidget> last_window_;
 };
