@@ -117,8 +117,7 @@ TEST_P(FixedScheduleCli, TheSchedulesDocumentCarriesTheFixedAssetSchedule) {
 }
 
 TEST_P(FixedScheduleCli, BadInputIsNamedAndChangesNothing) {
-    std::ofstream(file_)
-        << R"({"format":"brenlow-fixed-schedule","version":1,
+    std::ofstream(file_) << R"({"format":"brenlow-fixed-schedule","version":1,
               "FIXED_":[{"PART_NM":"LATHES","method_id":9}],"FDA_":[{"ad_date":"32/13/2015"}]})";
     auto r =
         cli({"schedules", "fixed", "import", file_.string(), "--client", "ACME", "--year", "2016", "--yes"});

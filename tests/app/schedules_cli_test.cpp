@@ -86,13 +86,15 @@ TEST_P(SchedulesCli, RefusalsNameWhatIsWrong) {
     std::ofstream(file("bad.json")) << R"({"format":"brenlow-schedules","version":"1","RESV_":[]})";
     r = cli({"schedules", "import", file("bad.json"), "--client", "ACME", "--year", "2025"});
     EXPECT_EQ(r.code, 1);
-    EXPECT_EQ(r.err, file("bad.json") +
-                         ": The schedules document is of a version this program does not read: \"version\" must "
-                         "be 1, not \"1\"\nNothing was imported.\n");
+    EXPECT_EQ(r.err,
+              file("bad.json") +
+                  ": The schedules document is of a version this program does not read: \"version\" must "
+                  "be 1, not \"1\"\nNothing was imported.\n");
     std::ofstream(file("bad.json")) << R"({"format":"brenlow-schedules","version":1,"RSEV_":[]})";
     r = cli({"schedules", "import", file("bad.json"), "--client", "ACME", "--year", "2025"});
     EXPECT_EQ(r.code, 1);
-    EXPECT_NE(r.err.find("The table \"RSEV_\" is not one of a schedules document: is it RESV_?"), std::string::npos)
+    EXPECT_NE(r.err.find("The table \"RSEV_\" is not one of a schedules document: is it RESV_?"),
+              std::string::npos)
         << r.err;
     EXPECT_NE(r.err.find("The document has no table SHARE_ (an empty one is written [])"), std::string::npos);
     EXPECT_EQ(r.err.find("json.exception"), std::string::npos);
