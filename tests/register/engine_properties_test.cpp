@@ -500,7 +500,12 @@ TEST_P(EnginePropertiesOnStore, TheStoredRunKeepsEveryInvariantAndTheNextYearReo
         for (const auto& b : run.income_tax.blocks) closing[b.block_id] += b.RndWdv;
         const auto plan = plan_carry_forward(db(), code, in.year + 1);
         if (plan.nothing_because.empty()) {
-            apply_carry_forward(db(), code, in.year + 1, plan, {});
+            // Every carried entry passes the entry gate; its questions are answered Yes, as
+            // --yes answers them, so a refusal here is a carried figure the rules refuse.
+            CarryForwardAnswers yes;
+            yes.rules = answered_beforehand(true, nullptr);
+            const auto carried = apply_carry_forward(db(), code, in.year + 1, plan, yes);
+            if (!carried.refusal.empty()) why += "the carry-forward was refused: " + carried.refusal + "\n";
             const auto next = run_calculation(db(), code, in.year + 1, Mode::DEP_IT, false);
             std::map<std::string, double> opening;
             for (const auto& b : next.income_tax.blocks) opening[b.block_id] += b.opening_wdv;
