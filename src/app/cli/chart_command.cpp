@@ -1,6 +1,7 @@
 // brenlow chart: runs the calculation of a client's year, as the register's calculate
 // button does, and prints the chart as text, as JSON, or into a PDF file.
 
+#include <filesystem>
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <sstream>
@@ -9,10 +10,12 @@
 #include "app/cli/options.h"
 #include "controls/cli_ui.h"
 #include "exchange/report_workbook.h"
+#include "exchange/return_documents.h"
 #include "exchange/spreadsheet_files.h"
 #include "register/calculation.h"
 #include "register/chart_report.h"
 #include "register/hand_edited_chart.h"
+#include "register/itr_schedules.h"
 #include "register/regime_action.h"
 #include "register/tax_audit.h"
 #include "suite/output_file.h"
@@ -147,23 +150,69 @@ bool concessional_regime(Context& ctx, const Options& opt, const reg::Calculatio
     return true;
 }
 
-// brenlow chart --3cd [--csv FILE | --pdf FILE]: the tax-audit listing of the year's
-// additions and deductions by block.
+// brenlow chart --3cd: clause 18 of the tax audit report, block by block. --csv DIR
+// writes the audit utility's two CSVs into an existing folder; --csv FILE (anything but
+// a folder) the one-file listing of additions and deductions; --json FILE the utility's
+// JSON; --pdf FILE the print; without a file the print as text. For a tax year under the
+// Income-tax Act, 2025 the utility's files have no known schema: only the print is made.
 int tax_audit(Context& ctx, const Options& opt) {
-    opt.reject_unknown({"client", "year", "3cd", "csv", "pdf", "yes"});
+    opt.reject_unknown({"client", "year", "3cd", "csv", "json", "pdf", "yes"});
     const std::string code = opt.client();
     const int year = opt.require_int("year", 1990, 2099);
-    if (opt.has("csv") && opt.has("pdf")) throw UsageError("--csv and --pdf do not go together.");
+    if (opt.has("csv") + opt.has("pdf") + opt.has("json") > 1)
+        throw UsageError("choose one of --csv, --json and --pdf.");
+    const auto csv = opt.get("csv");
+    const bool folder = csv && std::filesystem::is_directory(*csv);
+    if ((folder || opt.has("json")) && reg::under_act_2025(year)) {
+        ctx.err << "The audit utility's files for tax year " << reg::year_span(year)
+                << " under the Income-tax Act, 2025 have no published schema yet: nothing was written.\n";
+        return 1;
+    }
     ctx.reads_only();
     select_year(ctx, code, year);
-    const auto lines = reg::tax_audit_lines(ctx.base().dbobj(), code, year);
-    if (const auto csv = opt.get("csv")) {
+    if (csv && !folder) {
+        const auto lines = reg::tax_audit_lines(ctx.base().dbobj(), code, year);
         suite::write_file_whole(*csv, reg::tax_audit_csv(lines), existing_file(opt));
         ctx.out << "Wrote " << *csv << " (" << lines.size() << " lines)\n";
         return 0;
     }
+    reg::CalculationOptions options;
+    options.keep_entries = false;
+    options.sheets = false;
+    const auto run =
+        reg::run_calculation(ctx.base().dbobj(), code, year, reg::Mode::DEP_3CD_IT, false, options);
+    if (run.no_assets) {
+        ctx.err << "No Assets Available !\n";
+        return 1;
+    }
+    const auto blocks = reg::clause18_blocks(ctx.base().dbobj(), run);
+    if (folder || opt.has("json")) {
+        if (const auto refused = exchange::form3cd_refusals(blocks); !refused.empty()) {
+            for (const auto& r : refused) ctx.err << r << "\n";
+            ctx.err << "Nothing was written.\n";
+            return 1;
+        }
+    }
+    if (folder) {
+        const auto dir = std::filesystem::path(*csv);
+        const std::string additions = (dir / "clause18-additions.csv").string();
+        const std::string deductions = (dir / "clause18-deductions.csv").string();
+        // Both files or neither: each is checked before the first is written.
+        suite::check_target(additions, existing_file(opt));
+        suite::check_target(deductions, existing_file(opt));
+        suite::write_file_whole(additions, reg::clause18_additions_csv(blocks), existing_file(opt));
+        suite::write_file_whole(deductions, reg::clause18_deductions_csv(blocks), existing_file(opt));
+        ctx.out << "Wrote " << additions << " and " << deductions << "\n";
+        return 0;
+    }
+    if (const auto json = opt.get("json")) {
+        suite::write_file_whole(*json, exchange::form3cd_depreciation_json(blocks).dump(2) + "\n",
+                                existing_file(opt));
+        ctx.out << "Wrote " << *json << " (" << blocks.size() << " blocks)\n";
+        return 0;
+    }
     const auto client = reg::printed_client(ctx.base().dbobj(), code);
-    const auto doc = reg::tax_audit_report(lines, year, client);
+    const auto doc = reg::clause18_report(blocks, year, client);
     if (const auto pdf = opt.get("pdf")) {
         Ostikreport::write_pdf(doc, *pdf, existing_file(opt));
         ctx.out << "Wrote " << *pdf << "\n";

@@ -65,6 +65,10 @@ constexpr const char* kUsage =
     "                            (brenlow capital --help)\n"
     "  ledger list|add|rename|delete|replace --master capital|trial-balance ...\n"
     "                            the particulars of the capital and trial-balance ledger masters\n"
+    "  itr schedules --client CODE --year YYYY [--form ITR3|ITR5|ITR6] FILE.json [--yes]\n"
+    "                            the return's depreciation schedules (DPM, DOA, DEP, DCG) as JSON\n"
+    "  capital-gains list --client CODE --year YYYY [--json]\n"
+    "                            the capital-gains rows the transfer wrote (short-term u/s 50)\n"
     "  demo [--out DIR]          a demonstration client DEMO01 (F.Y. 2024-25) with both charts\n"
     "                            printed and written as PDF files into DIR\n"
     "\n"
@@ -102,8 +106,11 @@ constexpr const char* kChartHelp =
     "\n"
     "       brenlow [--db URL] chart edit FILE.json --client CODE --year YYYY\n"
     "       brenlow [--db URL] chart edit --clear --client CODE --year YYYY\n"
-    "       brenlow [--db URL] chart --3cd --client CODE --year YYYY [--csv FILE|--pdf FILE]\n"
-    "  --3cd     the tax-audit listing: each addition's details and each deduction, by block\n"
+    "       brenlow [--db URL] chart --3cd --client CODE --year YYYY [--csv FILE|DIR|--json FILE|--pdf FILE]\n"
+    "  --3cd     clause 18 of the tax audit report, block by block: printed (text, or --pdf FILE),\n"
+    "            --json FILE the audit utility's Form3cdDeprAllw, --csv DIR its additions and deductions\n"
+    "            CSVs (clause18-additions.csv, clause18-deductions.csv); --csv FILE (not a folder)\n"
+    "            writes the older one-file listing of additions and deductions\n"
     "  edit      saves the year's income-tax chart edited by hand (rows shaped like the DeprChart of\n"
     "            chart --it --json; TotDep and WdvCl follow each row's amounts); the return forms and\n"
     "            chart --it then show it; --clear goes back to the built chart\n"
@@ -129,6 +136,8 @@ const std::map<std::string, Handler>& commands() {
         {"schedules", schedules_command},
         {"capital", capital_command},
         {"ledger", ledger_command},
+        {"itr", itr_command},
+        {"capital-gains", capital_gains_command},
     };
     return table;
 }
