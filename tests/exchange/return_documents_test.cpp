@@ -312,7 +312,7 @@ TEST_P(ReturnDocuments, ACompanyUnderSection115BAAWithAdditionalDepreciationIsRe
                   "MACHINERY AND PLANT @ 15%: additional depreciation of 1,20,000 (items 12 to 14)."}));
 }
 
-TEST_P(ReturnDocuments, ABlockWithoutALineInTheScheduleIsRefusedByNameAndRate) {
+TEST(ReturnSchedules, RefuseABlockWithoutALineByItsNameAndRate) {
     // A plant block at 100% (older rates) has no line in this year's schedule.
     reg::CalculationResult made;
     made.year = kYear;
@@ -334,7 +334,7 @@ TEST_P(ReturnDocuments, ABlockWithoutALineInTheScheduleIsRefusedByNameAndRate) {
     EXPECT_TRUE(built.schedules.lines.empty());
 }
 
-TEST_P(ReturnDocuments, AFigureThatBreaksTheReturnsArithmeticIsRefusedWithIt) {
+TEST(ReturnSchedules, RefuseAFigureThatBreaksTheReturnsArithmeticNamingIt) {
     reg::CalculationResult made;
     made.year = kYear;
     depreciation::ChartRow row;

@@ -161,6 +161,14 @@ int tax_audit(Context& ctx, const Options& opt) {
     const int year = opt.require_int("year", 1990, 2099);
     if (opt.has("csv") + opt.has("pdf") + opt.has("json") > 1)
         throw UsageError("choose one of --csv, --json and --pdf.");
+    // --json is a flag of the chart command: with --3cd its file is the one word left.
+    std::optional<std::string> json;
+    if (opt.has("json")) {
+        if (opt.positional().size() != 1) throw UsageError("chart --3cd --json takes one file to write.");
+        json = opt.positional()[0];
+    } else if (!opt.positional().empty()) {
+        throw UsageError("chart --3cd takes no file of its own; use --csv, --json or --pdf.");
+    }
     const auto csv = opt.get("csv");
     const bool folder = csv && std::filesystem::is_directory(*csv);
     if ((folder || opt.has("json")) && reg::under_act_2025(year)) {
@@ -205,7 +213,7 @@ int tax_audit(Context& ctx, const Options& opt) {
         ctx.out << "Wrote " << additions << " and " << deductions << "\n";
         return 0;
     }
-    if (const auto json = opt.get("json")) {
+    if (json) {
         suite::write_file_whole(*json, exchange::form3cd_depreciation_json(blocks).dump(2) + "\n",
                                 existing_file(opt));
         ctx.out << "Wrote " << *json << " (" << blocks.size() << " blocks)\n";
