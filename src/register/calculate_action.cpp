@@ -1,4 +1,5 @@
 #include "depreciation/regime_check.h"
+#include "register/capital_gains_list.h"
 #include "register/chart_report.h"
 #include "register/frm_new_fatr.h"
 #include "register/regime_action.h"
@@ -99,7 +100,12 @@ void frmNewFATR::cmdTransToTB_Click() {
 void frmNewFATR::TransferToCapitalGains() {
     frame::guarded(comp_.log, "frmNewFATR", "TransferToCapitalGains", [&] {
         if (Mode_ != EntryMode::None || old_chart_) return;
-        transfer_to_capital_gains(*comp_.base, ui_, code_, year_);
+        if (!transfer_to_capital_gains(*comp_.base, ui_, code_, year_)) return;
+        // What was written, as the capital-gains head will read it.
+        auto& db = comp_.base->dbobj();
+        comp_.report->WriteToReport(
+            capital_gains_report(transferred_capital_gains(db, code_, year_), year_, printed_client(db, code_)));
+        comp_.report->showreport();
     });
 }
 
