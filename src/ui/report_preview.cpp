@@ -9,7 +9,9 @@
 #include <QPointer>
 #include <QPrintPreviewDialog>
 #include <QPrinter>
+#include <QMenu>
 #include <QToolBar>
+#include <QToolButton>
 
 #include "suite/report_pages.h"
 
@@ -56,7 +58,7 @@ int paint_report(const Ostikreport::ReportDocument& doc, QPagedPaintDevice& devi
 }
 
 void show_report_preview(const Ostikreport::ReportDocument& doc, QWidget* parent,
-                         const WorkbookWriter& workbook) {
+                         const WorkbookWriter& workbook, const PreviewExports& exports) {
     QPrinter printer(QPrinter::HighResolution);
     printer.setPageOrientation(doc.landscape ? QPageLayout::Landscape : QPageLayout::Portrait);
     printer.setPageSize(QPageSize(QPageSize::A4));
@@ -89,14 +91,51 @@ void show_report_preview(const Ostikreport::ReportDocument& doc, QWidget* parent
             }
         });
     }
+    const auto entries = exports ? exports(doc) : std::vector<PreviewExport>{};
+    if (auto* tools = dialog.findChild<QToolBar*>(); tools && !entries.empty()) {
+        auto* button = new QToolButton(tools);
+        button->setObjectName("exportMenu");
+        button->setText("Export");
+        button->setPopupMode(QToolButton::InstantPopup);
+        auto* menu = new QMenu(button);
+        for (std::size_t i = 0; i < entries.size(); ++i) {
+            QAction* action = menu->addAction(QString::fromStdString(entries[i].caption));
+            action->setObjectName(QString("export%1").arg(i));
+            QObject::connect(action, &QAction::triggered, &dialog, [&dialog, &entries, i] {
+                const auto& e = entries[i];
+                const QString caption = QString::fromStdString(e.caption);
+                const QString path = e.filter.empty()
+                                         ? QFileDialog::getExistingDirectory(&dialog, caption)
+                                         : QFileDialog::getSaveFileName(&dialog, caption, QString(),
+                                                                        QString::fromStdString(e.filter));
+                if (path.isEmpty()) return;
+                try {
+                    // The return's own checks refuse with each breaking figure.
+                    const std::string refused = e.write(path.toStdString());
+                    QMessageBox::information(&dialog, dialog.windowTitle(),
+                                             refused.empty() ? "Data Successfully Exported to File : " + path
+                                                             : QString::fromStdString(refused));
+                } catch (const suite::TargetRefused& refused) {
+                    QMessageBox::information(&dialog, dialog.windowTitle(), QString::fromStdString(refused.what()));
+                } catch (const std::exception&) {
+                    QMessageBox::information(&dialog, dialog.windowTitle(),
+                                             "Error ! Data Exported to File : " + path);
+                }
+            });
+        }
+        button->setMenu(menu);
+        tools->addSeparator();
+        tools->addWidget(button);
+    }
     dialog.resize(1100, 760);
     dialog.exec();
 }
 
-void preview_reports_on_desktop(Ostikreport::ClsMain& report, QWidget* parent, WorkbookWriter workbook) {
+void preview_reports_on_desktop(Ostikreport::ClsMain& report, QWidget* parent, WorkbookWriter workbook,
+                                PreviewExports exports) {
     QPointer<QWidget> owner(parent);
-    report.set_viewer([owner, workbook](const Ostikreport::ReportDocument& doc) {
-        show_report_preview(doc, owner, workbook);
+    report.set_viewer([owner, workbook, exports](const Ostikreport::ReportDocument& doc) {
+        show_report_preview(doc, owner, workbook, exports);
     });
 }
 

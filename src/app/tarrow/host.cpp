@@ -16,6 +16,7 @@
 #include "exchange/fixed_schedule_import.h"
 #include "exchange/register_workbook.h"
 #include "exchange/report_workbook.h"
+#include "exchange/return_files.h"
 #include "exchange/spreadsheet_files.h"
 #include "register/frm_new_fatr.h"
 #include "store/seed.h"
@@ -142,7 +143,8 @@ bool HostWindow::open_database(const QString& url) {
                 exchange::write_spreadsheet(
                     exchange::report_workbook(doc, doc.titles.empty() ? "Chart" : doc.titles.front()), kind,
                     path, suite::Existing::replace);
-            });
+            },
+            [this](const Ostikreport::ReportDocument& doc) { return return_exports(doc); });
         url_ = url;
         QSettings().setValue("database/url", url);
     } catch (const std::exception& e) {

@@ -12,6 +12,7 @@
 #include "frame/forms.h"
 #include "suite/base_services.h"
 #include "ui/qt_ui.h"
+#include "ui/report_preview.h"
 
 class QLabel;
 class QAction;
@@ -64,6 +65,9 @@ public slots:
     void about();
 
 private:
+    // The Export menu of the income-tax chart's preview: the return's schedules and
+    // clause 18 of the tax audit report of the year open (return_exports.cpp).
+    std::vector<ui::PreviewExport> return_exports(const Ostikreport::ReportDocument& doc);
     void build_menus();
     void refresh();
     bool need_client_year();
