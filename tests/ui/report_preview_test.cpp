@@ -14,6 +14,7 @@
 #include <QPrinter>
 #include <QTemporaryDir>
 #include <QTimer>
+#include <QToolButton>
 
 #include "qt_app.h"
 #include "support/pdf_text.h"
@@ -123,6 +124,53 @@ TEST(ReportPreview, ThePreviewExportsItsReportToExcel) {
     timer.stop();
     EXPECT_EQ(written, path.toStdString() + " FIXED ASSETS");
     EXPECT_EQ(boxes, std::vector<std::string>{"Data Successfully Exported to File : " + path.toStdString()});
+}
+
+// The Export menu writes the further files of a report (the return's documents of the
+// income-tax chart) and says what refused one in the program's own words.
+TEST(ReportPreview, TheExportMenuWritesTheReportsFurtherFilesAndSaysWhatRefusedOne) {
+    test::ensure_qt_app();
+    QTemporaryDir dir;
+    std::vector<std::string> written, boxes;
+    int step = 0, file_ticks = 0;
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, [&] {
+        QWidget* modal = QApplication::activeModalWidget();
+        if (auto* preview = qobject_cast<QPrintPreviewDialog*>(modal)) {
+            if (step == 0) {
+                ASSERT_NE(preview->findChild<QToolButton*>("exportMenu"), nullptr);
+                auto* action = preview->findChild<QAction*>("export0");
+                ASSERT_NE(action, nullptr);
+                EXPECT_EQ(action->text().toStdString(), "ITR Depreciation Schedules (JSON)...");
+                step = 1;
+                QTimer::singleShot(0, action, &QAction::trigger);
+            } else if (step == 2) {
+                preview->reject();
+            }
+        } else if (auto* files = qobject_cast<QFileDialog*>(modal)) {
+            if (++file_ticks < 2) return;
+            files->setDirectory(dir.path());
+            auto* name = files->findChild<QLineEdit*>("fileNameEdit");
+            ASSERT_NE(name, nullptr);
+            name->setText("itr.json");
+            static_cast<QDialog*>(files)->done(QDialog::Accepted);
+        } else if (auto* box = qobject_cast<QMessageBox*>(modal)) {
+            boxes.push_back(box->text().toStdString());
+            box->button(QMessageBox::Ok)->click();
+            step = 2;
+        }
+    });
+    timer.start(50);
+    show_report_preview(rows_report(3), nullptr, {}, [&](const Ostikreport::ReportDocument&) {
+        return std::vector<PreviewExport>{{"ITR Depreciation Schedules (JSON)...", "JSON (*.json)",
+                                           [&](const std::string& file) {
+                                               written.push_back(file);
+                                               return std::string("Nothing was written.");
+                                           }}};
+    });
+    timer.stop();
+    EXPECT_EQ(written, std::vector<std::string>{dir.filePath("itr.json").toStdString()});
+    EXPECT_EQ(boxes, std::vector<std::string>{"Nothing was written."});
 }
 
 }  // namespace
