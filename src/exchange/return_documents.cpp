@@ -77,8 +77,8 @@ Json summary(const Totals& t, const char* plant_key, const char* building_key) {
     out["FurnitureSummary"] = t.of(S::FurnitureRate10);
     out["IntangibleAssetSummary"] = t.of(S::IntangibleRate25);
     out["ShipsSummary"] = t.of(S::ShipsRate20);
-    out["TotalDepreciation"] = plant + building + t.of(S::FurnitureRate10) + t.of(S::IntangibleRate25) +
-                               t.of(S::ShipsRate20);
+    out["TotalDepreciation"] =
+        plant + building + t.of(S::FurnitureRate10) + t.of(S::IntangibleRate25) + t.of(S::ShipsRate20);
     return out;
 }
 
@@ -90,15 +90,16 @@ std::vector<std::string> depreciation_detail_keys(reg::ScheduleSlot slot) {
     std::vector<std::string> keys = {"WDVFirstDay", "AdditionsGrThan180Days", "RealizationTotalPeriod",
                                      "FullRateDeprAmt"};
     if (info.half_rate)
-        keys.insert(keys.end(), {"AdditionsLessThan180Days", "RealizationPeriodDuringYear", "HalfRateDeprAmt"});
+        keys.insert(keys.end(),
+                    {"AdditionsLessThan180Days", "RealizationPeriodDuringYear", "HalfRateDeprAmt"});
     keys.push_back("DepreciationAtFullRate");
     if (info.half_rate) keys.push_back("DepreciationAtHalfRate");
     if (info.additional)
         keys.insert(keys.end(), {"AddlnDeprOnGT180DayAdditions", "AddlnDeprDuringYearAdditions",
                                  "AddlnDeprOnLessThan180DayAdditions"});
-    keys.insert(keys.end(), {"TotalDepreciation", "DepDisAllowUs38_2", "NetAggregateDepreciation",
-                             "ProportionateAggDepreciation", "ExpdrOnTrforSaleAsset", "CapGainUs50",
-                             "WDVLastDay"});
+    keys.insert(keys.end(),
+                {"TotalDepreciation", "DepDisAllowUs38_2", "NetAggregateDepreciation",
+                 "ProportionateAggDepreciation", "ExpdrOnTrforSaleAsset", "CapGainUs50", "WDVLastDay"});
     return keys;
 }
 

@@ -55,7 +55,8 @@ void write_clause18_json_file(TarrowBase::ClsMain& base, const std::string& path
     suite::write_file_whole(path, form3cd_depreciation_json(blocks).dump(2) + "\n", existing);
 }
 
-void write_clause18_csv_files(TarrowBase::ClsMain& base, const std::string& folder, suite::Existing existing) {
+void write_clause18_csv_files(TarrowBase::ClsMain& base, const std::string& folder,
+                              suite::Existing existing) {
     const auto dir = std::filesystem::path(folder);
     const std::string additions = (dir / "clause18-additions.csv").string();
     const std::string deductions = (dir / "clause18-deductions.csv").string();

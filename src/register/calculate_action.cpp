@@ -103,8 +103,8 @@ void frmNewFATR::TransferToCapitalGains() {
         if (!transfer_to_capital_gains(*comp_.base, ui_, code_, year_)) return;
         // What was written, as the capital-gains head will read it.
         auto& db = comp_.base->dbobj();
-        comp_.report->WriteToReport(
-            capital_gains_report(transferred_capital_gains(db, code_, year_), year_, printed_client(db, code_)));
+        comp_.report->WriteToReport(capital_gains_report(transferred_capital_gains(db, code_, year_), year_,
+                                                         printed_client(db, code_)));
         comp_.report->showreport();
     });
 }

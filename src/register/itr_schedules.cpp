@@ -153,8 +153,8 @@ void check_line(const ScheduleLine& line, std::vector<std::string>& refusals) {
     if (line.slot == ScheduleSlot::Land) return;  // only its first and last WDV
     const std::int64_t full_base = d.WDVFirstDay + d.AdditionsGrThan180Days - d.RealizationTotalPeriod;
     expect("FullRateDeprAmt", 6, d.FullRateDeprAmt, std::max<std::int64_t>(0, full_base), "max(0, 3+4-5)");
-    const std::int64_t half_base = d.AdditionsLessThan180Days - d.RealizationPeriodDuringYear +
-                                   std::min<std::int64_t>(0, full_base);
+    const std::int64_t half_base =
+        d.AdditionsLessThan180Days - d.RealizationPeriodDuringYear + std::min<std::int64_t>(0, full_base);
     expect("HalfRateDeprAmt", 9, d.HalfRateDeprAmt, std::max<std::int64_t>(0, half_base),
            "max(0, 7-8+min(0, 3+4-5))");
     expect("DepreciationAtFullRate", 10, d.DepreciationAtFullRate,
@@ -232,8 +232,8 @@ const SlotInfo& slot_info(ScheduleSlot slot) {
 }
 
 std::optional<ScheduleSlot> slot_of(int grp, double rate) {
-    const auto pick = [rate](std::initializer_list<std::pair<double, ScheduleSlot>> slots)
-        -> std::optional<ScheduleSlot> {
+    const auto pick =
+        [rate](std::initializer_list<std::pair<double, ScheduleSlot>> slots) -> std::optional<ScheduleSlot> {
         for (const auto& [r, s] : slots)
             if (same_rate(r, rate)) return s;
         return std::nullopt;

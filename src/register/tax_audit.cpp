@@ -213,9 +213,9 @@ std::string clause18_additions_csv(const std::vector<Clause18Block>& blocks) {
         "Exchange,Subsidy/Grant,Total Value of Purchases\n";
     for (const auto& b : blocks)
         for (const auto& a : b.additions)
-            out += csv_field(b.description) + "," + a.purchased + "," + a.put_to_use + "," + whole_text(a.cost) +
-                   "," + whole_text(a.excise) + "," + whole_text(a.exchange) + "," + whole_text(a.subsidy) + "," +
-                   whole_text(a.total) + "\n";
+            out += csv_field(b.description) + "," + a.purchased + "," + a.put_to_use + "," +
+                   whole_text(a.cost) + "," + whole_text(a.excise) + "," + whole_text(a.exchange) + "," +
+                   whole_text(a.subsidy) + "," + whole_text(a.total) + "\n";
     return out;
 }
 
@@ -231,13 +231,13 @@ Ostikreport::ReportDocument clause18_report(const std::vector<Clause18Block>& bl
                                             const PrintedClient& client) {
     Ostikreport::ReportDocument doc;
     const bool act2025 = under_act_2025(year);
-    doc.titles = {act2025 ? "PARTICULARS OF DEPRECIATION ALLOWABLE UNDER SECTION 33 OF THE INCOME-TAX ACT, 2025"
-                          : "PARTICULARS OF DEPRECIATION ALLOWABLE AS PER THE INCOME-TAX ACT, 1961",
-                  act2025 ? "Tax audit report under section 63: depreciation by block"
-                          : "Form No. 3CD, clause 18",
-                  act2025 ? "Tax Year " + year_span(year)
-                          : "F.Y. " + year_span(year) + "    A.Y. " + year_span(year + 1),
-                  client_line(client)};
+    doc.titles = {
+        act2025 ? "PARTICULARS OF DEPRECIATION ALLOWABLE UNDER SECTION 33 OF THE INCOME-TAX ACT, 2025"
+                : "PARTICULARS OF DEPRECIATION ALLOWABLE AS PER THE INCOME-TAX ACT, 1961",
+        act2025 ? "Tax audit report under section 63: depreciation by block" : "Form No. 3CD, clause 18",
+        act2025 ? "Tax Year " + year_span(year)
+                : "F.Y. " + year_span(year) + "    A.Y. " + year_span(year + 1),
+        client_line(client)};
     doc.columns = {{"", "Item", false, true, 6},
                    {"", "Particulars", false, false, 34},
                    {"", "Date of\nPurchase / Sale", false, false, 12},
@@ -256,7 +256,8 @@ Ostikreport::ReportDocument clause18_report(const std::vector<Clause18Block>& bl
     const std::string wdv_section = act2025 ? " (section 41)" : "";
     for (const auto& b : blocks) {
         row({"(a)", b.description}, true);
-        row({"(b)", "Rate of depreciation", "", "", "", "", "", "", depreciation::rate_trimmed(b.rate) + "%"});
+        row({"(b)", "Rate of depreciation", "", "", "", "", "", "",
+             depreciation::rate_trimmed(b.rate) + "%"});
         row({"(c)", "Opening written down value" + wdv_section, "", "", "", "", "", "", printed(b.opening)});
         if (clause18_has_ca(year))
             row({"(ca)", "Adjustment u/s 115BAC / 115BAD", "", "", "", "", "", "", printed(b.adj_ca)});
@@ -269,10 +270,11 @@ Ostikreport::ReportDocument clause18_report(const std::vector<Clause18Block>& bl
                  printed(a.exchange), printed(a.subsidy), printed(a.total)});
         row({"", "Total additions", "", "", "", "", "", "", printed(b.total_additions)});
         row({"", "Deductions"});
-        for (const auto& d : b.deductions) row({"", d.particulars, d.deducted, "", "", "", "", "", printed(d.deduction)});
+        for (const auto& d : b.deductions)
+            row({"", d.particulars, d.deducted, "", "", "", "", "", printed(d.deduction)});
         row({"", "Total deductions", "", "", "", "", "", "", printed(b.total_deductions)});
-        row({"(e)", act2025 ? "Depreciation allowable u/s 33" : "Depreciation allowable", "", "", "", "", "", "",
-             printed(b.depreciation)});
+        row({"(e)", act2025 ? "Depreciation allowable u/s 33" : "Depreciation allowable", "", "", "", "", "",
+             "", printed(b.depreciation)});
         row({"(f)", "Written down value at the end of the year" + wdv_section, "", "", "", "", "", "",
              printed(b.closing)},
             true);

@@ -3,13 +3,13 @@
 #include <QAction>
 #include <QFileDialog>
 #include <QFontMetricsF>
+#include <QMenu>
 #include <QMessageBox>
 #include <QPainter>
 #include <QPen>
 #include <QPointer>
 #include <QPrintPreviewDialog>
 #include <QPrinter>
-#include <QMenu>
 #include <QToolBar>
 #include <QToolButton>
 
@@ -116,7 +116,8 @@ void show_report_preview(const Ostikreport::ReportDocument& doc, QWidget* parent
                                              refused.empty() ? "Data Successfully Exported to File : " + path
                                                              : QString::fromStdString(refused));
                 } catch (const suite::TargetRefused& refused) {
-                    QMessageBox::information(&dialog, dialog.windowTitle(), QString::fromStdString(refused.what()));
+                    QMessageBox::information(&dialog, dialog.windowTitle(),
+                                             QString::fromStdString(refused.what()));
                 } catch (const std::exception&) {
                     QMessageBox::information(&dialog, dialog.windowTitle(),
                                              "Error ! Data Exported to File : " + path);

@@ -107,13 +107,15 @@ TEST_P(ItrCli, TheReturnsSchedulesOfTheDemoClientReadBackWithEveryKeyOfTheirLine
     // The demo's blocks: plant at 15% and 40%, building, furniture and intangibles; the
     // DEP total is the income-tax chart's depreciation, the DCG total the computers'
     // gain.
-    EXPECT_EQ(read_back(file),
-              "DOA Building Rate10 DOA FurnitureFittings Rate10 DOA IntangibleAssets Rate25 DPM Rate15 DPM Rate40\n"
-              "1098463 33000\n");
+    EXPECT_EQ(
+        read_back(file),
+        "DOA Building Rate10 DOA FurnitureFittings Rate10 DOA IntangibleAssets Rate25 DPM Rate15 DPM Rate40\n"
+        "1098463 33000\n");
     // The form is the one asked for; the figures stay.
     const auto itr5 = out_ / "itr5.json";
     ASSERT_EQ(
-        cli({"itr", "schedules", "--client", "DEMO01", "--year", "2025", "--form", "ITR5", itr5.string()}).code,
+        cli({"itr", "schedules", "--client", "DEMO01", "--year", "2025", "--form", "ITR5", itr5.string()})
+            .code,
         0);
     EXPECT_EQ(nlohmann::json::parse(slurp(itr5))["ITR"]["ITR5"],
               nlohmann::json::parse(slurp(file))["ITR"]["ITR6"]);
@@ -123,11 +125,12 @@ TEST_P(ItrCli, TheReturnsSchedulesOfTheDemoClientReadBackWithEveryKeyOfTheirLine
 
     // A tax year under the new Act: no schema, nothing written.
     fs::remove(file);
-        const auto later = cli({"itr", "schedules", "--client", "DEMO01", "--year", "2027", file.string()});
+    const auto later = cli({"itr", "schedules", "--client", "DEMO01", "--year", "2027", file.string()});
     EXPECT_EQ(later.code, 1);
-    EXPECT_EQ(later.err,
-              "The return forms of tax year 2026-27 under the Income-tax Act, 2025 have no published schema yet: "
-              "nothing was written.\n");
+    EXPECT_EQ(
+        later.err,
+        "The return forms of tax year 2026-27 under the Income-tax Act, 2025 have no published schema yet: "
+        "nothing was written.\n");
     EXPECT_FALSE(fs::exists(file));
     const auto dir = out_ / "3cd";
     fs::create_directories(dir);
@@ -140,9 +143,10 @@ TEST_P(ItrCli, AdditionalDepreciationUnderSection115BAAWritesNothing) {
     const auto file = out_ / "itr.json";
     const auto r = cli({"itr", "schedules", "--client", "DEMO01", "--year", "2025", file.string()});
     EXPECT_EQ(r.code, 1);
-    EXPECT_EQ(r.err,
-              "Additional Depreciation is not allowed, if opted for taxation u/s 115BA/115BAA/115BAB. MACHINERY "
-              "AND PLANT @ 15%: additional depreciation of 3,19,200 (items 12 to 14).\nNothing was written.\n");
+    EXPECT_EQ(
+        r.err,
+        "Additional Depreciation is not allowed, if opted for taxation u/s 115BA/115BAA/115BAB. MACHINERY "
+        "AND PLANT @ 15%: additional depreciation of 3,19,200 (items 12 to 14).\nNothing was written.\n");
     EXPECT_FALSE(fs::exists(file));
 }
 
@@ -164,7 +168,8 @@ TEST_P(ItrCli, ClauseEighteenGoesIntoTheUtilitysFilesAndTheTransferredGainsAreLi
     EXPECT_EQ(slurp(dir / "clause18-deductions.csv"),
               "Description of Block,Date of Sale,Amount\nMACHINERY AND PLANT @ 40%,18/11/2024,95000\n");
     const auto json = out_ / "3cd.json";
-    ASSERT_EQ(cli({"chart", "--3cd", "--client", "DEMO01", "--year", "2025", "--json", json.string()}).code, 0);
+    ASSERT_EQ(cli({"chart", "--3cd", "--client", "DEMO01", "--year", "2025", "--json", json.string()}).code,
+              0);
     const auto doc = nlohmann::json::parse(slurp(json));
     std::vector<std::string> blocks;
     for (const auto& b : doc["Form3cdDeprAllw"]) blocks.push_back(b["DescBlockAssets"].get<std::string>());

@@ -18,10 +18,10 @@
 #include "exchange/return_documents.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <memory>
-#include <unistd.h>
 
 #include "register/calculation.h"
 #include "register/itr_schedules.h"
@@ -47,12 +47,12 @@ protected:
     void SetUp() override {
         BackendTest::SetUp();
         if (IsSkipped()) return;
-        dir_ = std::filesystem::temp_directory_path() /
-               ("brenlow-return-" + std::to_string(::getpid()) + "-" +
-                std::to_string(reinterpret_cast<std::uintptr_t>(this)));
+        dir_ =
+            std::filesystem::temp_directory_path() / ("brenlow-return-" + std::to_string(::getpid()) + "-" +
+                                                      std::to_string(reinterpret_cast<std::uintptr_t>(this)));
         std::filesystem::create_directories(dir_);
-        base_ =
-            std::make_unique<suite::BaseServices>(temp().open_another(), dir_.string(), BRENLOW_TEST_DATA_DIR);
+        base_ = std::make_unique<suite::BaseServices>(temp().open_another(), dir_.string(),
+                                                      BRENLOW_TEST_DATA_DIR);
         base_->create_client_year(kCode, kYear, "ACME ENGINEERING LTD", 3);
         ASSERT_TRUE(base_->select_client_year(kCode, kYear));
         store::RegisterStore(db(), kCode, kYear).ensure_tables();
@@ -88,8 +88,8 @@ protected:
         o.AddlDepRT = addl_rate;
         rs().insert_opening(o);
     }
-    void addition(long grp, const std::string& part, const std::string& acc, const std::string& put, double cost,
-                  double addl = 0, double cenvat = 0, double subsidy = 0) {
+    void addition(long grp, const std::string& part, const std::string& acc, const std::string& put,
+                  double cost, double addl = 0, double cenvat = 0, double subsidy = 0) {
         store::AdditionRow a;
         a.IdFAGM = grp;
         a.Part = part;
@@ -287,19 +287,13 @@ TEST_P(ReturnDocuments, ClauseEighteenListsEachBlockWithItsAdditionsDeductionsAn
             if (row[0].empty() && row[1].empty()) break;
             items.push_back(row[0] + " " + row[1] + " " + row[8]);
         }
-    EXPECT_EQ(items, (std::vector<std::string>{"(a) MACHINERY AND PLANT @ 15% ",
-                                               "(b) Rate of depreciation 15%",
-                                               "(c) Opening written down value 10,00,000",
-                                               "(cb) Goodwill taken out of the block 0",
-                                               "(cc) Adjusted written down value 10,00,000",
-                                               "(d) Additions ",
-                                               " Press 4,00,000",
-                                               " Boiler 2,00,000",
-                                               " Total additions 6,00,000",
-                                               " Deductions ",
-                                               " Total deductions 0",
-                                               "(e) Depreciation allowable 3,45,000",
-                                               "(f) Written down value at the end of the year 12,55,000"}));
+    EXPECT_EQ(items, (std::vector<std::string>{
+                         "(a) MACHINERY AND PLANT @ 15% ", "(b) Rate of depreciation 15%",
+                         "(c) Opening written down value 10,00,000", "(cb) Goodwill taken out of the block 0",
+                         "(cc) Adjusted written down value 10,00,000", "(d) Additions ", " Press 4,00,000",
+                         " Boiler 2,00,000", " Total additions 6,00,000", " Deductions ",
+                         " Total deductions 0", "(e) Depreciation allowable 3,45,000",
+                         "(f) Written down value at the end of the year 12,55,000"}));
 }
 
 TEST_P(ReturnDocuments, ACompanyUnderSection115BAAWithAdditionalDepreciationIsRefused) {
@@ -329,8 +323,9 @@ TEST(ReturnSchedules, RefuseABlockWithoutALineByItsNameAndRate) {
     b.rate = 100;
     made.income_tax.blocks.push_back(b);
     const auto built = reg::itr_schedules(made, reg::ItrForm::ITR6);
-    EXPECT_EQ(built.refusals, (std::vector<std::string>{"The block MACHINERY AND PLANT at 100% has no line in "
-                                                        "the return's schedules of depreciation."}));
+    EXPECT_EQ(built.refusals,
+              (std::vector<std::string>{"The block MACHINERY AND PLANT at 100% has no line in "
+                                        "the return's schedules of depreciation."}));
     EXPECT_TRUE(built.schedules.lines.empty());
 }
 

@@ -40,11 +40,10 @@ TEST_P(CapitalGainsScreen, TheTransferShowsEachRowItWrote) {
     screen->TransferToCapitalGains();
     ASSERT_EQ(shown.size(), 1u);
     EXPECT_EQ(shown[0].titles.front(), "CAPITAL GAINS ON DEPRECIABLE ASSETS");
-    EXPECT_EQ(shown[0].rows,
-              (std::vector<std::vector<std::string>>{
-                  {"1", "MACHINERY AND PLANT @ 15%", "15/11/2015", "1,20,000", "80,000", "0", "5,000", "35,000",
-                   "short-term u/s 50"},
-                  {"", "Net Capital Gain / (Loss)", "", "", "", "", "", "35,000", ""}}));
+    EXPECT_EQ(shown[0].rows, (std::vector<std::vector<std::string>>{
+                                 {"1", "MACHINERY AND PLANT @ 15%", "15/11/2015", "1,20,000", "80,000", "0",
+                                  "5,000", "35,000", "short-term u/s 50"},
+                                 {"", "Net Capital Gain / (Loss)", "", "", "", "", "", "35,000", ""}}));
 
     // Answered No, nothing is written and nothing shown.
     shown.clear();

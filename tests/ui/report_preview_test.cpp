@@ -162,11 +162,11 @@ TEST(ReportPreview, TheExportMenuWritesTheReportsFurtherFilesAndSaysWhatRefusedO
     });
     timer.start(50);
     show_report_preview(rows_report(3), nullptr, {}, [&](const Ostikreport::ReportDocument&) {
-        return std::vector<PreviewExport>{{"ITR Depreciation Schedules (JSON)...", "JSON (*.json)",
-                                           [&](const std::string& file) {
-                                               written.push_back(file);
-                                               return std::string("Nothing was written.");
-                                           }}};
+        return std::vector<PreviewExport>{
+            {"ITR Depreciation Schedules (JSON)...", "JSON (*.json)", [&](const std::string& file) {
+                 written.push_back(file);
+                 return std::string("Nothing was written.");
+             }}};
     });
     timer.stop();
     EXPECT_EQ(written, std::vector<std::string>{dir.filePath("itr.json").toStdString()});

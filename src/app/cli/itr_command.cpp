@@ -13,8 +13,9 @@ namespace brenlow::cli {
 int itr_command(Context& ctx, const std::vector<std::string>& args) {
     const Options opt(args, {"yes"});
     if (opt.positional().empty() || opt.positional()[0] != "schedules")
-        throw UsageError("usage: brenlow itr schedules --client CODE --year YYYY [--form ITR3|ITR5|ITR6] "
-                         "FILE.json [--yes]");
+        throw UsageError(
+            "usage: brenlow itr schedules --client CODE --year YYYY [--form ITR3|ITR5|ITR6] "
+            "FILE.json [--yes]");
     opt.reject_unknown({"client", "year", "form", "yes"});
     if (opt.positional().size() != 2) throw UsageError("itr schedules takes one file to write.");
     const std::string file = opt.positional()[1];
