@@ -101,6 +101,14 @@ const std::vector<Writer>& writers() {
          {"chart", "--3cd", "--client", "DEMO01", "--year", "2025", "--pdf", "FILE"},
          ".pdf",
          "chart"},
+        {"chart --3cd --json",
+         {"chart", "--3cd", "--client", "DEMO01", "--year", "2025", "--json", "FILE"},
+         ".json",
+         "chart"},
+        {"itr schedules",
+         {"itr", "schedules", "--client", "DEMO01", "--year", "2025", "FILE"},
+         ".json",
+         "itr"},
     };
     return all;
 }
