@@ -31,11 +31,12 @@ int itr_command(Context& ctx, const std::vector<std::string>& args) {
         ctx.err << unknown << "\n";
         return 1;
     }
-    suite::check_target(file, existing_file(opt));
     ctx.reads_only();
     if (!ctx.base().select_client_year(code, year))
         throw UsageError("client " + code + " has no financial year " + fy_text(year) +
                          " (create it with brenlow init).");
+    // Checked once the database is open: never over it, its journal, or a file unasked.
+    suite::check_target(file, existing_file(opt));
     const auto built = reg::return_schedules(ctx.base(), code, year, form);
     if (!built.refusals.empty()) {
         for (const auto& r : built.refusals) ctx.err << r << "\n";
