@@ -284,7 +284,10 @@ int fixed_schedule_command(Context& ctx, const std::string& sub, const std::vect
         screen.side = opt.has("additions") ? exchange::MergeSide::Addition : exchange::MergeSide::Opening;
         screen.chosen = serials;
         const bool merged = screen.cmdMerge_Click();
-        ui.stop_if_unanswered();
+        if (ui.unanswered()) {
+            ctx.err << "brenlow: stopped at the question: " << *ui.unanswered() << " (--yes answers Yes)\n";
+            return 2;
+        }
         if (!merged) return 1;
         ctx.out << "Merged into entry " << serials.front() << ".\n";
         return 0;
