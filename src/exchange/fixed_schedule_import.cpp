@@ -171,7 +171,8 @@ bool frmImport::cmdImport_Click() {
     bool done = false;
     frame::stopped_whole(
         comp_.log, ui_, "frmImport", "cmdImport_Click", "The schedule could not be imported.", [&] {
-            const auto r = import_schedule(base.dbobj(), comp_.log, base.Temp_Code(), year, reg::answers_of(ui_));
+            const auto r =
+                import_schedule(base.dbobj(), comp_.log, base.Temp_Code(), year, reg::answers_of(ui_));
             if (r.answered_no) return;
             if (!r.errors.empty()) {
                 std::string text;

@@ -154,8 +154,12 @@ protected:
         o.PutDate = put;
         return o;
     }
-    long insert(const store::OpeningRow& o) { return store::RegisterStore(db(), "C001", kYear).insert_opening(o); }
-    std::vector<store::OpeningRow> rows() { return store::RegisterStore(db(), "C001", kYear).opening_entries(); }
+    long insert(const store::OpeningRow& o) {
+        return store::RegisterStore(db(), "C001", kYear).insert_opening(o);
+    }
+    std::vector<store::OpeningRow> rows() {
+        return store::RegisterStore(db(), "C001", kYear).opening_entries();
+    }
     // The packed adjustment rows of an entry, as the entry frame stores them.
     static std::string esa(const std::vector<std::vector<std::string>>& rows) {
         return store::pack_rows(rows, reg::kESASep);

@@ -293,8 +293,9 @@ TEST_P(ChartEdges, TheYear2018PrintsPlantFromTwoHigherRatesAndThe40PercentBlockA
     const auto& s = r.block_summary;
     std::vector<std::vector<std::string>> rows;
     for (const auto& row : s.rows) rows.push_back({row.block, row.rate, row.status, row.gain_text});
-    EXPECT_EQ(rows, (std::vector<std::vector<std::string>>{{"FURNITURE AND FITTINGS", "10", "", "0"},
-                                                           {"MACHINERY AND PLANT", "40", "Block Nil", "30,000"}}));
+    EXPECT_EQ(rows,
+              (std::vector<std::vector<std::string>>{{"FURNITURE AND FITTINGS", "10", "", "0"},
+                                                     {"MACHINERY AND PLANT", "40", "Block Nil", "30,000"}}));
     EXPECT_EQ(s.total_text, "30,000");
 }
 
