@@ -5,7 +5,9 @@
 
 #include "depreciation/half_rate_line.h"
 #include "frame/stopped_whole.h"
+#include "register/entry_rules.h"
 #include "register/register_options.h"
+#include "register/register_text.h"
 #include "store/fixed_schedule_store.h"
 #include "store/register_store.h"
 
@@ -40,8 +42,34 @@ std::string common_refusal(const std::vector<Row>& rows, std::size_t wanted) {
             return "Entries with different Income-tax or Additional Depreciation rates can not be merged.";
         if (r.SaleDate.empty() != rows.front().SaleDate.empty())
             return "Sold and unsold entries can not be merged.";
+        // Extra shifts are worked per asset by the days of each shift row: one merged
+        // entry cannot hold two different sets of rows.
+        if (store::unpack_rows(r.ShiftDet, ",") != store::unpack_rows(rows.front().ShiftDet, ","))
+            return "Entries with different extra-shift details can not be merged.";
     }
     return {};
+}
+
+// The adjustment rows of every entry merged, in the order the entries were chosen. When
+// each entry gives one gross amount, the merged entry gives their sum as one gross
+// amount; otherwise the rows (a gross row among them) are kept as rows.
+std::string merged_det_esa(const std::vector<store::OpeningRow>& rows, bool& gross) {
+    gross = true;
+    double total = 0;
+    std::vector<std::vector<std::string>> kept;
+    for (const auto& o : rows) {
+        const auto own = store::unpack_rows(o.DetESA, reg::kESASep);
+        if (own.empty()) continue;
+        if (!reg::OpeningOpts::parse(o.OthOpts).TotESA) gross = false;
+        total += reg::det_esa_adjustment(o.DetESA);
+        kept.insert(kept.end(), own.begin(), own.end());
+    }
+    if (kept.empty()) {
+        gross = reg::OpeningOpts::parse(rows.front().OthOpts).TotESA;
+        return {};
+    }
+    if (gross) kept = {{"(Gross)", "", "", "", "", plain_number(total)}};
+    return store::pack_rows(kept, reg::kESASep);
 }
 
 }  // namespace
@@ -71,12 +99,20 @@ MergeResult merge_entries(store::Database& db, const std::string& code, int year
                 if (o.SrNoFATR == s) rows.push_back(o);
         out.refusal = common_refusal(rows, serials.size());
         if (!out.refusal.empty()) return out;
-        for (const auto& o : rows)
+        for (const auto& o : rows) {
             if (reg::OpeningOpts::wdv_it(o.OthOpts) != reg::OpeningOpts::wdv_it(rows.front().OthOpts)) {
                 out.refusal = "Entries with different Income-tax treatment can not be merged.";
                 return out;
             }
+            // The depreciation to date of the carrying amount is added up only when it is
+            // taken to the same year for every entry.
+            if (o.YrCalcCA != rows.front().YrCalcCA) {
+                out.refusal = "Entries with different years for the carrying amount can not be merged.";
+                return out;
+            }
+        }
         store::OpeningRow m = rows.front();
+        auto opts = reg::OpeningOpts::parse(m.OthOpts);
         for (std::size_t i = 1; i < rows.size(); ++i) {
             const auto& o = rows[i];
             m.CostWdv += o.CostWdv;
@@ -90,7 +126,13 @@ MergeResult merge_entries(store::Database& db, const std::string& code, int year
             m.AddlDepOn += o.AddlDepOn;
             m.PutDate = earlier(m.PutDate, o.PutDate);
             m.SaleDate = later(m.SaleDate, o.SaleDate);
+            // A residual value typed for any of them is the merged entry's typed value.
+            const auto own = reg::OpeningOpts::parse(o.OthOpts);
+            if (!own.ResDefault) opts.ResDefault = false;
+            if (own.AddlDepOn) opts.AddlDepOn = true;
         }
+        m.DetESA = merged_det_esa(rows, opts.TotESA);
+        m.OthOpts = opts.compose();
         if (refused(m)) return out;
         store::merge_opening_entries(db, code, year, serials, m);
     } else {
@@ -111,6 +153,7 @@ MergeResult merge_entries(store::Database& db, const std::string& code, int year
                 return out;
             }
         store::AdditionRow m = rows.front();
+        auto opts = reg::AdditionOpts::parse(m.OthOpts);
         for (std::size_t i = 1; i < rows.size(); ++i) {
             const auto& a = rows[i];
             m.PurAmt += a.PurAmt;
@@ -124,7 +167,9 @@ MergeResult merge_entries(store::Database& db, const std::string& code, int year
             m.PutDate = earlier(m.PutDate, a.PutDate);
             m.AccDate = earlier(m.AccDate, a.AccDate);
             m.SaleDate = later(m.SaleDate, a.SaleDate);
+            if (!reg::AdditionOpts::parse(a.OthOpts).ResDefault) opts.ResDefault = false;
         }
+        m.OthOpts = opts.compose();
         if (refused(m)) return out;
         store::merge_addition_entries(db, code, year, serials, m);
     }

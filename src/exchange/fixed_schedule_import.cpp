@@ -5,7 +5,7 @@
 
 #include "controls/number_format.h"
 #include "depreciation/half_rate_line.h"
-#include "depreciation/remaining_life.h"
+#include "frame/remaining_life.h"
 #include "frame/stopped_whole.h"
 #include "register/entry_rules.h"
 #include "register/register_options.h"
@@ -21,12 +21,13 @@ constexpr int kBaseYear = 2014;  // remaining life on 1 April 2014
 
 }  // namespace
 
-ScheduleImportResult import_schedule(store::Database& db, const std::string& code, int year, bool yes) {
-    return import_schedule(db, code, year, reg::answered_beforehand(yes, nullptr));
+ScheduleImportResult import_schedule(store::Database& db, frame::ErrorLog& log, const std::string& code,
+                                     int year, bool yes) {
+    return import_schedule(db, log, code, year, reg::answered_beforehand(yes, nullptr));
 }
 
-ScheduleImportResult import_schedule(store::Database& db, const std::string& code, int year,
-                                     const reg::RuleAnswers& answers) {
+ScheduleImportResult import_schedule(store::Database& db, frame::ErrorLog& log, const std::string& code,
+                                     int year, const reg::RuleAnswers& answers) {
     ScheduleImportResult result;
     store::RegisterStore reg(db, code, year);
     reg::EntryGate gate(reg);
@@ -88,7 +89,7 @@ ScheduleImportResult import_schedule(store::Database& db, const std::string& cod
         const bool slm = f.method_id == 2;
         if (slm && f.RATE_DEP > 0) {
             const double life = 100 / f.RATE_DEP;
-            const double rem = depreciation::GETREMLIFEYRS(start.format("ddmmyyyy"), kBaseYear, 2, 0, life);
+            const double rem = frame::GETREMLIFEYRS(log, start.format("ddmmyyyy"), kBaseYear, 2, 0, life);
             g.LifeYrs = rem > 0 ? rem : life;
             g.RateSLM = f.RATE_DEP;
         } else {
@@ -170,7 +171,8 @@ bool frmImport::cmdImport_Click() {
     bool done = false;
     frame::stopped_whole(
         comp_.log, ui_, "frmImport", "cmdImport_Click", "The schedule could not be imported.", [&] {
-            const auto r = import_schedule(base.dbobj(), base.Temp_Code(), year, reg::answers_of(ui_));
+            const auto r =
+                import_schedule(base.dbobj(), comp_.log, base.Temp_Code(), year, reg::answers_of(ui_));
             if (r.answered_no) return;
             if (!r.errors.empty()) {
                 std::string text;

@@ -8,8 +8,9 @@
 // - books: its closing gross block as cost, its closing depreciation to date as the
 //   depreciation to the start of the year, its rate and method, no residual value;
 //   the useful life of a straight-line particular is 100 / rate, taken as the remaining
-//   life on 1 April 2014 (GETREMLIFEYRS, base year 2014) from the first day of the
-//   schedule's year, or whole when that day is later;
+//   life on 1 April 2014 (GETREMLIFEYRS, base year 2014, through the component's own
+//   function, which logs a failure once) from the first day of the schedule's year, or
+//   whole when that day is later;
 // - income tax: its closing written down value, its rate under the block of the same
 //   nature and rate (NewITBM "nature-rate"), additional depreciation rate, and the
 //   remaining half carried on additions of last year put to use for less than 180 days.
@@ -26,6 +27,7 @@
 
 #include "controls/ui_port.h"
 #include "frame/component.h"
+#include "frame/error_log.h"
 #include "register/entry_gate.h"
 #include "store/database.h"
 
@@ -39,11 +41,13 @@ struct ScheduleImportResult {
 };
 
 // Imports into the register of `year` (closing calendar year) from the schedule of the
-// year before. The entry rules' questions go to `answers`.
-ScheduleImportResult import_schedule(store::Database& db, const std::string& code, int year,
-                                     const reg::RuleAnswers& answers);
+// year before. The entry rules' questions go to `answers`; a failure of the remaining-life
+// function is written to `log`.
+ScheduleImportResult import_schedule(store::Database& db, frame::ErrorLog& log, const std::string& code,
+                                     int year, const reg::RuleAnswers& answers);
 // The same with the questions answered beforehand: Yes with `yes`, else No.
-ScheduleImportResult import_schedule(store::Database& db, const std::string& code, int year, bool yes);
+ScheduleImportResult import_schedule(store::Database& db, frame::ErrorLog& log, const std::string& code,
+                                     int year, bool yes);
 
 // The screen: the client-year the base services have open.
 class frmImport {

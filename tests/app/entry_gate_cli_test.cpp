@@ -126,10 +126,21 @@ TEST_P(EntryGateCli, TheSameRefusedRowGivesTheSameMessageThroughEveryWayIn) {
     db().execute("delete from NewFATRo2025 where Code_No='C002'");
     ASSERT_EQ(add_opening("C002", 2025, "50000", "2000", false).code, 0);
     ASSERT_EQ(add_opening("C002", 2025, "50000", "4000", true).code, 0);
+    // Without --yes the merge stops at its first question and merges nothing.
+    r = cli({"register", "merge", "--client", "C002", "--year", "2025", "1", "2"});
+    EXPECT_EQ(r.code, 2) << r.err;
+    EXPECT_NE(r.err.find("stopped at the question: Do you want to Merge Selected Assets?"), std::string::npos)
+        << r.err;
+    EXPECT_EQ(openings("C002"), 2);
     r = cli({"register", "merge", "--client", "C002", "--year", "2025", "1", "2", "--yes"});
     ASSERT_EQ(r.code, 0) << r.err;
-    // The command names the question its --yes answered.
-    EXPECT_NE(r.err.find(asked + " Yes"), std::string::npos) << r.err;
+    // The command names each question its --yes answered, in the screen's order.
+    const auto merge_asked = r.err.find("Do you want to Merge Selected Assets? Yes\n");
+    const auto residual_asked = r.err.find(std::string(kResidual) + "\n\nContinue ? Yes\n");
+    EXPECT_NE(merge_asked, std::string::npos) << r.err;
+    EXPECT_NE(residual_asked, std::string::npos) << r.err;
+    EXPECT_LT(merge_asked, residual_asked) << r.err;
+    EXPECT_EQ(openings("C002"), 1);
 
     // The carry-forward of last year's entry.
     ASSERT_EQ(add_opening("C001", 2024, "100000", "20000", true).code, 0);

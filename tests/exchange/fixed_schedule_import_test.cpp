@@ -2,9 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include "controls/number_format.h"
 #include "exchange/asset_merge.h"
 #include "register/calculation.h"
+#include "register/register_options.h"
+#include "register/register_text.h"
 #include "schedules/fixed_schedule_fixture.h"
 #include "store/register_store.h"
 
@@ -45,7 +49,7 @@ TEST_P(ScheduleImportTest, TheRegisterContinuesTheScheduleOfLastYear) {
     const auto figs = s.figures();
     ASSERT_EQ(figs.size(), 2u);
 
-    const auto r = exchange::import_schedule(db(), "C001", kNext, false);
+    const auto r = exchange::import_schedule(db(), comp_.log, "C001", kNext, false);
     ASSERT_TRUE(r.errors.empty()) << r.errors.front() << (r.errors.size() > 1 ? r.errors[1] : "");
     EXPECT_EQ(r.entries, 2);
     EXPECT_EQ(r.groups, 2);
@@ -76,8 +80,8 @@ TEST_P(ScheduleImportTest, TheRegisterContinuesTheScheduleOfLastYear) {
 TEST_P(ScheduleImportTest, ImportTakesEveryTargetInOneLockAndMatchesGroups) {
     base_->create_client_year("C001", kNext, "ACME TRADERS", 2);
     save_year(kYear, last_year());
-    ASSERT_TRUE(exchange::import_schedule(db(), "C001", kNext, false).errors.empty());
-    ASSERT_TRUE(exchange::import_schedule(db(), "C001", kNext, false).errors.empty());
+    ASSERT_TRUE(exchange::import_schedule(db(), comp_.log, "C001", kNext, false).errors.empty());
+    ASSERT_TRUE(exchange::import_schedule(db(), comp_.log, "C001", kNext, false).errors.empty());
     // The second import finds the groups it made; the entries are numbered on.
     EXPECT_EQ(count("NewFAGM where Yr=" + std::to_string(kNext)), 2);
     EXPECT_EQ(count("NewFATRo" + std::to_string(kNext) + " where Code_No='C001'"), 4);
@@ -91,7 +95,7 @@ TEST_P(ScheduleImportTest, ABlockTheYearDoesNotHaveRefusesTheWholeImport) {
     rows[1].row.compit_rate = 12;  // no furniture block at 12%
     ui_.answer_yes();              // the e-filing list
     save_year(kYear, rows);
-    const auto r = exchange::import_schedule(db(), "C001", kNext, false);
+    const auto r = exchange::import_schedule(db(), comp_.log, "C001", kNext, false);
     ASSERT_EQ(r.errors.size(), 1u);
     EXPECT_EQ(r.errors[0].rfind("Particular 2 (FURNITURE), field IGrpId:", 0), 0u) << r.errors[0];
     EXPECT_EQ(count("NewFATRo" + std::to_string(kNext)), 0);
@@ -120,7 +124,7 @@ TEST_P(ScheduleImportTest, TheScreensAskFirstAndSayWhatWasDone) {
 }
 
 TEST_P(ScheduleImportTest, NoPreviousYearIsSaid) {
-    const auto r = exchange::import_schedule(db(), "C001", kYear - 1, false);
+    const auto r = exchange::import_schedule(db(), comp_.log, "C001", kYear - 1, false);
     ASSERT_EQ(r.errors.size(), 1u);
     EXPECT_NE(r.errors[0].find("no previous year"), std::string::npos);
 }
@@ -136,6 +140,9 @@ protected:
                      ",'LATHES','3-15',15,20,0,15,'-1',0,0,15)");
     }
     long opening(double wdv, const std::string& put, double rate_it = 15) {
+        return insert(row(wdv, put, rate_it));
+    }
+    static store::OpeningRow row(double wdv, const std::string& put, double rate_it = 15) {
         store::OpeningRow o;
         o.IdFAGM = 7;
         o.Part = "LATHE";
@@ -145,7 +152,22 @@ protected:
         o.WdvIT = wdv;
         o.RateIT = rate_it;
         o.PutDate = put;
+        return o;
+    }
+    long insert(const store::OpeningRow& o) {
         return store::RegisterStore(db(), "C001", kYear).insert_opening(o);
+    }
+    std::vector<store::OpeningRow> rows() {
+        return store::RegisterStore(db(), "C001", kYear).opening_entries();
+    }
+    // The packed adjustment rows of an entry, as the entry frame stores them.
+    static std::string esa(const std::vector<std::vector<std::string>>& rows) {
+        return store::pack_rows(rows, reg::kESASep);
+    }
+    static std::string opts(bool gross) {
+        reg::OpeningOpts o;
+        o.TotESA = gross;
+        return o.compose();
     }
 };
 
@@ -194,6 +216,119 @@ TEST_P(MergeTest, EntriesTheBlockCouldTellApartAreNotMerged) {
     r = exchange::merge_entries(db(), "C001", kYear, exchange::MergeSide::Opening, {a}, kYes);
     EXPECT_EQ(r.refusal, "Select at least two entries to merge.");
     EXPECT_EQ(count("NewFATRo" + std::to_string(kYear)), 2);
+}
+
+TEST_P(MergeTest, EveryEntrysAdjustmentRowsAreKept) {
+    // Detailed rows: each entry's rows, in the order the entries were chosen.
+    const std::vector<std::string> first = {"SCOOTER", "5000", "01/06/2012", "9000", "4000", "1500"};
+    const std::vector<std::string> second = {"DRILL", "2000", "01/07/2013", "3000", "1000", "700"};
+    const std::vector<std::string> third = {"PUMP", "1000", "01/08/2013", "1800", "800", "300"};
+    auto a = row(100000, "01/04/2015"), b = row(50000, "01/04/2015");
+    a.DetESA = esa({first});
+    b.DetESA = esa({second, third});
+    const long sa = insert(a), sb = insert(b);
+    auto r = exchange::merge_entries(db(), "C001", kYear, exchange::MergeSide::Opening, {sa, sb}, kYes);
+    ASSERT_TRUE(r.refusal.empty()) << r.refusal;
+    auto kept = rows();
+    ASSERT_EQ(kept.size(), 1u);
+    EXPECT_EQ(store::unpack_rows(kept[0].DetESA, reg::kESASep),
+              (std::vector<std::vector<std::string>>{first, second, third}));
+    EXPECT_FALSE(reg::OpeningOpts::parse(kept[0].OthOpts).TotESA);
+    EXPECT_DOUBLE_EQ(reg::det_esa_adjustment(kept[0].DetESA), 2500);
+
+    // Gross amounts only: their sum, as one gross amount.
+    db().execute("DELETE FROM NewFATRo" + std::to_string(kYear));
+    a.DetESA = esa({{"(Gross)", "", "", "", "", "1200"}});
+    a.OthOpts = opts(true);
+    b.DetESA = esa({{"(Gross)", "", "", "", "", "800.5"}});
+    b.OthOpts = opts(true);
+    const long ga = insert(a), gb = insert(b);
+    r = exchange::merge_entries(db(), "C001", kYear, exchange::MergeSide::Opening, {ga, gb}, kYes);
+    ASSERT_TRUE(r.refusal.empty()) << r.refusal;
+    kept = rows();
+    ASSERT_EQ(kept.size(), 1u);
+    EXPECT_EQ(store::unpack_rows(kept[0].DetESA, reg::kESASep),
+              (std::vector<std::vector<std::string>>{{"(Gross)", "", "", "", "", "2000.5"}}));
+    EXPECT_TRUE(reg::OpeningOpts::parse(kept[0].OthOpts).TotESA);
+}
+
+TEST_P(MergeTest, EntriesWithOtherShiftsOrAnotherCarryingYearAreNotMerged) {
+    struct Case {
+        const char* what;
+        std::function<void(store::OpeningRow&)> change;
+        std::string refusal;
+    };
+    const std::vector<Case> cases = {
+        {"shift rows", [](store::OpeningRow& o) { o.ShiftDet = "01/05/2015,30/06/2015,2"; },
+         "Entries with different extra-shift details can not be merged."},
+        {"carrying year",
+         [](store::OpeningRow& o) {
+             o.YrCalcCA = 2015;
+             o.DepCalcCA = 1000;
+         },
+         "Entries with different years for the carrying amount can not be merged."},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        db().execute("DELETE FROM NewFATRo" + std::to_string(kYear));
+        auto b = row(50000, "01/04/2015");
+        c.change(b);
+        const long sa = opening(100000, "01/04/2015"), sb = insert(b);
+        const auto r =
+            exchange::merge_entries(db(), "C001", kYear, exchange::MergeSide::Opening, {sa, sb}, kYes);
+        EXPECT_EQ(r.refusal, c.refusal);
+        EXPECT_EQ(rows().size(), 2u);
+    }
+    // The same shift rows on both: merged, the rows kept once.
+    db().execute("DELETE FROM NewFATRo" + std::to_string(kYear));
+    auto a = row(100000, "01/04/2015"), b = row(50000, "01/04/2015");
+    a.ShiftDet = b.ShiftDet = "01/05/2015,30/06/2015,2";
+    const long sa = insert(a), sb = insert(b);
+    const auto r = exchange::merge_entries(db(), "C001", kYear, exchange::MergeSide::Opening, {sa, sb}, kYes);
+    ASSERT_TRUE(r.refusal.empty()) << r.refusal;
+    ASSERT_EQ(rows().size(), 1u);
+    EXPECT_EQ(rows()[0].ShiftDet, "01/05/2015,30/06/2015,2");
+}
+
+TEST_P(MergeTest, TheScreenAsksAboutAMergedResidualValueAndWritesOnlyOnYes) {
+    // 10,000 on a cost of 2,00,000 and 7,000 on 1,00,000 (asked about when it was
+    // entered): together 17,000 on 3,00,000, above 5% (15,000).
+    auto a = row(100000, "01/04/2015"), b = row(50000, "01/04/2015");
+    a.ResValue = 10000;
+    b.ResValue = 7000;
+    const long sa = insert(a), sb = insert(b);
+    const auto before = rows();
+    base_->select_client_year("C001", kYear);
+    exchange::frmmerge merge(comp_, ui_);
+    merge.chosen = {sa, sb};
+    const std::vector<std::string> asked = {
+        "Do you want to Merge Selected Assets?",
+        "Residual Value is more than 5% of Cost i.e. Rs. 15000 !\n\nContinue ?"};
+
+    ui_.answer_yes().answer_no();
+    EXPECT_FALSE(merge.cmdMerge_Click());
+    EXPECT_EQ(ui_.questions(), asked);
+    EXPECT_TRUE(ui_.messages().empty());  // the No was the person's own answer
+    const auto after_no = rows();
+    ASSERT_EQ(after_no.size(), 2u);
+    for (std::size_t i = 0; i < 2; ++i) {
+        EXPECT_EQ(after_no[i].SrNoFATR, before[i].SrNoFATR);
+        EXPECT_DOUBLE_EQ(after_no[i].CostWdv, before[i].CostWdv);
+        EXPECT_DOUBLE_EQ(after_no[i].ResValue, before[i].ResValue);
+    }
+
+    ui_.forget();
+    ui_.answer_yes().answer_yes();
+    EXPECT_TRUE(merge.cmdMerge_Click());
+    EXPECT_EQ(ui_.questions(), asked);
+    EXPECT_EQ(ui_.messages(), std::vector<std::string>{"Merged!!"});
+    const auto merged = rows();
+    ASSERT_EQ(merged.size(), 1u);
+    EXPECT_EQ(merged[0].SrNoFATR, sa);
+    EXPECT_DOUBLE_EQ(merged[0].CostWdv, 300000);
+    EXPECT_DOUBLE_EQ(merged[0].ResValue, 17000);
+    EXPECT_DOUBLE_EQ(merged[0].WdvIT, 150000);
+    EXPECT_EQ(comp_.log.logged(), 0);
 }
 
 BRENLOW_INSTANTIATE_BACKENDS(ScheduleImportTest);

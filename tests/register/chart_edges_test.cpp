@@ -261,6 +261,44 @@ TEST_P(ChartEdges, TheYear2018PutsPlantAbove40PercentIntoThe40PercentBlockAndKee
     EXPECT_EQ(r.chart[0].WdvCl, 60000);
 }
 
+TEST_P(ChartEdges, TheYear2018PrintsPlantFromTwoHigherRatesAndThe40PercentBlockAsOneSummaryRow) {
+    // F.Y. 2017-18: computers of last year's 60% block (50,000, sold for 1,30,000) and a
+    // machine of the 80% block (20,000) join the 40% block of a vehicle (30,000); furniture
+    // stays at 10%. The chart and the block-wise summary have one line per block: the 40%
+    // block ends nil with a gain of 1,30,000 - 1,00,000 = 30,000.
+    open_year(2018);
+    const long computers = group("COMPUTERS", "3-60", 60);
+    const long machines = group("PRESSES", "3-80", 80);
+    const long vehicles = group("VEHICLES", "3-40", 40);
+    const long furniture = group("FURNITURE", "2-10", 10);
+    auto c = opening_row(computers, 50000);
+    c.RateIT = 60;
+    c.SaleDate = "01/12/2017";
+    c.SaleAmt = 130000;
+    rs().insert_opening(c);
+    auto m = opening_row(machines, 20000);
+    m.RateIT = 80;
+    rs().insert_opening(m);
+    auto v = opening_row(vehicles, 30000);
+    v.RateIT = 40;
+    rs().insert_opening(v);
+    opening(furniture, 10000);
+
+    const auto r = run();
+    ASSERT_EQ(r.income_tax.blocks.size(), 2u);
+    ASSERT_EQ(r.chart.size(), 2u);
+    EXPECT_EQ(r.chart[1].Grp, 3);
+    EXPECT_EQ(r.chart[1].Rate, 40);
+    EXPECT_EQ(r.chart[1].WdvOpHR, 70000);
+    const auto& s = r.block_summary;
+    std::vector<std::vector<std::string>> rows;
+    for (const auto& row : s.rows) rows.push_back({row.block, row.rate, row.status, row.gain_text});
+    EXPECT_EQ(rows,
+              (std::vector<std::vector<std::string>>{{"FURNITURE AND FITTINGS", "10", "", "0"},
+                                                     {"MACHINERY AND PLANT", "40", "Block Nil", "30,000"}}));
+    EXPECT_EQ(s.total_text, "30,000");
+}
+
 TEST_P(ChartEdges, SwitchingTheResidualBasisWorksRateAndResidualOnTheNewBasis) {
     // SLM, cost 1,00,000, 40,000 written off to 31/03/2024, 6 of 10 years left. On cost:
     // residual 5,000, rate (95,000 / 1,00,000) x 100 / 6 = 15.83%, 15,830 for the year.

@@ -251,7 +251,8 @@ int fixed_schedule_command(Context& ctx, const std::string& sub, const std::vect
             opt.reject_unknown({"client", "year", "yes"});
             const std::string code = code_and_year(ctx, opt, year);
             std::vector<std::string> heard;
-            const auto r = exchange::import_schedule(ctx.base().dbobj(), code, year,
+            frame::ErrorLog log(Context::exe_dir());
+            const auto r = exchange::import_schedule(ctx.base().dbobj(), log, code, year,
                                                      reg::answered_beforehand(opt.has("yes"), &heard));
             if (!r.errors.empty()) {
                 for (const auto& e : r.errors) ctx.err << e << "\n";
@@ -259,6 +260,7 @@ int fixed_schedule_command(Context& ctx, const std::string& sub, const std::vect
                 return 1;
             }
             for (const auto& h : heard) ctx.err << h << "\n";
+            if (log.logged() > 0) ctx.err << "brenlow: a failure was written in " << log.path() << ".\n";
             ctx.out << "Imported " << r.entries << " particulars into " << r.groups
                     << " asset groups of F.Y. " << fy_text(year) << ".\n";
             return 0;
@@ -273,19 +275,21 @@ int fixed_schedule_command(Context& ctx, const std::string& sub, const std::vect
                 throw UsageError("SERIAL \"" + p + "\" is not a serial number.");
             serials.push_back(v);
         }
-        if (!opt.has("yes")) throw QuestionUnanswered("Do you want to Merge Selected Assets?");
-        ctx.err << "Do you want to Merge Selected Assets? Yes\n";
-        std::vector<std::string> heard;
-        const auto r = exchange::merge_entries(
-            ctx.base().dbobj(), code, year,
-            opt.has("additions") ? exchange::MergeSide::Addition : exchange::MergeSide::Opening, serials,
-            reg::answered_beforehand(true, &heard));
-        for (const auto& h : heard) ctx.err << h << "\n";
-        if (!r.refusal.empty()) {
-            ctx.err << reg::one_line(r.refusal) << "\n";
-            return 1;
+        // The screen's own questions, in its order: the merge, then the entry rules'.
+        frame::Component component;
+        component.base = std::shared_ptr<TarrowBase::ClsMain>(&ctx.base(), [](TarrowBase::ClsMain*) {});
+        component.log.set_exe_path(Context::exe_dir());
+        CliUi ui(ctx.err, opt.has("yes"), CliUi::Unanswered::answer_no);
+        exchange::frmmerge screen(component, ui);
+        screen.side = opt.has("additions") ? exchange::MergeSide::Addition : exchange::MergeSide::Opening;
+        screen.chosen = serials;
+        const bool merged = screen.cmdMerge_Click();
+        if (ui.unanswered()) {
+            ctx.err << "brenlow: stopped at the question: " << *ui.unanswered() << " (--yes answers Yes)\n";
+            return 2;
         }
-        ctx.out << "Merged into entry " << r.serial << ".\n";
+        if (!merged) return 1;
+        ctx.out << "Merged into entry " << serials.front() << ".\n";
         return 0;
     }
     if (help || (sub != "fixed" && sub != "transfer")) {
