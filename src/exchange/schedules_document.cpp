@@ -188,8 +188,8 @@ SchedulesImportResult import_schedules(store::Database& db, const std::string& c
                 const std::string why = unknown->reason.empty()
                                             ? "'" + unknown->heading + "' has no entry " + unknown->id
                                             : unknown->reason;
-                errors.push_back(where(stem, t.indexes[static_cast<std::size_t>(unknown->line)]) + ": " + why +
-                                 " (field " + unknown->column + ")");
+                errors.push_back(where(stem, t.indexes[static_cast<std::size_t>(unknown->line)]) + ": " +
+                                 why + " (field " + unknown->column + ")");
                 continue;
             }
             t.save.rows = schedules::written_rows(*kind, t.save.rows);

@@ -92,7 +92,8 @@ void formatsch::load_year(const SchedKind* reopen) {
                        (status_ == 3 || status_ == 4 ? "As per Companies Act" : "As per Books") + ")";
     lblRndIT.Caption = "Round-Off Depreciation (As per IT Act)";
     cmdprev.Caption = previous_year_ ? kCurrentYear : kPreviousYear;
-    lblYear.Caption = std::string(previous_year_ ? "Previous Year: F.Y. " : "F.Y. ") + year_span(shown_year());
+    lblYear.Caption =
+        std::string(previous_year_ ? "Previous Year: F.Y. " : "F.Y. ") + year_span(shown_year());
 
     suffix_ = base.GetTbName(previous_year_ ? base.PYrInd() : base.CYrInd());
     std::vector<std::string> groups;
@@ -214,7 +215,8 @@ void formatsch::lay_out(const SchedKind& kind) {
     // Without its lists (a failure logged) the grid is laid out all the same.
     SchedLists lists;
     lists.subsidiaries = keeps_subsidiaries(status_);
-    frame::guarded(c_.log, kModule, "lay_out", [&] { lists = read_lists(c_.base->dbobj(), kind.loan_id, status_); });
+    frame::guarded(c_.log, kModule, "lay_out",
+                   [&] { lists = read_lists(c_.base->dbobj(), kind.loan_id, status_); });
     lay_out_grid(vsf1, kind, lists);
 }
 
@@ -436,7 +438,8 @@ void formatsch::new_master_item(int row, int col) {
         return;
     }
     SchedLists lists;
-    frame::guarded(c_.log, kModule, "new_master_item", [&] { lists = read_lists(db, current_->loan_id, status_); });
+    frame::guarded(c_.log, kModule, "new_master_item",
+                   [&] { lists = read_lists(db, current_->loan_id, status_); });
     const std::string& list = key == kUserReserveKey ? lists.user_reserves
                               : key == "ExpID"       ? lists.misc
                                                      : lists.company;

@@ -62,7 +62,7 @@ public:
     SchedButton cmdmerge, cmdprev, cmdnewchart;
     bool panel_visible = false;
     Label lblRndFA, lblRndIT, lblTitle;
-    Label lblYear;  // the financial year shown: this one, or the previous one
+    Label lblYear;                       // the financial year shown: this one, or the previous one
     bool message_frame_visible = false;  // FixOnly: the other schedules' frame is hidden
 
     // Events.

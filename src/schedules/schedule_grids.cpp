@@ -179,7 +179,8 @@ std::optional<UnknownChoice> unknown_choice(const SchedKind& kind, const SchedLi
     for (const Col& c : columns_of(kind, lists)) {
         // The lists the practice extends from the grid (misc. expenses, companies) hold
         // this database's items: an id none of them has points nowhere.
-        if (c.combo.empty() || std::string_view(c.key) == kItemKey || std::string_view(c.key) == kUserReserveKey)
+        if (c.combo.empty() || std::string_view(c.key) == kItemKey ||
+            std::string_view(c.key) == kUserReserveKey)
             continue;
         // A reserve is one of the fixed ones or one the practice added.
         const std::string& list = std::string_view(c.key) == "resv_id" ? lists.reserves : c.combo;
@@ -192,7 +193,8 @@ std::optional<UnknownChoice> unknown_choice(const SchedKind& kind, const SchedLi
         if (kind.group == kLoansAdvances && !lists.subsidiaries) {
             const std::string id = id_cell(r.get("LDAD_ID"));
             if (!id.empty())
-                return UnknownChoice{i, "LDAD_ID", "Loans to Subsidiary Company", id, kSubsidiaryForCompanies};
+                return UnknownChoice{i, "LDAD_ID", "Loans to Subsidiary Company", id,
+                                     kSubsidiaryForCompanies};
         }
         const bool debentures =
             (kind.group == kSecured || kind.group == kUnsecured) && id_cell(r.get("DEB_OTH_ID")) == "1";
@@ -205,8 +207,8 @@ std::optional<UnknownChoice> unknown_choice(const SchedKind& kind, const SchedLi
             if (id.empty() || id == "0") continue;
             if (c.list.text_of(id)) continue;
             // A proprietor or a firm holds no shares in subsidiary companies.
-            const bool subsidiary = c.column == "INVEST_ID" && !lists.subsidiaries &&
-                                    id == std::to_string(kSubsidiarySharesId);
+            const bool subsidiary =
+                c.column == "INVEST_ID" && !lists.subsidiaries && id == std::to_string(kSubsidiarySharesId);
             return UnknownChoice{i, c.column, c.heading, id,
                                  subsidiary ? kSubsidiarySharesForCompanies : std::string()};
         }
@@ -337,8 +339,8 @@ ScheduleTotals schedule_totals(const Grid& g, const SchedKind& kind) {
     const auto adds_up = [&](const std::string& key) {
         // Of share capital only the paid-up amount is the balance sheet's.
         if (kind.group == kShareCapital) return key == kPaidAmountKey;
-        for (const char* k : {kAmountKey, kClosingKey, kFormAmountKey, "OP_BL", "ADD_AMT", "Ded_amt", "Amount",
-                              "mktval", "OpBal"})
+        for (const char* k : {kAmountKey, kClosingKey, kFormAmountKey, "OP_BL", "ADD_AMT", "Ded_amt",
+                              "Amount", "mktval", "OpBal"})
             if (key == k) return true;
         return false;
     };

@@ -84,7 +84,8 @@ Ostikreport::ReportDocument schedule_report(const SchedKind& kind, const std::ve
         std::vector<std::string> total(doc.columns.size());
         total[0] = totals.label;
         for (std::size_t i = 0; i < cols.size(); ++i)
-            if (const auto& sum = totals.sums[static_cast<std::size_t>(cols[i])]) total[i] = format_mask(*sum, kPaise);
+            if (const auto& sum = totals.sums[static_cast<std::size_t>(cols[i])])
+                total[i] = format_mask(*sum, kPaise);
         if (reserves) total.back() = format_mask(closing_total, kPaise);
         doc.rows.push_back(std::move(total));
         doc.bold_rows.assign(doc.rows.size(), false);

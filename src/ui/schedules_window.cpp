@@ -3,10 +3,10 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QItemSelectionModel>
+#include <QLineEdit>
 #include <QPainter>
 #include <QScrollBar>
 #include <QStyle>
-#include <QLineEdit>
 #include <QVBoxLayout>
 #include <algorithm>
 

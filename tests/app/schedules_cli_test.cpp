@@ -165,11 +165,13 @@ TEST_P(SchedulesCli, AnInvestmentInACompanyAddedToTheMasterIsImported) {
         "SECUR_":[],"INVEST_":[{"INVEST_ID":8,"no_shares":4,"per_share_amt":5000,"Amount":20000,"comp_id":1}],
         "LOAN_ADV_":[],"MiscExpAsst_":[],"SUNDEB_":[],"BANK_":[]})";
     const std::vector<std::string> import = {"schedules", "import", file("nsc.json"), "--client", "ACME",
-                                             "--year", "2025"};
+                                             "--year",    "2025"};
     auto r = cli(import);
     EXPECT_EQ(r.code, 1);
-    EXPECT_EQ(r.err, file("nsc.json") +
-                         ": INVEST_ row 1: 'Name of Company' has no entry 1 (field comp_id)\nNothing was imported.\n");
+    EXPECT_EQ(
+        r.err,
+        file("nsc.json") +
+            ": INVEST_ row 1: 'Name of Company' has no entry 1 (field comp_id)\nNothing was imported.\n");
     // Adding asks; without --yes nothing is written.
     r = cli({"schedules", "company", "add", "--name", "POST OFFICE"});
     EXPECT_EQ(r.code, 2);
@@ -195,7 +197,10 @@ TEST_P(SchedulesCli, AnInvestmentInACompanyAddedToTheMasterIsImported) {
     std::ofstream(file("deb.json")) << R"({"format":"brenlow-schedules","version":1,"SHARE_":[],"RESV_":[],
         "SECUR_":[],"INVEST_":[],"LOAN_ADV_":[],"MiscExpAsst_":[],"BANK_":[],
         "SUNDEB_":[{"more_amt":40000,"OTH_AMT":160000,"PROV_AMT":5000,"good_amt":195000}]})";
-    ASSERT_EQ(cli({"schedules", "import", file("deb.json"), "--client", "ACME", "--year", "2025", "--replace"}).code, 0);
+    ASSERT_EQ(
+        cli({"schedules", "import", file("deb.json"), "--client", "ACME", "--year", "2025", "--replace"})
+            .code,
+        0);
     r = cli({"schedules", "show", "Sundry Debtors", "--client", "ACME", "--year", "2025"});
     ASSERT_EQ(r.code, 0) << r.err;
     EXPECT_NE(r.out.find("Total (net of provisions)"), std::string::npos) << r.out;

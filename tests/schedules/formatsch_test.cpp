@@ -453,9 +453,9 @@ TEST_P(Formatsch, MergePreviousYearAndNewChartSaveTheOpenScheduleFirst) {
         const char* name;
         void (formatsch::*click)();
     };
-    for (const Command& c : {Command{"merge", &formatsch::cmdmerge_Click},
-                             Command{"new chart", &formatsch::cmdnewchart_Click},
-                             Command{"previous year", &formatsch::cmdprev_Click}}) {
+    for (const Command& c :
+         {Command{"merge", &formatsch::cmdmerge_Click}, Command{"new chart", &formatsch::cmdnewchart_Click},
+          Command{"previous year", &formatsch::cmdprev_Click}}) {
         SCOPED_TRACE(c.name);
         db().execute("delete from RESV_2025");
         auto s = screen(kReserves);
@@ -551,7 +551,9 @@ TEST_P(Formatsch, TheTotalsLineAddsWhatTheScheduleAddsUp) {
 
     s->cmd_Click(kShareCapital);
     type_line(*s, {{"four_id", "1"}, {"ref_ep", "E"}, {"no_share", "10000"}, {"RS_SHARE", "10"}});
-    type_line(*s, {{"four_id", "4"}, {"ref_ep", "E"}, {"no_share", "6000"}, {"RS_SHARE", "10"}, {"RS_SHARE1", "10"}});
+    type_line(
+        *s,
+        {{"four_id", "4"}, {"ref_ep", "E"}, {"no_share", "6000"}, {"RS_SHARE", "10"}, {"RS_SHARE1", "10"}});
     // Authorised capital and the rates add nothing; the paid-up capital adds up.
     EXPECT_EQ(s->totals(), (std::vector<std::string>{"Total", "", "", "", "", "", "60,000.00"}));
 

@@ -13,12 +13,12 @@
 #include "app/cli/commands.h"
 #include "app/cli/options.h"
 #include "controls/cli_ui.h"
+#include "controls/id_text_list.h"
+#include "controls/number_format.h"
 #include "exchange/schedules_document.h"
 #include "schedules/schedule_carry.h"
 #include "schedules/schedule_grids.h"
 #include "schedules/schedule_report.h"
-#include "controls/id_text_list.h"
-#include "controls/number_format.h"
 #include "store/capital_store.h"
 #include "store/schedule_store.h"
 #include "store/text_limits.h"
@@ -172,8 +172,9 @@ int show_schedule(Context& ctx, const std::vector<std::string>& args) {
         ctx.out << out.dump(2) << "\n";
         return 0;
     }
-    const auto doc = schedules::schedule_report(*kind, rows, schedules::read_lists(db, kind->loan_id, base.TSTATUS()),
-                                                schedules::printed_for(db, t.code, t.year));
+    const auto doc =
+        schedules::schedule_report(*kind, rows, schedules::read_lists(db, kind->loan_id, base.TSTATUS()),
+                                   schedules::printed_for(db, t.code, t.year));
     if (const auto pdf = opt.get("pdf")) {
         Ostikreport::write_pdf(doc, *pdf, existing_file(opt));
         ctx.out << "Wrote " << *pdf << "\n";
@@ -218,12 +219,11 @@ int carry_forward(Context& ctx, const std::vector<std::string>& args) {
     return 0;
 }
 
-
 // ---- The ids documents and options take ---------------------------------------
 
 struct IdList {
-    const char* key;      // the field that takes the ids
-    const char* heading;  // what they are
+    const char* key;                                         // the field that takes the ids
+    const char* heading;                                     // what they are
     std::vector<std::pair<std::string, std::string>> items;  // id, name
     std::vector<std::string> extra;                          // a third column (loan_id), when any
 };
@@ -252,7 +252,8 @@ int lists(Context& ctx, const std::vector<std::string>& args) {
     auto& base = ctx.base();
     auto& db = base.dbobj();
     std::vector<IdList> out;
-    IdList heads{"head_id", "Heads of loans, by loan_id 1 secured, 2 unsecured (-1: a debenture line)", {}, {}};
+    IdList heads{
+        "head_id", "Heads of loans, by loan_id 1 secured, 2 unsecured (-1: a debenture line)", {}, {}};
     for (int loan : {1, 2})
         for (const auto& [id, name] : store::loan_heads(db, loan)) {
             heads.items.emplace_back(std::to_string(id), name);
@@ -260,7 +261,8 @@ int lists(Context& ctx, const std::vector<std::string>& args) {
         }
     out.push_back(std::move(heads));
     out.push_back({"OTH_LOAN_ID", "Other loans and advances", of(store::other_loans(db)), {}});
-    out.push_back({"LDAD_ID", "Loans to subsidiary companies (companies only)", of(schedules::kSubsidiaryList), {}});
+    out.push_back(
+        {"LDAD_ID", "Loans to subsidiary companies (companies only)", of(schedules::kSubsidiaryList), {}});
     out.push_back({"resv_id", "Reserves", of(store::reserves(db)), {}});
     out.push_back({"INVEST_ID", "Types of investment", of(store::investment_types(db)), {}});
     out.push_back({"four_id", "Types of share capital", of(schedules::kShareTypeList), {}});
@@ -338,7 +340,8 @@ int company(Context& ctx, const std::vector<std::string>& args) {
             return 0;
         }
         if (companies.empty()) ctx.out << "The company master is empty.\n";
-        for (const auto& [id, name] : companies) ctx.out << std::right << std::setw(4) << id << "  " << name << "\n";
+        for (const auto& [id, name] : companies)
+            ctx.out << std::right << std::setw(4) << id << "  " << name << "\n";
         return 0;
     }
     opt.reject_unknown({"name", "yes"});
