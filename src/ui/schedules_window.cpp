@@ -80,7 +80,7 @@ protected:
         auto* header = view_->horizontalHeader();
         // The grid's cells start after its frame and its row headings.
         const int left = view_->viewport()->geometry().left();
-        const int margin = style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, view_) + 3;
+        const int margin = style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, view_) + 1;
         for (int c = 0; c < header->count() && c < static_cast<int>(texts.size()); ++c) {
             const QString text = QString::fromStdString(texts[static_cast<std::size_t>(c)]);
             if (text.isEmpty() || view_->isColumnHidden(c)) continue;

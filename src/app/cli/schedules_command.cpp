@@ -361,7 +361,17 @@ int company(Context& ctx, const std::vector<std::string>& args) {
     if (!ui.ask_yes_no("Do you want to add the company \"" + name + "\" to the company master ?",
                        MsgIcon::question, false))
         return 1;
-    const long id = store::find_or_add_company(db, name);
+    long id = 0;
+    try {
+        id = store::find_or_add_company(db, name);
+    } catch (const store::DbError& e) {
+        // Said in the program's words: the server's own text is not for the person.
+        const std::string reason = store::failure_reason(db.backend(), e);
+        ctx.err << "brenlow schedules: The company was not added."
+                << (reason.empty() ? std::string(" The failure is not one the program can name.") : reason)
+                << "\n";
+        return 1;
+    }
     ctx.out << "Added \"" << name << "\" to the company master: comp_id " << id << "\n";
     return 0;
 }
