@@ -30,10 +30,14 @@ Json value_json(const std::string& column, const Value& v) {
     return num(v.as_double());
 }
 
-std::string suffix_of(store::Database& db, const std::string& code, int year) {
+store::ClientYear client_year(store::Database& db, const std::string& code, int year) {
     const auto cy = store::find_client_year(db, code, year);
     if (!cy) throw store::DbError(0, "client " + code + " has no financial year " + std::to_string(year));
-    return cy->tbl_nm;
+    return *cy;
+}
+
+std::string suffix_of(store::Database& db, const std::string& code, int year) {
+    return client_year(db, code, year).tbl_nm;
 }
 
 std::string where(const std::string& stem, std::size_t index) {
@@ -133,7 +137,8 @@ SchedulesImportResult import_schedules(store::Database& db, const std::string& c
     static const DocumentShape shape{
         "brenlow-schedules", "schedules", 1, store::schedule_stems(), {"FIXED_", "FDA_"}};
     if (!check_document_shape(doc, shape, errors)) return result;
-    const std::string suffix = suffix_of(db, code, year);
+    const auto cy = client_year(db, code, year);
+    const std::string suffix = cy.tbl_nm;
 
     std::vector<TableSave> saves;
     for (const auto& stem : store::schedule_stems()) {
@@ -177,11 +182,14 @@ SchedulesImportResult import_schedules(store::Database& db, const std::string& c
                                  refusal->message + " (field " + refusal->column + ")");
                 continue;
             }
-            const auto lists = schedules::read_lists(db, t.save.loan_id);
+            // The lists of the client's status: a proprietor or a firm has no subsidiaries.
+            const auto lists = schedules::read_lists(db, t.save.loan_id, cy.status);
             if (auto unknown = schedules::unknown_choice(*kind, lists, t.save.rows)) {
-                errors.push_back(where(stem, t.indexes[static_cast<std::size_t>(unknown->line)]) + ": '" +
-                                 unknown->heading + "' has no entry " + unknown->id + " (field " +
-                                 unknown->column + ")");
+                const std::string why = unknown->reason.empty()
+                                            ? "'" + unknown->heading + "' has no entry " + unknown->id
+                                            : unknown->reason;
+                errors.push_back(where(stem, t.indexes[static_cast<std::size_t>(unknown->line)]) + ": " +
+                                 why + " (field " + unknown->column + ")");
                 continue;
             }
             t.save.rows = schedules::written_rows(*kind, t.save.rows);

@@ -18,6 +18,21 @@ int last_four(const std::string& date) {
     return date.size() >= 4 ? std::atoi(date.substr(date.size() - 4).c_str()) : 0;
 }
 
+std::string year_span(int closing_year) {
+    const int next = closing_year % 100;
+    return std::to_string(closing_year - 1) + "-" + (next < 10 ? "0" : "") + std::to_string(next);
+}
+
+// The suffix of the year before the one shown: for this year through the previous
+// year's number, else the client's master row of the year before; when the screen
+// shows the previous year, the master row of two years before the open one.
+std::string year_before(TarrowBase::ClsMain& base, bool previous_year) {
+    if (!previous_year) return previous_year_suffix(base);
+    const int first = last_four(base.FirstDate()) - 2, second = last_four(base.SecondDate()) - 2;
+    const auto count = store::client_year_count(base.dbobj(), base.Temp_Code(), first, second);
+    return count ? base.GetTbName(*count) : std::string();
+}
+
 bool is_new_item_column(const std::string& key) {
     return key == kUserReserveKey || key == "ExpID" || key == "comp_id";
 }
@@ -53,9 +68,14 @@ std::string formatsch::Caption() const {
 }
 
 void formatsch::Form_Load() {
-    auto& base = *c_.base;
     // The screen is made once and shown again: every showing starts afresh, on the
     // client and year open now.
+    previous_year_ = false;
+    load_year(nullptr);
+}
+
+void formatsch::load_year(const SchedKind* reopen) {
+    auto& base = *c_.base;
     current_ = nullptr;
     loan_kind_.clear();
     lblTitle.Caption.clear();
@@ -71,11 +91,17 @@ void formatsch::Form_Load() {
     lblRndFA.Caption = std::string("Round-Off Depreciation (") +
                        (status_ == 3 || status_ == 4 ? "As per Companies Act" : "As per Books") + ")";
     lblRndIT.Caption = "Round-Off Depreciation (As per IT Act)";
+    cmdprev.Caption = previous_year_ ? kCurrentYear : kPreviousYear;
+    lblYear.Caption =
+        std::string(previous_year_ ? "Previous Year: F.Y. " : "F.Y. ") + year_span(shown_year());
 
-    suffix_ = base.GetTbName(base.CYrInd());
-    previous_suffix_ = previous_year_suffix(base);
-
-    const auto groups = store::schedule_groups(base.dbobj(), suffix_, base.Temp_Code());
+    suffix_ = base.GetTbName(previous_year_ ? base.PYrInd() : base.CYrInd());
+    std::vector<std::string> groups;
+    previous_suffix_.clear();
+    frame::guarded(c_.log, kModule, "Form_Load", [&] {
+        previous_suffix_ = year_before(base, previous_year_);
+        groups = store::schedule_groups(base.dbobj(), suffix_, base.Temp_Code());
+    });
     const auto& kinds = sched_kinds();
     for (std::size_t i = 0; i < kinds.size(); ++i)
         buttons[i].Visible = std::find(groups.begin(), groups.end(), kinds[i].gunder) != groups.end();
@@ -89,22 +115,59 @@ void formatsch::Form_Load() {
             ui_.info(kFixedNotAvailable);
         return;
     }
+    if (reopen) {
+        if (buttons[static_cast<std::size_t>(reopen - kinds.data())].Visible) open(*reopen);
+        return;
+    }
     if (SchDef_ != kFixedAssets) base.CheckOptedOldDeprChart();
 
     if (SchDef_ != 0) {
         if (const auto* kind = kind_of_group(SchDef_)) cmd_Click(kind->group);
         return;
     }
-    // The first schedule this grid shows: Fixed Assets and a firm's capital accounts
-    // are screens of their own, opened by their buttons only.
+    open_first_visible();
+}
+
+void formatsch::open_first_visible() {
+    // The first button shown is pressed, whatever it opens: a firm's Capital opens
+    // the partners' capital accounts, Fixed Assets its own screen.
+    const auto& kinds = sched_kinds();
     for (std::size_t i = 0; i < kinds.size(); ++i) {
-        const bool own_screen = kinds[i].group == kFixedAssets ||
-                                (kinds[i].group == kShareCapital && status_ != 3 && status_ != 4);
-        if (buttons[i].Visible && !own_screen) {
+        if (buttons[i].Visible) {
             cmd_Click(kinds[i].group);
             return;
         }
     }
+}
+
+int formatsch::shown_year() const {
+    return last_four(c_.base->SecondDate()) - (previous_year_ ? 1 : 0);
+}
+
+void formatsch::save_then(const std::function<void()>& opener, const char* not_available) {
+    if (!save()) return;
+    if (opener)
+        opener();
+    else
+        ui_.info(not_available);
+}
+
+void formatsch::cmdmerge_Click() {
+    save_then(open_merge, kMergeNotAvailable);
+}
+
+void formatsch::cmdnewchart_Click() {
+    save_then(open_new_chart, kNewChartNotAvailable);
+}
+
+void formatsch::cmdprev_Click() {
+    if (!save()) return;
+    if (!previous_year_ && c_.base->PYrInd() <= 0) {
+        ui_.info(kNoPreviousYear);
+        return;
+    }
+    previous_year_ = !previous_year_;
+    load_year(current_);
 }
 
 void formatsch::cmd_Click(int group) {
@@ -149,7 +212,12 @@ void formatsch::open(const SchedKind& kind) {
 }
 
 void formatsch::lay_out(const SchedKind& kind) {
-    lay_out_grid(vsf1, kind, read_lists(c_.base->dbobj(), kind.loan_id));
+    // Without its lists (a failure logged) the grid is laid out all the same.
+    SchedLists lists;
+    lists.subsidiaries = keeps_subsidiaries(status_);
+    frame::guarded(c_.log, kModule, "lay_out",
+                   [&] { lists = read_lists(c_.base->dbobj(), kind.loan_id, status_); });
+    lay_out_grid(vsf1, kind, lists);
 }
 
 void formatsch::check_carry_forward(const SchedKind& kind) {
@@ -171,6 +239,21 @@ void formatsch::load_rows(const SchedKind& kind) {
 
 store::ScheduleSave formatsch::lines() const {
     return current_ ? grid_lines(vsf1, *current_) : store::ScheduleSave{};
+}
+
+std::vector<std::string> formatsch::totals() const {
+    if (!current_) return {};
+    const auto t = schedule_totals(vsf1, *current_);
+    std::vector<std::string> out(static_cast<std::size_t>(vsf1.cols()));
+    if (!t.any()) return out;
+    bool labelled = false;
+    for (std::size_t c = 0; c < out.size(); ++c) {
+        if (t.sums[c])
+            out[c] = format_mask(*t.sums[c], "#,##0.00");
+        else if (!labelled && !vsf1.column(static_cast<int>(c)).hidden)
+            out[c] = t.label, labelled = true;
+    }
+    return out;
 }
 
 bool formatsch::save() {
@@ -230,7 +313,11 @@ void formatsch::show_trial_balance(bool report_empty) {
         return;
     }
     auto& base = *c_.base;
-    const auto rows = store::trial_balance_group(base.dbobj(), suffix_, base.Temp_Code(), current_->group);
+    std::vector<store::TrialBalanceRow> rows;
+    // Reading writes nothing: a failure is logged and the panel shows what it has.
+    frame::guarded(c_.log, kModule, "show_trial_balance", [&] {
+        rows = store::trial_balance_group(base.dbobj(), suffix_, base.Temp_Code(), current_->group);
+    });
     if (rows.empty() && report_empty) {
         ui_.info(kNoRecords);
         panel_visible = false;
@@ -264,11 +351,13 @@ void formatsch::cmdPrint_Click() {
         sam.set("sam", store::Value(save.share_application));
         rows.insert(rows.begin(), std::move(sam));
     }
-    const auto doc =
-        schedule_report(*current_, rows, read_lists(base.dbobj(), current_->loan_id),
-                        printed_for(base.dbobj(), base.Temp_Code(), last_four(base.SecondDate())));
-    c_.report->WriteToReport(doc);
-    c_.report->showreport();
+    frame::guarded(c_.log, kModule, "cmdPrint_Click", [&] {
+        const auto doc =
+            schedule_report(*current_, rows, read_lists(base.dbobj(), current_->loan_id, status_),
+                            printed_for(base.dbobj(), base.Temp_Code(), shown_year()));
+        c_.report->WriteToReport(doc);
+        c_.report->showreport();
+    });
 }
 
 bool formatsch::vsf1_ValidateEdit(int row, int col, const std::string& text) {
@@ -348,7 +437,9 @@ void formatsch::new_master_item(int row, int col) {
         vsf1.set_text_matrix(row, col, "");
         return;
     }
-    const auto lists = read_lists(db, current_->loan_id);
+    SchedLists lists;
+    frame::guarded(c_.log, kModule, "new_master_item",
+                   [&] { lists = read_lists(db, current_->loan_id, status_); });
     const std::string& list = key == kUserReserveKey ? lists.user_reserves
                               : key == "ExpID"       ? lists.misc
                                                      : lists.company;

@@ -38,6 +38,11 @@ public:
     static constexpr const char* kItemExists = "This Item already Exists";
     static constexpr const char* kFixedNotAvailable = "The Fixed Assets schedule is not available.";
     static constexpr const char* kCapitalNotAvailable = "The partners' capital screen is not available.";
+    static constexpr const char* kMergeNotAvailable = "The merging of entries is not available.";
+    static constexpr const char* kNewChartNotAvailable = "The asset register is not available.";
+    static constexpr const char* kNoPreviousYear = "The client has no previous year.";
+    static constexpr const char* kPreviousYear = "P&revious Year";
+    static constexpr const char* kCurrentYear = "Cu&rrent Year";
 
     formatsch(frame::Component& component, Ui& ui);
 
@@ -46,14 +51,18 @@ public:
     // Openers of the screens reached from here; unset ones say they are not available.
     std::function<void()> open_fixed_assets;
     std::function<void()> open_capital;
+    std::function<void()> open_merge;      // the merging of register entries
+    std::function<void()> open_new_chart;  // the asset register of the new chart
 
     // Controls.
     Grid vsf1;                         // the open schedule
     Grid vsTB;                         // the trial-balance panel: particulars, debit, credit
     std::vector<SchedButton> buttons;  // in the order of sched_kinds()
     SchedButton cmdAdd, cmddel, cmdshtb;
+    SchedButton cmdmerge, cmdprev, cmdnewchart;
     bool panel_visible = false;
     Label lblRndFA, lblRndIT, lblTitle;
+    Label lblYear;                       // the financial year shown: this one, or the previous one
     bool message_frame_visible = false;  // FixOnly: the other schedules' frame is hidden
 
     // Events.
@@ -64,6 +73,13 @@ public:
     void cmdAdd_Click();
     void cmddel_Click();
     void cmdshtb_Click();
+    // Each saves the open schedule first; a refused save keeps it and goes no further.
+    // The merging of register entries and the new chart's register open beside;
+    // Previous Year shows the year before (and back again).
+    void cmdmerge_Click();
+    void cmdnewchart_Click();
+    void cmdprev_Click();
+    bool previous_year() const { return previous_year_; }
     // Prints the open schedule as the grid holds it, through the report object.
     void cmdPrint_Click();
     // A cell of vsf1 was edited: computed columns follow, new master items are asked for.
@@ -89,8 +105,18 @@ public:
 
     // The grid's lines as table rows (srno = line number) and the share application money.
     store::ScheduleSave lines() const;
+    // The totals line under the grid's columns ("" where a column does not add up;
+    // the label under the first column); empty when no schedule is open.
+    std::vector<std::string> totals() const;
 
 private:
+    // The load steps for the year shown; `reopen` is opened again when the year has it.
+    void load_year(const SchedKind* reopen);
+    void open_first_visible();
+    // The calendar year in which the financial year shown ends.
+    int shown_year() const;
+    // Saves the open schedule, then runs the opener (or says it is not available).
+    void save_then(const std::function<void()>& opener, const char* not_available);
     void open(const SchedKind& kind);
     void lay_out(const SchedKind& kind);
     void load_rows(const SchedKind& kind);
@@ -105,6 +131,7 @@ private:
     std::string loan_kind_;
     std::string suffix_, previous_suffix_;
     bool FixOnly_ = false;
+    bool previous_year_ = false;  // the screen shows the year before the open one
     int SchDef_ = 0;
     int status_ = 0;
     int row_ = -1, col_ = -1;

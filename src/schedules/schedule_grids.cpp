@@ -1,5 +1,7 @@
 #include "schedules/schedule_grids.h"
 
+#include <algorithm>
+
 #include "controls/number_format.h"
 
 namespace brenlow::schedules {
@@ -94,6 +96,10 @@ std::vector<Col> columns_of(const SchedKind& kind, const SchedLists& l) {
                     {"qu_ID", "Quoted or Unquoted", kQuotedList, "", true, 10},
                     {"TNT_ID", "Trading or Non Trading", kTradingList, "", true, 12}};
         case kLoansAdvances:
+            if (!l.subsidiaries)
+                return {{"OTH_LOAN_ID", "Others", l.oth_loan, "", true, 30},
+                        {"comp_id", "Name", l.company, "", true, 26},
+                        {"Amount", "Amount", "", kAmt, true, 14}};
             return {{"LDAD_ID", "Loans to Subsidiary Company", kSubsidiaryList, "", true, 22},
                     {"OTH_LOAN_ID", "Others", l.oth_loan, "", true, 30},
                     {"comp_id", "Name", l.company, "", true, 26},
@@ -143,10 +149,18 @@ long id_of(const Grid& g, int row, const char* key) {
 
 }  // namespace
 
-SchedLists read_lists(store::Database& db, int loan_id) {
+bool keeps_subsidiaries(int status) {
+    return status != 1 && status != 2;
+}
+
+SchedLists read_lists(store::Database& db, int loan_id, int status) {
     SchedLists l;
+    l.subsidiaries = keeps_subsidiaries(status);
     l.heads = id_names(store::loan_heads(db, loan_id == 0 ? 1 : loan_id), "#-1;Debentures");
-    l.invest = id_names(store::investment_types(db));
+    auto invest = store::investment_types(db);
+    if (!l.subsidiaries)
+        std::erase_if(invest, [](const store::IdName& t) { return t.first == kSubsidiarySharesId; });
+    l.invest = id_names(invest);
     l.oth_loan = id_names(store::other_loans(db));
     l.misc = id_names(store::misc_expenses(db), kNewItem);
     l.company = id_names(store::companies(db), kNewItem);
@@ -163,12 +177,10 @@ std::optional<UnknownChoice> unknown_choice(const SchedKind& kind, const SchedLi
     };
     std::vector<Choice> choices;
     for (const Col& c : columns_of(kind, lists)) {
-        // Lists the practice extends from the grid: the misc. expenses hold this
-        // database's items (an id none of them has points nowhere); the companies are
-        // left to the masters of the database the document comes from.
-        const bool extended = c.combo.rfind(kNewItem, 0) == 0;
+        // The lists the practice extends from the grid (misc. expenses, companies) hold
+        // this database's items: an id none of them has points nowhere.
         if (c.combo.empty() || std::string_view(c.key) == kItemKey ||
-            std::string_view(c.key) == kUserReserveKey || (extended && std::string_view(c.key) != "ExpID"))
+            std::string_view(c.key) == kUserReserveKey)
             continue;
         // A reserve is one of the fixed ones or one the practice added.
         const std::string& list = std::string_view(c.key) == "resv_id" ? lists.reserves : c.combo;
@@ -178,6 +190,12 @@ std::optional<UnknownChoice> unknown_choice(const SchedKind& kind, const SchedLi
         choices.push_back({"head_id", "Specify Item", IdTextList::parse(lists.heads)});
     for (int i = 0; i < static_cast<int>(lines.size()); ++i) {
         const FieldRow& r = lines[static_cast<std::size_t>(i)];
+        if (kind.group == kLoansAdvances && !lists.subsidiaries) {
+            const std::string id = id_cell(r.get("LDAD_ID"));
+            if (!id.empty())
+                return UnknownChoice{i, "LDAD_ID", "Loans to Subsidiary Company", id,
+                                     kSubsidiaryForCompanies};
+        }
         const bool debentures =
             (kind.group == kSecured || kind.group == kUnsecured) && id_cell(r.get("DEB_OTH_ID")) == "1";
         for (const Choice& c : choices) {
@@ -187,7 +205,12 @@ std::optional<UnknownChoice> unknown_choice(const SchedKind& kind, const SchedLi
                                        ? std::string()
                                        : (store::schedule_text_column(c.column) ? v.as_text() : id_cell(v));
             if (id.empty() || id == "0") continue;
-            if (!c.list.text_of(id)) return UnknownChoice{i, c.column, c.heading, id};
+            if (c.list.text_of(id)) continue;
+            // A proprietor or a firm holds no shares in subsidiary companies.
+            const bool subsidiary =
+                c.column == "INVEST_ID" && !lists.subsidiaries && id == std::to_string(kSubsidiarySharesId);
+            return UnknownChoice{i, c.column, c.heading, id,
+                                 subsidiary ? kSubsidiarySharesForCompanies : std::string()};
         }
     }
     return std::nullopt;
@@ -301,6 +324,47 @@ void recompute_line(Grid& g, const SchedKind& kind, int row) {
         default:
             break;
     }
+}
+
+bool ScheduleTotals::any() const {
+    for (const auto& s : sums)
+        if (s) return true;
+    return false;
+}
+
+ScheduleTotals schedule_totals(const Grid& g, const SchedKind& kind) {
+    ScheduleTotals t;
+    t.label = kind.group == kSundryDebtors ? kDebtorsTotalLabel : "Total";
+    t.sums.assign(static_cast<std::size_t>(std::max(0, g.cols())), std::nullopt);
+    const auto adds_up = [&](const std::string& key) {
+        // Of share capital only the paid-up amount is the balance sheet's.
+        if (kind.group == kShareCapital) return key == kPaidAmountKey;
+        for (const char* k : {kAmountKey, kClosingKey, kFormAmountKey, "OP_BL", "ADD_AMT", "Ded_amt",
+                              "Amount", "mktval", "OpBal"})
+            if (key == k) return true;
+        return false;
+    };
+    for (int c = 0; c < g.cols(); ++c) {
+        if (!adds_up(g.col_key(c))) continue;
+        double sum = 0;
+        for (int r = g.fixed_rows(); r < g.rows(); ++r) {
+            const auto data = g.row_data(r);
+            double sign = 1;
+            if (kind.group == kShareCapital) {
+                // Authorised capital is no figure of the balance sheet.
+                if (data == kApplicationLineData || value_of(g, r, "four_id") == 1) sign = 0;
+            } else if (kind.group == kSundryDebtors) {
+                // More than six months and others add; the provisions take off; good,
+                // doubtful and bad classify the same debts.
+                sign = data == 0 || data == 1 ? 1 : data == 2 || data == 3 ? -1 : 0;
+            } else if (data == kHeadingLineData) {
+                sign = 0;
+            }
+            if (sign != 0) sum += sign * g.value_matrix(r, c);
+        }
+        t.sums[static_cast<std::size_t>(c)] = sum;
+    }
+    return t;
 }
 
 store::ScheduleSave grid_lines(const Grid& g, const SchedKind& kind) {

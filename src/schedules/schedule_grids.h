@@ -21,8 +21,16 @@ struct SchedLists {
     std::string company;        // companies, after "#0;(New Item)"
     std::string user_reserves;  // "#0;(New Item)" and the user's own reserves
     std::string reserves;       // every reserve, for prints
+    // A company has subsidiaries: loans to them and shares in them. A proprietor or a
+    // firm (status 1 and 2) has neither column nor type of investment.
+    bool subsidiaries = true;
 };
-SchedLists read_lists(store::Database& db, int loan_id);
+// The lists of a client of the status (1 to 4).
+SchedLists read_lists(store::Database& db, int loan_id, int status);
+// Whether a client of the status keeps subsidiary companies (companies, 3 and 4).
+bool keeps_subsidiaries(int status);
+// The type of investment "SHARES IN SUBSIDIARY COMPANIES".
+inline constexpr long kSubsidiarySharesId = 4;
 
 // Lists as the combos hold them.
 inline constexpr const char* kShareTypeList =
@@ -58,7 +66,11 @@ struct UnknownChoice {
     std::string column;
     std::string heading;
     std::string id;
+    std::string reason;  // when not the list's want of the id
 };
+inline constexpr const char* kSubsidiaryForCompanies = "loans to subsidiary companies are a company's only";
+inline constexpr const char* kSubsidiarySharesForCompanies =
+    "shares in subsidiary companies are a company's only";
 std::optional<UnknownChoice> unknown_choice(const SchedKind& kind, const SchedLists& lists,
                                             const std::vector<store::FieldRow>& lines);
 
@@ -74,5 +86,18 @@ store::ScheduleSave grid_lines(const Grid& g, const SchedKind& kind);
 void recompute_line(Grid& g, const SchedKind& kind, int row);
 // Whether a line holds nothing at all.
 bool line_empty(const Grid& g, int row);
+
+// The totals line of a schedule: under each column that adds up (amounts, never rates
+// or counts) the sum of what its lines add to it, nothing elsewhere. Authorised share
+// capital adds nothing (only the paid-up capital is the balance sheet's); of the
+// sundry debtors the debts add, the provisions take off and the lines that classify
+// the same debts (good, doubtful, bad) add nothing.
+struct ScheduleTotals {
+    std::string label;                        // "Total", ...
+    std::vector<std::optional<double>> sums;  // per grid column
+    bool any() const;
+};
+ScheduleTotals schedule_totals(const Grid& g, const SchedKind& kind);
+inline constexpr const char* kDebtorsTotalLabel = "Total (net of provisions)";
 
 }  // namespace brenlow::schedules

@@ -18,17 +18,6 @@ std::string year_span(int closing_year) {
     return buf;
 }
 
-// The columns a schedule totals: amounts, never rates or counts.
-bool totalled(const SchedKind& kind, const std::string& key) {
-    if (kind.group == kSundryDebtors) return false;
-    // Authorised capital is not a figure of the balance sheet: only the paid-up one adds up.
-    if (kind.group == kShareCapital) return key == kPaidAmountKey;
-    for (const char* k : {kAmountKey, kPaidAmountKey, kClosingKey, kFormAmountKey, "OP_BL", "ADD_AMT",
-                          "Ded_amt", "Amount", "mktval", "OpBal"})
-        if (key == k) return true;
-    return false;
-}
-
 }  // namespace
 
 PrintedFor printed_for(store::Database& db, const std::string& code, int year) {
@@ -66,8 +55,7 @@ Ostikreport::ReportDocument schedule_report(const SchedKind& kind, const std::ve
     }
     if (reserves) doc.columns.push_back({"", "Closing Balance", true, false, 14});
 
-    std::vector<double> totals(cols.size() + (reserves ? 1 : 0), 0.0);
-    bool any_total = false;
+    double closing_total = 0;
     for (int r = g.fixed_rows(); r < g.rows(); ++r) {
         if (g.row_data(r) == kApplicationLineData && g.value_matrix(r, g.col_index(kAmountKey)) == 0)
             continue;
@@ -77,14 +65,8 @@ Ostikreport::ReportDocument schedule_report(const SchedKind& kind, const std::ve
             const auto& col = g.column(c);
             std::string text = g.display_text(r, c);
             if (reserves && c == 0 && text.empty()) text = g.display_text(r, g.col_index(kUserReserveKey));
-            if (!col.format.empty() && !g.text_matrix(r, c).empty()) {
-                const double v = g.value_matrix(r, c);
-                text = format_mask(v, col.format == std::string("###0") ? kWhole : kPaise);
-                if (totalled(kind, g.col_key(c))) {
-                    totals[i] += v;
-                    any_total = true;
-                }
-            }
+            if (!col.format.empty() && !g.text_matrix(r, c).empty())
+                text = format_mask(g.value_matrix(r, c), col.format == std::string("###0") ? kWhole : kPaise);
             cells.push_back(text);
         }
         if (reserves) {
@@ -92,16 +74,19 @@ Ostikreport::ReportDocument schedule_report(const SchedKind& kind, const std::ve
                                    g.value_matrix(r, g.col_index("ADD_AMT")) -
                                    g.value_matrix(r, g.col_index("Ded_amt"));
             cells.push_back(format_mask(closing, kPaise));
-            totals.back() += closing;
+            closing_total += closing;
         }
         doc.rows.push_back(std::move(cells));
     }
-    if (any_total) {
+    // The totals line the screen shows, under the same columns.
+    const auto totals = schedule_totals(g, kind);
+    if (totals.any() && !doc.rows.empty()) {
         std::vector<std::string> total(doc.columns.size());
-        total[0] = "Total";
+        total[0] = totals.label;
         for (std::size_t i = 0; i < cols.size(); ++i)
-            if (totalled(kind, g.col_key(cols[i]))) total[i] = format_mask(totals[i], kPaise);
-        if (reserves) total.back() = format_mask(totals.back(), kPaise);
+            if (const auto& sum = totals.sums[static_cast<std::size_t>(cols[i])])
+                total[i] = format_mask(*sum, kPaise);
+        if (reserves) total.back() = format_mask(closing_total, kPaise);
         doc.rows.push_back(std::move(total));
         doc.bold_rows.assign(doc.rows.size(), false);
         doc.bold_rows.back() = true;

@@ -261,6 +261,12 @@ long find_or_add_company(Database& db, std::string_view name) {
         name);
 }
 
+std::optional<long> find_company(Database& db, std::string_view name) {
+    const auto found = db.query("SELECT * FROM MAST_COMPANY WHERE UCASE(COMP_NM)=" + q(to_upper_ascii(name)));
+    if (found.empty()) return std::nullopt;
+    return static_cast<long>(found.first("comp_id").as_int());
+}
+
 std::vector<std::string> schedule_groups(Database& db, std::string_view suffix, std::string_view code) {
     const std::string s = table("SCHED_", suffix);
     std::vector<std::string> out;

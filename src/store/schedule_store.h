@@ -80,6 +80,8 @@ std::vector<IdName> reserves(Database& db);
 std::optional<long> add_reserve(Database& db, std::string_view name);
 long find_or_add_misc_expense(Database& db, std::string_view name);
 long find_or_add_company(Database& db, std::string_view name);
+// The id of the company named so (case-blind), nullopt when the master has none.
+std::optional<long> find_company(Database& db, std::string_view name);
 
 // The client's schedule groups of the year, their names upper-cased.
 std::vector<std::string> schedule_groups(Database& db, std::string_view suffix, std::string_view code);

@@ -1,8 +1,12 @@
 #include "ui/schedules_window.h"
 
 #include <QHBoxLayout>
+#include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QLineEdit>
+#include <QPainter>
+#include <QScrollBar>
+#include <QStyle>
 #include <QVBoxLayout>
 #include <algorithm>
 
@@ -49,6 +53,49 @@ private:
     SchedulesWindow* window_;
 };
 
+// The schedule's own totals line, painted under the grid's columns: what adds up in a
+// schedule is the schedule's rule (no rates or counts; authorised capital and the
+// debtors' classification lines add nothing), not every column of figures.
+class ScheduleTotalsLine : public QWidget {
+public:
+    ScheduleTotalsLine(GridView* view, const formatsch& screen, QWidget* parent)
+        : QWidget(parent), view_(view), screen_(screen) {
+        setObjectName("vsf1Totals");
+        setFixedHeight(view->verticalHeader()->defaultSectionSize() + 4);
+        connect(view->horizontalHeader(), &QHeaderView::sectionResized, this, [this] { update(); });
+        connect(view->horizontalScrollBar(), &QScrollBar::valueChanged, this, [this] { update(); });
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        const auto texts = screen_.totals();
+        QPainter painter(this);
+        painter.fillRect(rect(), palette().alternateBase());
+        painter.setPen(palette().mid().color());
+        painter.drawRect(rect().adjusted(0, 0, -1, -1));
+        painter.setPen(palette().text().color());
+        QFont bold = font();
+        bold.setBold(true);
+        painter.setFont(bold);
+        auto* header = view_->horizontalHeader();
+        // The grid's cells start after its frame and its row headings.
+        const int left = view_->viewport()->geometry().left();
+        const int margin = style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, view_) + 1;
+        for (int c = 0; c < header->count() && c < static_cast<int>(texts.size()); ++c) {
+            const QString text = QString::fromStdString(texts[static_cast<std::size_t>(c)]);
+            if (text.isEmpty() || view_->isColumnHidden(c)) continue;
+            const bool figure = !text.isEmpty() && (text[0].isDigit() || text[0] == '-');
+            const QRect cell(left + header->sectionViewportPosition(c) + margin, 0,
+                             (figure ? header->sectionSize(c) : width()) - 2 * margin, height());
+            painter.drawText(cell, (figure ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter, text);
+        }
+    }
+
+private:
+    GridView* view_;
+    const formatsch& screen_;
+};
+
 }  // namespace
 
 SchedulesWindow::SchedulesWindow(std::shared_ptr<formatsch> screen, QWidget* parent)
@@ -74,9 +121,11 @@ SchedulesWindow::SchedulesWindow(std::shared_ptr<formatsch> screen, QWidget* par
     f.setPointSizeF(f.pointSizeF() * 1.2);
     title_->setFont(f);
     message_ = new QLabel("The Fixed Assets schedule is shown in its own window.", this);
+    year_ = new QLabel(this);
+    year_->setObjectName("lblYear");
     vsf1_ = grid_view(screen_->vsf1, &tb_row_);
-    vsf1_->show_totals(true);
     vsf1_->setObjectName("vsf1");
+    totals_ = new ScheduleTotalsLine(vsf1_, *screen_, this);
     connect(vsf1_->selectionModel(), &QItemSelectionModel::currentChanged, this,
             [this](const QModelIndex& at) {
                 if (refreshing_ || !at.isValid()) return;
@@ -100,19 +149,33 @@ SchedulesWindow::SchedulesWindow(std::shared_ptr<formatsch> screen, QWidget* par
     del_ = button("&Delete", [this] { screen_->cmddel_Click(); });
     print_ = button("&Print", [this] { screen_->cmdPrint_Click(); });
     shtb_ = button(q(screen_->cmdshtb.Caption), [this] { screen_->cmdshtb_Click(); });
+    merge_ = button("&Merge Entries", [this] { screen_->cmdmerge_Click(); });
+    prev_ = button(q(formatsch::kPreviousYear), [this] { screen_->cmdprev_Click(); });
+    newchart_ = button("&New Chart", [this] { screen_->cmdnewchart_Click(); });
+    merge_->setObjectName("cmdmerge");
+    prev_->setObjectName("cmdprev");
+    newchart_->setObjectName("cmdnewchart");
     auto* commands = new QHBoxLayout;
-    for (QPushButton* b : {add_, del_, print_, shtb_}) commands->addWidget(b);
+    for (QPushButton* b : {add_, del_, print_, shtb_, merge_, prev_, newchart_}) commands->addWidget(b);
     commands->addStretch(1);
     auto* close = new QPushButton("&Close", this);
     connect(close, &QPushButton::clicked, this, &QWidget::close);
     commands->addWidget(close);
 
     auto* centre = new QHBoxLayout;
-    centre->addWidget(vsf1_, 1);
+    auto* schedule = new QVBoxLayout;
+    schedule->setSpacing(0);
+    schedule->addWidget(vsf1_, 1);
+    schedule->addWidget(totals_);
+    centre->addLayout(schedule, 1);
     panel_->setFixedWidth(400);
     centre->addWidget(panel_);
     auto* main = new QVBoxLayout;
-    main->addWidget(title_);
+    auto* heading = new QHBoxLayout;
+    heading->addWidget(title_);
+    heading->addStretch(1);
+    heading->addWidget(year_);
+    main->addLayout(heading);
     main->addWidget(message_);
     main->addLayout(centre, 1);
     main->addLayout(commands);
@@ -135,6 +198,7 @@ void SchedulesWindow::edit_cell(int grid_row, int col, const QString& text) {
         screen_->vsf1_RowColChange(grid_row, col);
         screen_->vsf1_AfterEdit(grid_row, col);
     });
+    totals_->update();
 }
 
 void SchedulesWindow::closeEvent(QCloseEvent* event) {
@@ -156,6 +220,10 @@ void SchedulesWindow::refresh() {
     message_->setVisible(screen_->message_frame_visible);
     panel_->setVisible(screen_->panel_visible);
     shtb_->setText(q(screen_->cmdshtb.Caption));
+    prev_->setText(q(screen_->cmdprev.Caption));
+    year_->setText(q(screen_->lblYear.Caption));
+    totals_->setVisible(screen_->current() != nullptr);
+    totals_->update();
     const bool open = screen_->current() != nullptr;
     add_->setEnabled(open && screen_->cmdAdd.Enabled);
     del_->setEnabled(open && screen_->cmddel.Enabled);

@@ -49,6 +49,11 @@ private:
     QPushButton* del_ = nullptr;
     QPushButton* shtb_ = nullptr;
     QPushButton* print_ = nullptr;
+    QPushButton* merge_ = nullptr;
+    QPushButton* prev_ = nullptr;
+    QPushButton* newchart_ = nullptr;
+    QLabel* year_ = nullptr;
+    QWidget* totals_ = nullptr;  // the open schedule's totals line, under vsf1
     int tb_row_ = -1;
 };
 

@@ -32,6 +32,9 @@ protected:
         store::prepare_schema(db(), BRENLOW_TEST_DATA_DIR);
         store::create_client_year(db(), "ACME", 2025, "ACME LTD", 3);
         store::create_client_year(db(), "COPY", 2025, "COPY LTD", 3);
+        // The companies the year's document names (comp_id 1 to 3).
+        for (const char* c : {"TATA STEEL LTD", "ACME COMPONENTS PVT LTD", "GOVERNMENT OF INDIA"})
+            store::find_or_add_company(db(), c);
     }
     long long count(const std::string& table, const std::string& code) {
         return db()
@@ -119,6 +122,12 @@ TEST_P(SchedulesDocument, ARefusedRowNamesTableRowAndFieldAndNothingIsWritten) {
          "MiscExpAsst_ row 1: 'Particulars' has no entry 99 (field ExpID)"},
         {"no such kind of share", "SHARE_", R"([{"four_id":1,"ref_ep":"X","no_share":10,"RS_SHARE":10}])",
          "SHARE_ row 1: 'Type of Share' has no entry X (field ref_ep)"},
+        // A company the company master does not have.
+        {"an investment in no company of the master", "INVEST_",
+         R"([{"INVEST_ID":8,"no_shares":1,"Amount":5000,"comp_id":3},{"INVEST_ID":8,"Amount":5,"comp_id":44}])",
+         "INVEST_ row 2: 'Name of Company' has no entry 44 (field comp_id)"},
+        {"an advance to no company of the master", "LOAN_ADV_", R"([{"LDAD_ID":1,"comp_id":9,"Amount":5}])",
+         "LOAN_ADV_ row 1: 'Name' has no entry 9 (field comp_id)"},
     };
     for (const auto& c : cases) {
         const std::string doc = document_with(
@@ -203,6 +212,29 @@ TEST_P(SchedulesDocument, TheFixedScheduleIsSavedInTheSameGroupAsTheOtherTables)
                          });
     ASSERT_EQ(r.errors, std::vector<std::string>{"FIXED_: refused after writing"});
     EXPECT_EQ(export_schedules(db(), "ACME", 2025), before);
+}
+
+TEST_P(SchedulesDocument, AFirmsDocumentTakesNoSubsidiaries) {
+    store::create_client_year(db(), "FIRM", 2025, "SHAH AND MEHTA", 2);
+    struct Case {
+        const char* table;
+        const char* rows;
+        const char* error;  // "" when taken
+    };
+    const std::vector<Case> cases = {
+        {"LOAN_ADV_", R"([{"OTH_LOAN_ID":2,"Amount":5},{"LDAD_ID":1,"comp_id":1,"Amount":5}])",
+         "LOAN_ADV_ row 2: loans to subsidiary companies are a company's only (field LDAD_ID)"},
+        {"INVEST_", R"([{"INVEST_ID":4,"SHARE_ID":1,"no_shares":10,"Amount":5,"comp_id":1}])",
+         "INVEST_ row 1: shares in subsidiary companies are a company's only (field INVEST_ID)"},
+        {"INVEST_", R"([{"INVEST_ID":8,"no_shares":1,"Amount":5000,"comp_id":2}])", ""},
+    };
+    for (const auto& c : cases) {
+        const auto r = import_schedules(db(), "FIRM", 2025, document_with({{c.table, c.rows}}), true);
+        EXPECT_EQ(r.errors, std::string(c.error).empty() ? std::vector<std::string>{}
+                                                         : std::vector<std::string>{c.error})
+            << c.table;
+        EXPECT_EQ(count(c.table, "FIRM"), std::string(c.error).empty() ? 1 : 0) << c.table;
+    }
 }
 
 BRENLOW_INSTANTIATE_BACKENDS(SchedulesDocument);

@@ -96,6 +96,8 @@ TEST_P(Kills, ACapitalImportKilledLeavesTheOldYearOrTheNewOne) {
 
 TEST_P(Kills, ASchedulesImportWithTheFixedScheduleKilledLeavesEveryTableOldOrEveryTableNew) {
     run({"init", "--client", "ACME", "--year", "2025", "--name", "ACME LTD", "--status", "3"});
+    for (const char* c : {"TATA STEEL LTD", "ACME COMPONENTS PVT LTD", "GOVERNMENT OF INDIA"})
+        run({"schedules", "company", "add", "--name", c, "--yes"});
     Json old = Json::parse(read_text(std::string(BRENLOW_TEST_FILES_DIR) + "/schedules-year.json"));
     old["FIXED_"] = Json::array();
     old["FDA_"] = Json::array();

@@ -4,6 +4,8 @@
 
 #include "schedules/schedule_carry.h"
 #include "schedules/schedule_grids.h"
+#include "schedules/schedule_rules.h"
+#include "store/client_store.h"
 #include "support/component_fixture.h"
 #include "support/scripted_ui.h"
 
@@ -71,9 +73,9 @@ TEST_P(Formatsch, AFirmSeesCapitalAndItsCapitalButtonCallsThePartnersScreen) {
     EXPECT_EQ(s->buttons[0].Caption, "Capital");
     EXPECT_EQ(s->lblRndFA.Caption, "Round-Off Depreciation (As per Books)");
     EXPECT_FALSE(s->buttons[static_cast<std::size_t>(button(kReserves))].Visible);
-    // The first visible schedule that opens here is secured loans, not capital.
-    ASSERT_NE(s->current(), nullptr);
-    EXPECT_EQ(s->loan_kind(), "SECURED");
+    // Its first button is Capital: pressed at load, it opens the partners' screen.
+    ui_.expect_message(formatsch::kCapitalNotAvailable);
+    EXPECT_EQ(s->current(), nullptr);
     s->cmd_sharecapital_Click();
     ui_.expect_message(formatsch::kCapitalNotAvailable);
     int opened = 0;
@@ -399,6 +401,181 @@ TEST_P(Formatsch, PrintingGivesTheReportObjectTheScheduleAsTheGridHoldsIt) {
     EXPECT_EQ(doc.rows[0][4], "12,34,567.50");
     EXPECT_EQ(doc.rows[1][0], "Total");
     EXPECT_EQ(count("select count(*) as n from SECUR_2025"), 0);  // printing writes nothing
+}
+
+// Opened with no schedule named, the first button shown is pressed, by status and
+// by the groups the client has.
+TEST_P(Formatsch, OpenedWithNoScheduleNamedTheFirstButtonShownIsPressed) {
+    struct Case {
+        int status;
+        std::vector<int> groups;  // SCHED_ rows of the client
+        int capital_opened;       // the partners' screen opened
+        int fixed_opened;
+        const char* title;  // the schedule then open, "" for none
+        int loan_id;
+    };
+    const std::vector<Case> cases = {
+        {3, {1, 2, 3, 4, 5, 6, 8, 9, 11, 14}, 0, 0, "Share Capital", 0},
+        {2, {1, 3, 4, 5, 6, 8, 9, 11}, 1, 0, "", 0},
+        {1, {1, 3, 4, 5, 6, 8, 9, 11}, 1, 0, "", 0},
+        {2, {4, 3, 8}, 0, 0, "Loans", 1},
+        {2, {4, 9}, 0, 0, "Loans", 2},
+        {3, {5, 9}, 0, 1, "", 0},
+        {2, {11, 8}, 0, 0, "Sundry Debtors", 0},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE("status " + std::to_string(c.status) + ", first group " + std::to_string(c.groups[0]));
+        base_->create_client_year("CO1", kComponentYear, "ACME", c.status);
+        db().execute("delete from SCHED_2025 where code_no='CO1'");
+        for (int g : c.groups)
+            db().execute("insert into SCHED_2025 (code_no, GID) values ('CO1'," + std::to_string(g) + ")");
+        component_.SchDef = 0;
+        formatsch s(component_, ui_);
+        int capital = 0, fixed = 0;
+        s.open_capital = [&] { ++capital; };
+        s.open_fixed_assets = [&] { ++fixed; };
+        s.Form_Load();
+        EXPECT_EQ(capital, c.capital_opened);
+        EXPECT_EQ(fixed, c.fixed_opened);
+        EXPECT_EQ(s.current() ? std::string(s.current()->title) : std::string(), c.title);
+        if (s.current()) {
+            EXPECT_EQ(s.current()->loan_id, c.loan_id);
+        }
+        ui_.expect_nothing_more();
+    }
+}
+
+// Merge, Previous Year and New Chart save the open schedule first; a refused save
+// keeps it and opens nothing.
+TEST_P(Formatsch, MergePreviousYearAndNewChartSaveTheOpenScheduleFirst) {
+    company(true);
+    struct Command {
+        const char* name;
+        void (formatsch::*click)();
+    };
+    for (const Command& c :
+         {Command{"merge", &formatsch::cmdmerge_Click}, Command{"new chart", &formatsch::cmdnewchart_Click},
+          Command{"previous year", &formatsch::cmdprev_Click}}) {
+        SCOPED_TRACE(c.name);
+        db().execute("delete from RESV_2025");
+        auto s = screen(kReserves);
+        int opened = 0;
+        s->open_merge = s->open_new_chart = [&] { ++opened; };
+        type_line(*s, {{"OP_BL", "500"}});  // no reserve named: refused
+        ((*s).*c.click)();
+        ui_.expect_message(kSpecifyItemDot);
+        EXPECT_EQ(opened, 0);
+        EXPECT_FALSE(s->previous_year());
+        EXPECT_EQ(count("select count(*) as n from RESV_2025"), 0);
+        s->vsf1.set_text_matrix(1, 0, "4");
+        ((*s).*c.click)();
+        EXPECT_EQ(count("select count(*) as n from RESV_2025 where code_no='CO1' and resv_id=4"), 1);
+        EXPECT_EQ(opened + (s->previous_year() ? 1 : 0), 1);
+        ui_.expect_nothing_more();
+    }
+}
+
+TEST_P(Formatsch, PreviousYearShowsTheYearBeforeAndLooksTwoYearsBackForItsOwnPreviousYear) {
+    base_->create_client_year("CO1", kComponentYear - 2, "ACME LTD", 3);
+    company(true);
+    base_->select_client_year("CO1", kComponentYear - 1);
+    {
+        auto last = screen(kReserves);
+        type_line(*last, {{"resv_id", "4"}, {"OP_BL", "100"}});
+        ASSERT_TRUE(last->save());
+    }
+    base_->select_client_year("CO1", kComponentYear);
+    ui_.answer_no();  // this year's reserves are empty: carry forward? No
+    auto s = screen(kReserves);
+    EXPECT_EQ(s->lblYear.Caption, "F.Y. 2024-25");
+    EXPECT_EQ(s->cmdprev.Caption, formatsch::kPreviousYear);
+    const std::string this_year = s->suffix(), last_year = s->previous_suffix();
+    s->cmdprev_Click();
+    ASSERT_TRUE(s->previous_year());
+    EXPECT_EQ(s->suffix(), last_year);
+    EXPECT_EQ(s->previous_suffix(), store::find_client_year(db(), "CO1", kComponentYear - 2)->tbl_nm);
+    EXPECT_EQ(s->lblYear.Caption, "Previous Year: F.Y. 2023-24");
+    EXPECT_EQ(s->cmdprev.Caption, formatsch::kCurrentYear);
+    ASSERT_NE(s->current(), nullptr);
+    EXPECT_STREQ(s->current()->title, "Reserve and Surplus");
+    ASSERT_EQ(s->vsf1.data_rows(), 1);
+    EXPECT_EQ(s->vsf1.value_matrix(1, s->vsf1.col_index("OP_BL")), 100);
+    ui_.answer_no();
+    s->cmdprev_Click();
+    EXPECT_FALSE(s->previous_year());
+    EXPECT_EQ(s->suffix(), this_year);
+}
+
+TEST_P(Formatsch, WithoutAPreviousYearPreviousYearSaysSo) {
+    company();
+    auto s = screen(kReserves);
+    s->cmdprev_Click();
+    ui_.expect_message(formatsch::kNoPreviousYear);
+    EXPECT_FALSE(s->previous_year());
+}
+
+TEST_P(Formatsch, AFirmHasNoLoansToSubsidiariesNorSharesInThem) {
+    struct Case {
+        int status;
+        bool subsidiaries;
+    };
+    for (const Case c : {Case{1, false}, Case{2, false}, Case{3, true}, Case{4, true}}) {
+        SCOPED_TRACE(c.status);
+        base_->create_client_year("CO1", kComponentYear, "ACME", c.status);
+        auto s = screen(kLoansAdvances);
+        ASSERT_NE(s->current(), nullptr);
+        EXPECT_EQ(s->vsf1.col_index("LDAD_ID") >= 0, c.subsidiaries);
+        bool heading = false;
+        for (int col = 0; col < s->vsf1.cols(); ++col)
+            heading = heading || s->vsf1.text_matrix(0, col) == "Loans to Subsidiary Company";
+        EXPECT_EQ(heading, c.subsidiaries);
+        s->cmd_Click(kInvestments);
+        const auto& types = s->vsf1.column(s->vsf1.col_index("INVEST_ID")).combo;
+        EXPECT_EQ(types.text_of("4").has_value(), c.subsidiaries);
+        EXPECT_TRUE(types.text_of("3").has_value());
+        // A firm's advance is named by its other-loans list.
+        s->cmd_Click(kLoansAdvances);
+        type_line(*s, {{"OTH_LOAN_ID", "2"}, {"Amount", "900"}});
+        ASSERT_TRUE(s->save());
+        db().execute("delete from LOAN_ADV_2025");
+    }
+}
+
+TEST_P(Formatsch, TheTotalsLineAddsWhatTheScheduleAddsUp) {
+    company();
+    auto s = screen(kSundryDebtors);
+    for (const auto& [line, amount] : std::vector<std::pair<int, double>>{
+             {0, 40000}, {1, 160000}, {2, 5000}, {3, 1000}, {4, 190000}, {5, 10000}, {6, 0}})
+        type_form(*s, line, amount);
+    EXPECT_EQ(s->totals(), (std::vector<std::string>{kDebtorsTotalLabel, "1,94,000.00"}));
+
+    s->cmd_Click(kShareCapital);
+    type_line(*s, {{"four_id", "1"}, {"ref_ep", "E"}, {"no_share", "10000"}, {"RS_SHARE", "10"}});
+    type_line(
+        *s,
+        {{"four_id", "4"}, {"ref_ep", "E"}, {"no_share", "6000"}, {"RS_SHARE", "10"}, {"RS_SHARE1", "10"}});
+    // Authorised capital and the rates add nothing; the paid-up capital adds up.
+    EXPECT_EQ(s->totals(), (std::vector<std::string>{"Total", "", "", "", "", "", "60,000.00"}));
+
+    s->cmd_Click(kSecured);
+    type_line(*s, {{kItemKey, "-1"}, {"PARTICUL", "DEBENTURES"}, {"rate", "100"}, {"EACH_AMT", "1000"}});
+    type_line(*s, {{kItemKey, "1"}, {"PARTICUL", "SBI"}, {"Amount", "250000"}});
+    EXPECT_EQ(s->totals(), (std::vector<std::string>{"Total", "", "", "", "3,50,000.00"}));
+}
+
+TEST_P(Formatsch, TheSundryDebtorsPrintCarriesItsTotal) {
+    company();
+    auto s = screen(kSundryDebtors);
+    type_form(*s, 0, 40000);
+    type_form(*s, 1, 160000);
+    type_form(*s, 2, 5000);
+    std::vector<Ostikreport::ReportDocument> shown;
+    component_.report->set_viewer([&](const Ostikreport::ReportDocument& d) { shown.push_back(d); });
+    s->cmdPrint_Click();
+    ASSERT_EQ(shown.size(), 1u);
+    ASSERT_EQ(shown[0].rows.size(), 8u);
+    EXPECT_EQ(shown[0].rows.back(), (std::vector<std::string>{kDebtorsTotalLabel, "1,95,000.00"}));
+    EXPECT_TRUE(shown[0].bold_rows.back());
 }
 
 BRENLOW_INSTANTIATE_BACKENDS(Formatsch);

@@ -71,6 +71,8 @@ protected:
     // (FIRM1) with partners and a register of long names, a sale and lakhs of rupees.
     void make_sample_data() {
         cli({"demo", "--out", dir_.path().toStdString()});
+        for (const char* c : {"TATA STEEL LTD", "ACME COMPONENTS PVT LTD", "GOVERNMENT OF INDIA"})
+            cli({"schedules", "company", "add", "--name", c, "--yes"});
         cli({"schedules", "import", BRENLOW_TEST_FILES_DIR "/schedules-year.json", "--client", "DEMO01",
              "--year", "2025"});
         cli({"init", "--client", "FIRM1", "--year", "2025", "--name", "SHAH AND MEHTA ASSOCIATES", "--status",

@@ -91,6 +91,27 @@ TEST_P(SchedulesWindowTest, ATypedCellGoesThroughTheScreensChecks) {
     EXPECT_TRUE(window.findChild<QPushButton*>("cmd_unsecured_loans")->isVisibleTo(&window));
 }
 
+TEST_P(SchedulesWindowTest, TheTotalsLineUnderTheGridShowsWhatTheScheduleAddsUp) {
+    auto screen = std::make_shared<formatsch>(component_, scripted_);
+    SchedulesWindow window(screen);
+    window.resize(1366, 768);
+    window.show();
+    auto* totals = window.findChild<QWidget*>("vsf1Totals");
+    ASSERT_NE(totals, nullptr);
+    window.run([&] { screen->cmd_Click(schedules::kSundryDebtors); });
+    QApplication::processEvents();
+    EXPECT_TRUE(totals->isVisible());
+    // Below the grid's last line, never over it.
+    EXPECT_GE(totals->geometry().top(), window.grid()->geometry().bottom());
+    EXPECT_EQ(screen->totals(), (std::vector<std::string>{schedules::kDebtorsTotalLabel, "9,50,800.50"}));
+    EXPECT_GT(brenlow::test::drawn_colours(*totals), 2);
+    EXPECT_TRUE(brenlow::test::save_picture(window, "schedules_totals_sundry_debtors"));
+    window.run([&] { screen->cmd_Click(schedules::kMiscExp); });
+    QApplication::processEvents();
+    EXPECT_TRUE(brenlow::test::save_picture(window, "schedules_totals_misc_expenses"));
+    scripted_.expect_nothing_more();
+}
+
 BRENLOW_INSTANTIATE_BACKENDS(SchedulesWindowTest);
 
 }  // namespace

@@ -97,14 +97,7 @@ void HostWindow::build_menus() {
         exchange::frmImport screen(forms_->component(), ui_);
         screen.cmdImport_Click();
     });
-    needs_year_ << assets->addAction("&Merge Assets...", this, [this] {
-        ui::run_merge_entries(this, [this](Ui& ui, bool additions, const std::vector<long>& serials) {
-            exchange::frmmerge screen(forms_->component(), ui);
-            screen.side = additions ? exchange::MergeSide::Addition : exchange::MergeSide::Opening;
-            screen.chosen = serials;
-            return screen.cmdMerge_Click();
-        });
-    });
+    needs_year_ << assets->addAction("&Merge Assets...", this, &HostWindow::merge_assets);
 
     auto* accounts = menuBar()->addMenu("Final &Accounts");
     needs_year_ << accounts->addAction("Balance Sheet &Schedules", this, &HostWindow::open_schedules);
@@ -130,6 +123,8 @@ bool HostWindow::open_database(const QString& url) {
             auto screen = ui::make_schedules_screen(c, this);
             screen->open_capital = [this] { open_capital(); };
             screen->open_fixed_assets = [this] { open_fixed_schedule(); };
+            screen->open_merge = [this] { merge_assets(); };
+            screen->open_new_chart = [this] { open_register(); };
             return screen;
         };
         makers.capital = [this](frame::Component& c) { return ui::make_capital_screen(c, this); };
@@ -390,6 +385,16 @@ void HostWindow::open_particulars_master() {
 void HostWindow::open_fixed_schedule() {
     if (!need_client_year()) return;
     show_screen_window(ui::open_fixed_asset_schedule(forms_->component(), this), "The fixed-asset schedule");
+}
+
+void HostWindow::merge_assets() {
+    if (!need_client_year()) return;
+    ui::run_merge_entries(this, [this](Ui& ui, bool additions, const std::vector<long>& serials) {
+        exchange::frmmerge screen(forms_->component(), ui);
+        screen.side = additions ? exchange::MergeSide::Addition : exchange::MergeSide::Opening;
+        screen.chosen = serials;
+        return screen.cmdMerge_Click();
+    });
 }
 
 void HostWindow::about() {

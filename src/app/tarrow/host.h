@@ -62,6 +62,7 @@ public slots:
     void open_group_master();
     void open_particulars_master();
     void open_fixed_schedule();
+    void merge_assets();
     void about();
 
 private:
