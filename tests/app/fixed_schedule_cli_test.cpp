@@ -23,7 +23,7 @@ protected:
         for (const char* year : {"2016", "2017"})
             ASSERT_EQ(cli({"init", "--client", "ACME", "--year", year, "--status", "2"}).code, 0);
         db().execute("INSERT INTO BlockGroup Values (21,'PLANT AND MACHINARY',2,3)");
-        db().execute("INSERT INTO BlockGroup Values (11,'PLANT',1,0)");
+        db().execute("INSERT INTO BlockGroup Values (11,'PLANT AND MACHINERY',1,0)");
         file_ = std::filesystem::temp_directory_path() /
                 ("brenlow-fixed-cli-" + std::to_string(::getpid()) + "-" +
                  std::to_string(GetParam() == store::Backend::mysql) + ".json");
@@ -61,7 +61,7 @@ TEST_P(FixedScheduleCli, AScheduleGoesFromDocumentToTrialBalanceAndRegister) {
     r = cli({"trial-balance", "--client", "ACME", "--year", "2016", "--json"});
     const auto rows = nlohmann::json::parse(r.out)["rows"];
     ASSERT_EQ(rows.size(), 2u);
-    // Its own head by the nature of its income-tax block.
+    // The head named as its books block.
     EXPECT_EQ(rows[0]["group"], "PLANT AND MACHINERY");
     EXPECT_EQ(rows[0]["particular"], "LATHES");
     EXPECT_EQ(rows[1]["group"], "DEPRECIATION");

@@ -19,7 +19,7 @@ protected:
         brenlow::test::ComponentTest::SetUp();
         if (IsSkipped()) return;
         auto& db = base_->dbobj();
-        db.execute("INSERT INTO BlockGroup Values (11,'PLANT',1,0)");
+        db.execute("INSERT INTO BlockGroup Values (11,'PLANT AND MACHINERY',1,0)");
         db.execute("INSERT INTO BlockGroup Values (21,'PLANT AND MACHINARY',2,3)");
         db.execute("INSERT INTO BlockGroup Values (22,'FURNITURE AND FITTINGS',2,2)");
         // Two particulars saved through the screen, with an addition and a deduction.
