@@ -46,7 +46,8 @@ std::string FixedAssetSchedule::source_list(std::size_t row) const {
     std::string list = "#0;(Opening)";
     if (row >= vsFixed.size()) return list;
     for (const auto& a : vsFixed[row].additions)
-        list += "|#" + std::to_string(a.srno) + ";" + (a.particular.empty() ? vsFixed[row].row.PART_NM : a.particular);
+        list += "|#" + std::to_string(a.srno) + ";" +
+                (a.particular.empty() ? vsFixed[row].row.PART_NM : a.particular);
     return list;
 }
 
@@ -114,7 +115,8 @@ bool FixedAssetSchedule::set_source(std::size_t row, std::size_t line, long sour
 std::optional<std::string> deduction_date_refusal(const store::FdaRow& deduction,
                                                   const store::FdaRow& addition) {
     const auto dd = Date::parse(deduction.ad_date), ad = Date::parse(addition.ad_date);
-    if (dd && ad && *dd < *ad) return "Date of Deduction can not be Lesser than Date of Addition i.e. " + ad->text();
+    if (dd && ad && *dd < *ad)
+        return "Date of Deduction can not be Lesser than Date of Addition i.e. " + ad->text();
     return std::nullopt;
 }
 
@@ -146,7 +148,8 @@ bool FixedAssetSchedule::cmddepedit_Click() {
 }
 
 void FixedAssetSchedule::set_options(const ScheduleOptions& options) {
-    store::set_client_others(db_, code_, count_, others_with(store::client_others(db_, code_, count_), options));
+    store::set_client_others(db_, code_, count_,
+                             others_with(store::client_others(db_, code_, count_), options));
     options_ = options;
 }
 
@@ -154,7 +157,8 @@ std::string FixedAssetSchedule::concessional_section() const {
     auto& base = *comp_.base;
     const depreciation::RegimeFlags flags{base.vFlagCompDom115BA(), base.vFlagIndHUF115BAC(),
                                           base.vFlagCopSoc115BAD(), base.vFlagCopSoc115BAE()};
-    return depreciation::concessional_section(year_, store::assessee_kind_of_client(db_, code_, status_), flags);
+    return depreciation::concessional_section(year_, store::assessee_kind_of_client(db_, code_, status_),
+                                              flags);
 }
 
 bool FixedAssetSchedule::regime_check() {

@@ -261,6 +261,8 @@ void FixedAssetScheduleWindow::show_sub_view(int row, SubView view) {
     line_row_ = row;
     view_ = view;
     title_->setText(QString::fromStdString(FixedAssetSchedule::sub_view_title(view)));
+    // The particular whose list is shown stays marked in the grid.
+    grid_->selectRow(row);
     const auto& l = screen_->vsFixed[static_cast<std::size_t>(row)];
     const auto& list = view == SubView::Additions    ? l.additions
                        : view == SubView::Deductions ? l.deductions

@@ -50,8 +50,8 @@ bool same_row(const store::FixedRow& a, const store::FixedRow& b) {
     return a.compit_id == b.compit_id && a.srno == b.srno && a.ref_id == b.ref_id && a.OP_BAL == b.OP_BAL &&
            a.op_bal_dep == b.op_bal_dep && a.RATE_DEP == b.RATE_DEP && a.method_id == b.method_id &&
            a.OTH_DEP == b.OTH_DEP && a.deptick == b.deptick && a.depamt == b.depamt && a.CGrpId == b.CGrpId &&
-           a.wdv == b.wdv && a.compit_rate == b.compit_rate && a.IGrpId == b.IGrpId && a.trblock == b.trblock &&
-           a.AddDepRt == b.AddDepRt && a.PART_NM == b.PART_NM;
+           a.wdv == b.wdv && a.compit_rate == b.compit_rate && a.IGrpId == b.IGrpId &&
+           a.trblock == b.trblock && a.AddDepRt == b.AddDepRt && a.PART_NM == b.PART_NM;
 }
 
 // ---- Methods -------------------------------------------------------------------------
@@ -185,11 +185,13 @@ TEST_P(FixedAssetEntryTest, TheSourceComboOffersTheParticularsAdditions) {
 
     // A number that is no addition is refused, and the deduction keeps its source.
     EXPECT_FALSE(s->set_source(0, 1, 7));
-    EXPECT_EQ(ui_.last_message(), "Source of Deduction 7 is not an addition of PLANT: choose (Opening) or one of its additions.");
+    EXPECT_EQ(ui_.last_message(),
+              "Source of Deduction 7 is not an addition of PLANT: choose (Opening) or one of its additions.");
     EXPECT_EQ(s->vsFixed[0].deductions[1].src, 1);
     // A deduction dated before the addition it would come from.
     EXPECT_FALSE(s->set_source(0, 0, 2));
-    EXPECT_EQ(ui_.last_message(), "Date of Deduction can not be Lesser than Date of Addition i.e. 15/08/2015");
+    EXPECT_EQ(ui_.last_message(),
+              "Date of Deduction can not be Lesser than Date of Addition i.e. 15/08/2015");
     EXPECT_EQ(s->vsFixed[0].deductions[0].src, 0);
     EXPECT_TRUE(s->set_source(0, 0, 1));
     EXPECT_EQ(s->vsFixed[0].deductions[0].src, 1);
@@ -203,7 +205,8 @@ TEST_P(FixedAssetEntryTest, AStoredSourceThatIsNoAdditionIsRefusedNotReset) {
     auto s = open_screen();
     s->vsFixed = {plant};
     EXPECT_FALSE(s->cmdSave_Click());
-    EXPECT_EQ(ui_.last_message(), "Source of Deduction 9 is not an addition of PLANT: choose (Opening) or one of its additions.");
+    EXPECT_EQ(ui_.last_message(),
+              "Source of Deduction 9 is not an addition of PLANT: choose (Opening) or one of its additions.");
     EXPECT_EQ(count("FIXED_" + suffix(kYear)), 0);
 }
 
@@ -212,7 +215,8 @@ TEST_P(FixedAssetEntryTest, SavingADeductionListDatedBeforeItsSourceIsRefused) {
     auto s = open_screen();
     s->vsFixed[0].deductions[1].ad_date = "01/06/2015";  // before the lathe's 15/06/2015
     EXPECT_FALSE(s->save_sub_view(0, SubView::Deductions));
-    EXPECT_EQ(ui_.last_message(), "Date of Deduction can not be Lesser than Date of Addition i.e. 15/06/2015");
+    EXPECT_EQ(ui_.last_message(),
+              "Date of Deduction can not be Lesser than Date of Addition i.e. 15/06/2015");
     EXPECT_EQ(schedule().lines(std::nullopt, store::kFdaDeduction).at(1).ad_date, "01/09/2015");
 }
 
@@ -250,11 +254,13 @@ TEST(FixedAssetOptions, OptionsChangeTheFigures) {
     a.adddepapp = "1";
     p.lines = {a};
     const OptionCase cases[] = {
-        {{true, true, false, false}, 10000 + 1825, 15000 + 5475 + 7300},  // additions for their days; add. dep.
+        {{true, true, false, false},
+         10000 + 1825,
+         15000 + 5475 + 7300},  // additions for their days; add. dep.
         {{false, true, false, false}, 10000 + 3650, 15000 + 5475 + 7300},  // additions for the whole year
         {{true, false, false, false}, 10000 + 1825, 15000 + 5475},         // no additional depreciation
-        {{true, true, true, false}, 0, 15000 + 5475 + 7300},               // books stopped; income tax goes on
-        {{true, true, false, true}, 0, 15000 + 5475 + 7300},               // books as typed: nothing typed
+        {{true, true, true, false}, 0, 15000 + 5475 + 7300},  // books stopped; income tax goes on
+        {{true, true, false, true}, 0, 15000 + 5475 + 7300},  // books as typed: nothing typed
     };
     for (const auto& c : cases) {
         const auto f = sched::particular_figures({p}, 2016, c.options)[0];
@@ -266,8 +272,10 @@ TEST(FixedAssetOptions, OptionsChangeTheFigures) {
     // Typed amounts stand with BADEP, not with STOPDEP.
     p.row.deptick = 1;
     p.row.depamt = 4321;
-    EXPECT_DOUBLE_EQ(sched::particular_figures({p}, 2016, {true, true, false, true})[0].books.depreciation, 4321);
-    EXPECT_DOUBLE_EQ(sched::particular_figures({p}, 2016, {true, true, true, false})[0].books.depreciation, 0);
+    EXPECT_DOUBLE_EQ(sched::particular_figures({p}, 2016, {true, true, false, true})[0].books.depreciation,
+                     4321);
+    EXPECT_DOUBLE_EQ(sched::particular_figures({p}, 2016, {true, true, true, false})[0].books.depreciation,
+                     0);
 }
 
 TEST_P(FixedAssetEntryTest, TheClientsOptionsAreKeptWithItsYear) {
@@ -303,11 +311,13 @@ TEST_P(ConcessionalSchedule, A115BAACompanyIsAskedToDeleteAdditionalDepreciation
     ui_.answer_no();
     EXPECT_FALSE(s->cmdSave_Click());
     ASSERT_EQ(ui_.shown().size(), 2u);
-    EXPECT_EQ(ui_.shown()[0].text,
-              "Additional Depreciation is not allowed, if opted for taxation u/s 115BA/115BAA/115BAB.\n\nIn this "
-              "case Manually Edited Depreciation chart will be considered for E-Filing purpose and Return Form "
-              "but additional depreciation will remain same in Preview of Depreciation chart.");
-    EXPECT_EQ(ui_.shown()[1].text, "Do you want to delete additional depreciation from 'Edit Chart Manually'?");
+    EXPECT_EQ(
+        ui_.shown()[0].text,
+        "Additional Depreciation is not allowed, if opted for taxation u/s 115BA/115BAA/115BAB.\n\nIn this "
+        "case Manually Edited Depreciation chart will be considered for E-Filing purpose and Return Form "
+        "but additional depreciation will remain same in Preview of Depreciation chart.");
+    EXPECT_EQ(ui_.shown()[1].text,
+              "Do you want to delete additional depreciation from 'Edit Chart Manually'?");
     EXPECT_EQ(ui_.shown()[1].default_button, "No");
     EXPECT_EQ(count("FIXED_" + suffix(kYear)), 0);
 
@@ -355,13 +365,15 @@ TEST_P(FixedAssetEntryTest, EveryBlockWithSalesGoesToCapitalGainsUnderAHeadOfTyp
     db().execute(
         "insert into capital_depr (code_no,ass_year,capital_no,assets_name,trblock) values "
         "('C001',2016,4,'USER ROW','N')");
-    db().execute("insert into Capital (code_no,ass_year,Capital_no,cap_desc,cap_type) values ('C001',2016,4,'USER "
-                 "ROW','D')");
+    db().execute(
+        "insert into Capital (code_no,ass_year,Capital_no,cap_desc,cap_type) values ('C001',2016,4,'USER "
+        "ROW','D')");
     auto nil = particular("PLANT", 150000, 50000, 15, 50000, 15);
     nil.row.trblock = 1;
     nil.deductions = {deduction(1, 150000, 50000, 60000, "10/10/2015")};
     auto sold = particular("FURNITURE", 80000, 16000, 10, 60000, 10, kItFurniture);
-    sold.deductions = {deduction(1, 8000, 2000, 5000, "01/09/2015"), deduction(2, 1000, 0, 700, "05/11/2015")};
+    sold.deductions = {deduction(1, 8000, 2000, 5000, "01/09/2015"),
+                       deduction(2, 1000, 0, 700, "05/11/2015")};
     auto kept = particular("TOOLS", 10000, 0, 15, 10000, 15);
     auto s = open_screen();
     s->vsFixed = {nil, sold, kept};
@@ -383,14 +395,15 @@ TEST_P(FixedAssetEntryTest, EveryBlockWithSalesGoesToCapitalGainsUnderAHeadOfTyp
     EXPECT_DOUBLE_EQ(rows[2].block.wdv, 60000);
     EXPECT_DOUBLE_EQ(rows[2].block.assets_trans, 0);
     // The heads: the user's, and one of capital_type 1 per block transferred.
-    const auto heads =
-        db().query("Select Capital_no, capital_type, cap_desc from Capital where code_no='C001' and ass_year=2016 "
-                   "order by Capital_no");
+    const auto heads = db().query(
+        "Select Capital_no, capital_type, cap_desc from Capital where code_no='C001' and ass_year=2016 "
+        "order by Capital_no");
     std::vector<std::tuple<long, long, std::string>> got;
     for (const auto r : heads)
-        got.emplace_back(static_cast<long>(r["Capital_no"].as_int()), static_cast<long>(r["capital_type"].as_int()),
-                         r["cap_desc"].as_text());
-    const std::vector<std::tuple<long, long, std::string>> want = {{4, 0, "USER ROW"}, {5, 1, ""}, {6, 1, ""}};
+        got.emplace_back(static_cast<long>(r["Capital_no"].as_int()),
+                         static_cast<long>(r["capital_type"].as_int()), r["cap_desc"].as_text());
+    const std::vector<std::tuple<long, long, std::string>> want = {
+        {4, 0, "USER ROW"}, {5, 1, ""}, {6, 1, ""}};
     EXPECT_EQ(got, want);
 }
 
