@@ -35,6 +35,11 @@ const char* forbidding_section(int year, AssesseeStatus s, const RegimeFlags& f)
 
 }  // namespace
 
+std::string concessional_section(int closing_year, AssesseeStatus status, const RegimeFlags& flags) {
+    const char* section = forbidding_section(closing_year, status, flags);
+    return section ? section : "";
+}
+
 RegimeDecision concessional_regime_check(int closing_year, AssesseeStatus status, const RegimeFlags& flags,
                                          const AdditionalSums& sums, bool hand_edited_chart) {
     RegimeDecision d;

@@ -40,6 +40,10 @@ struct RegimeDecision {
     std::string gate_message;  // the year gate's refusal of the removal, when it applies
 };
 
+// The section the assessee opted for that forbids additional depreciation in the year
+// ("115BA/115BAA/115BAB.", "115BAC.", "115BAD.", "115BAE."), or "" when none does.
+std::string concessional_section(int closing_year, AssesseeStatus status, const RegimeFlags& flags);
+
 RegimeDecision concessional_regime_check(int closing_year, AssesseeStatus status, const RegimeFlags& flags,
                                          const AdditionalSums& sums, bool hand_edited_chart);
 

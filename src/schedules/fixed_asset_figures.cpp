@@ -1,5 +1,6 @@
 #include "schedules/fixed_asset_figures.h"
 
+#include <cctype>
 #include <map>
 
 #include "controls/number_format.h"
@@ -15,7 +16,7 @@ using depreciation::ItEntry;
 
 constexpr int kWdv = 1, kSlm = 2, kOther = 3, kNone = 4;
 
-BooksFigures books_of(const ParticularInput& p, int year) {
+BooksFigures books_of(const ParticularInput& p, int year, const ScheduleOptions& options) {
     const auto& f = p.row;
     BooksFigures b;
     b.opening_cost = f.OP_BAL;
@@ -36,10 +37,14 @@ BooksFigures books_of(const ParticularInput& p, int year) {
             taken[a.src] += a.cost;
         }
     }
-    if (f.deptick != 0) {
+    if (options.STOPDEP) {
+        b.depreciation = 0;
+    } else if (f.deptick != 0) {
         b.depreciation = f.depamt;
     } else if (f.method_id == kOther) {
         b.depreciation = f.OTH_DEP;
+    } else if (options.BADEP) {
+        b.depreciation = 0;  // only what is typed
     } else if (f.method_id == kWdv || f.method_id == kSlm) {
         depreciation::CaRunInput in;
         in.year = year;
@@ -59,7 +64,10 @@ BooksFigures books_of(const ParticularInput& p, int year) {
         in.entries.push_back(entry(EntryKind::Opening, left_cost, left_dep, ""));
         for (const auto& a : p.lines) {
             if (a.ad_ded_id != store::kFdaAddition) continue;
-            auto e = entry(EntryKind::Addition, addition_amount(a) - taken[a.srno], 0, a.ad_date);
+            // Without SEPDEP an addition is depreciated with the opening, for the whole year.
+            auto e = options.SEPDEP
+                         ? entry(EntryKind::Addition, addition_amount(a) - taken[a.srno], 0, a.ad_date)
+                         : entry(EntryKind::Opening, addition_amount(a) - taken[a.srno], 0, "");
             if (a.fulldep != 0) {
                 e.auto_depr = false;
                 e.manual_depr = e.cost;
@@ -79,12 +87,63 @@ BooksFigures books_of(const ParticularInput& p, int year) {
 
 }  // namespace
 
+namespace {
+
+std::vector<std::string> keywords_of(std::string_view text) {
+    std::vector<std::string> out;
+    std::string word;
+    for (const char c : text) {
+        if (c == ' ' || c == ',' || c == ';' || c == '|') {
+            if (!word.empty()) out.push_back(word);
+            word.clear();
+        } else {
+            word += static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+        }
+    }
+    if (!word.empty()) out.push_back(word);
+    return out;
+}
+
+bool option_keyword(const std::string& w) {
+    return w == "SEPDEP" || w == "NOSEPDEP" || w == "ADDDEP" || w == "NOADDDEP" || w == "STOPDEP" ||
+           w == "BADEP";
+}
+
+}  // namespace
+
+ScheduleOptions options_of(std::string_view others) {
+    ScheduleOptions o;
+    for (const auto& w : keywords_of(others)) {
+        if (w == "SEPDEP") o.SEPDEP = true;
+        if (w == "NOSEPDEP") o.SEPDEP = false;
+        if (w == "ADDDEP") o.ADDDEP = true;
+        if (w == "NOADDDEP") o.ADDDEP = false;
+        if (w == "STOPDEP") o.STOPDEP = true;
+        if (w == "BADEP") o.BADEP = true;
+    }
+    return o;
+}
+
+std::string others_with(std::string_view others, const ScheduleOptions& options) {
+    std::vector<std::string> words;
+    for (auto& w : keywords_of(others))
+        if (!option_keyword(w)) words.push_back(w);
+    words.push_back(options.SEPDEP ? "SEPDEP" : "NOSEPDEP");
+    words.push_back(options.ADDDEP ? "ADDDEP" : "NOADDDEP");
+    if (options.STOPDEP) words.push_back("STOPDEP");
+    if (options.BADEP) words.push_back("BADEP");
+    std::string out;
+    for (const auto& w : words) out += (out.empty() ? "" : ",") + w;
+    return out;
+}
+
 double addition_amount(const store::FdaRow& a) {
     if (a.cost == 0 && a.excr == 0 && a.curdiff == 0 && a.grsub == 0) return a.AMT;
     return a.cost - a.excr + a.curdiff - a.grsub;
 }
 
-std::vector<ParticularFigures> particular_figures(const std::vector<ParticularInput>& particulars, int year) {
+std::vector<ParticularFigures> particular_figures(const std::vector<ParticularInput>& particulars, int year,
+                                                  const ScheduleOptions& options) {
     std::vector<ParticularFigures> out;
     depreciation::ItRunInput it;
     it.year = year;
@@ -96,7 +155,7 @@ std::vector<ParticularFigures> particular_figures(const std::vector<ParticularIn
         fig.name = p.row.PART_NM;
         fig.books_considered = p.row.CGrpId != store::kNotConsidered;
         fig.it_considered = p.row.IGrpId != store::kNotConsidered;
-        fig.books = books_of(p, year);
+        fig.books = books_of(p, year, options);
         out.push_back(std::move(fig));
         if (!out.back().it_considered) continue;
 
@@ -119,7 +178,7 @@ std::vector<ParticularFigures> particular_figures(const std::vector<ParticularIn
                 e.kind = EntryKind::Addition;
                 e.wdv_cost = addition_amount(a);
                 e.put_date = a.ad_date;
-                e.addl_rate = a.adddepapp == "1" ? p.row.AddDepRt : 0;
+                e.addl_rate = options.ADDDEP && a.adddepapp == "1" ? p.row.AddDepRt : 0;
             } else if (a.ad_ded_id == store::kFdaDeduction) {
                 // Money out of the block; the particular itself stays unless the block is nil.
                 e.sale_amt = a.AMT;
@@ -128,6 +187,7 @@ std::vector<ParticularFigures> particular_figures(const std::vector<ParticularIn
                 e.partial_deduction = true;
                 e.asset_exists = false;
             } else if (a.ad_ded_id == store::kFdaCarriedHalf) {
+                if (!options.ADDDEP) continue;
                 e.addl_dep_on = addition_amount(a);
                 e.addl_rate = a.dep;
                 e.asset_exists = false;

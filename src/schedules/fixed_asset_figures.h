@@ -20,6 +20,7 @@
 // remaining half carried from last year (ad_ded_id 3 rows, their rate kept in `dep`).
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "depreciation/income_tax.h"
@@ -55,12 +56,38 @@ struct ParticularInput {
     std::vector<store::FdaRow> lines;
 };
 
+// The client's options of the schedule, kept as keywords in the `others` text of its
+// master row for the year:
+// - "STOPDEP": depreciation as per the books stopped for the year: none for any
+//   particular, typed amounts included (income tax is not affected);
+// - "BADEP": depreciation as per the books as entered: a particular's depreciation is
+//   its typed amount (or its "OTHER METHOD" amount), never calculated;
+// - "ADDDEP": additional depreciation claimed: without it no particular is charged
+//   additional depreciation, on additions or carried from last year;
+// - "SEPDEP": the books depreciation of each addition is worked for its own days in the
+//   year apart from the opening; without it additions are depreciated with the opening
+//   for the whole year.
+struct ScheduleOptions {
+    bool SEPDEP = true;
+    bool ADDDEP = true;
+    bool STOPDEP = false;
+    bool BADEP = false;
+    friend bool operator==(const ScheduleOptions&, const ScheduleOptions&) = default;
+};
+// SEPDEP and ADDDEP hold unless turned off ("NOSEPDEP", "NOADDDEP"), so a client who
+// never set them keeps both. The options of an `others` text (keywords apart by blanks,
+// commas, semicolons or bars), and the text with the options set and its other keywords
+// kept.
+ScheduleOptions options_of(std::string_view others);
+std::string others_with(std::string_view others, const ScheduleOptions& options);
+
 // Net amount of an addition line: cost less excise credit plus currency difference less
 // grant; a line with no cost (as older data has it) counts at its Amount.
 double addition_amount(const store::FdaRow& a);
 
 // Every particular, in order, for the financial year closing 31/03/`year`.
-std::vector<ParticularFigures> particular_figures(const std::vector<ParticularInput>& particulars, int year);
+std::vector<ParticularFigures> particular_figures(const std::vector<ParticularInput>& particulars, int year,
+                                                  const ScheduleOptions& options = {});
 
 // The schedule's totals of what is transferred (books, particulars not 9999999).
 struct ScheduleTotals {

@@ -55,6 +55,8 @@ FixedAssetSchedule::FixedAssetSchedule(frame::Component& component, Ui& ui)
     previous_suffix_ = base.PYrInd() != 0 ? base.GetTbName(base.PYrInd()) : std::string();
     year_ = closing_year_of(base.SecondDate());
     status_ = base.TSTATUS();
+    count_ = base.CYrInd();
+    options_ = options_of(store::client_others(db_, code_, count_));
 }
 
 bool FixedAssetSchedule::Form_Load(bool offer_carry_forward) {
@@ -94,7 +96,7 @@ bool FixedAssetSchedule::carry_forward() {
 
     std::vector<ParticularInput> inputs;
     for (const auto& r : rows) inputs.push_back({r, prev.lines(r.ref_id, 0)});
-    const auto figs = particular_figures(inputs, year_ - 1);
+    const auto figs = particular_figures(inputs, year_ - 1, options_);
     const auto line = depreciation::half_rate_line(year_ - 2);
 
     std::vector<store::FixedRow> out;
@@ -219,7 +221,7 @@ std::vector<ParticularInput> FixedAssetSchedule::inputs() const {
 }
 
 std::vector<ParticularFigures> FixedAssetSchedule::figures() const {
-    return particular_figures(inputs(), year_);
+    return particular_figures(inputs(), year_, options_);
 }
 
 // ---- Saving ------------------------------------------------------------------------
@@ -307,6 +309,16 @@ bool FixedAssetSchedule::line_checks() {
                        : ", Which can not be Greater than Opening Depreciation of Asset i.e. ") +
                 money(dep_cap));
             return false;
+        }
+        // Every deduction comes from the opening figures or from one of the additions.
+        for (const auto& d : l.deductions) {
+            if (d.src == 0) continue;
+            bool known = false;
+            for (const auto& a : l.additions) known = known || a.srno == d.src;
+            if (!known) {
+                ui_.info(source_refusal(static_cast<std::size_t>(&l - vsFixed.data()), d.src));
+                return false;
+            }
         }
         for (const auto& a : l.additions) {
             double from_it = 0;
@@ -484,10 +496,11 @@ bool FixedAssetSchedule::reconcile() {
 bool FixedAssetSchedule::cmdSave_Click() {
     // The questions reach the person (or stop a command line) before anything is written.
     bool checked = false;
-    if (!frame::stopped_whole(
-            comp_.log, ui_, "formatsch", "cmdSave_Click", "The schedule could not be checked.", [&] {
-                checked = row_checks() && line_checks() && warnings() && e_filing_check() && reconcile();
-            }))
+    if (!frame::stopped_whole(comp_.log, ui_, "formatsch", "cmdSave_Click",
+                              "The schedule could not be checked.", [&] {
+                                  checked = row_checks() && line_checks() && warnings() && e_filing_check() &&
+                                            regime_check() && reconcile();
+                              }))
         return false;
     if (!checked) return false;
     return frame::stopped_whole(
@@ -498,7 +511,6 @@ bool FixedAssetSchedule::cmdSave_Click() {
                 if (l.empty()) continue;
                 l.row.srno = ++sr;
                 l.row.compit_id = sr;
-                if (l.row.method_id == 3 && l.row.deptick == 0) l.row.OTH_DEP = l.row.depamt;
                 rows.push_back({l.row, upper(trim(l.row.PART_NM))});
             }
             store::FixedScheduleStore st(db_, suffix_, code_);
@@ -520,6 +532,14 @@ bool FixedAssetSchedule::save_sub_view(std::size_t row, SubView view) {
     auto& list = view == SubView::Additions    ? l.additions
                  : view == SubView::Deductions ? l.deductions
                                                : l.carried;
+    if (view == SubView::Deductions)
+        for (const auto& d : l.deductions)
+            for (const auto& a : l.additions)
+                if (d.src != 0 && d.src == a.srno)
+                    if (const auto refusal = deduction_date_refusal(d, a)) {
+                        ui_.info(*refusal);
+                        return false;
+                    }
     long sr = 0;
     for (auto& a : list) {
         if (a.particular.empty()) a.particular = l.row.PART_NM;

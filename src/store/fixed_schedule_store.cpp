@@ -180,6 +180,11 @@ std::vector<long> FixedScheduleStore::save_particulars(const std::vector<SavedPa
                     quoted(p.name) + ")");
         ids.push_back(f.ref_id);
     }
+    // A particular taken out of the schedule takes its additions and deductions along.
+    std::string kept;
+    for (const long id : ids) kept += (kept.empty() ? "" : ",") + num(id);
+    db_.execute("Delete from " + fda_table() + " where code_no=" + quoted(code_) +
+                (kept.empty() ? std::string() : " and ref_id not in (" + kept + ")"));
     db_.flush_tables();
     tx.commit();
     return ids;
@@ -244,6 +249,37 @@ std::vector<BlockChoice> schedule_blocks(Database& db, int grp_type) {
                                  num(static_cast<long>(grp_type)) + " and GrpId<>0 Order by GrpId"))
         out.push_back({as_long(r["GrpId"]), r["grpdesc"].as_text(), static_cast<int>(r["BlockNo"].as_int())});
     return out;
+}
+
+void replace_schedule_capital_gains(Database& db, std::string_view code, int ass_year,
+                                    const std::vector<BlockTransfer>& rows) {
+    for (const auto& b : rows) check_text("capital_depr new row", "assets_name", b.assets_name, kNameChars);
+    const std::string where = " where code_no=" + quoted(code) + " And ass_year=" + num(long{ass_year});
+    TableLock lock(db, {"Capital", "capital_depr"});
+    Transaction tx(db);
+    db.execute("Delete from Capital" + where + " and Capital_no In (Select capital_no from capital_depr" +
+               where + " and TrBlock='Y')");
+    db.execute("Delete from capital_depr" + where + " and TrBlock='Y'");
+    db.flush_tables();
+    long no = as_long(db.query("Select Max(Capital_no) as MaxCap from Capital where code_no=" + quoted(code) +
+                               " and ass_year = " + num(long{ass_year}))
+                          .first("MaxCap"));
+    for (const auto& b : rows) {
+        ++no;
+        db.execute("insert into capital (code_no,ass_year,capital_no,capital_type) values (" + quoted(code) +
+                   "," + num(long{ass_year}) + "," + num(no) + ",1)");
+        db.execute(
+            "insert into capital_depr "
+            "(code_no,ass_year,capital_no,assets_name,dtsale,sales_cons,wdv,addition,trans_expen,assets_"
+            "trans,"
+            "trblock) values (" +
+            quoted(code) + "," + num(long{ass_year}) + "," + num(no) + "," + quoted(b.assets_name) + "," +
+            quoted(b.dtsale) + "," + num(b.sales_cons) + "," + num(b.wdv) + "," + num(b.addition) + "," +
+            num(b.trans_expen) + "," + num(b.assets_trans) + ",'Y')");
+    }
+    db.flush_tables();
+    tx.commit();
+    lock.release();
 }
 
 std::string client_others(Database& db, std::string_view code, int count) {

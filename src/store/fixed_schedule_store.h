@@ -15,6 +15,7 @@
 
 #include "store/database.h"
 #include "store/register_store.h"
+#include "store/transfer_store.h"
 
 namespace brenlow::store {
 
@@ -106,7 +107,8 @@ public:
     // each new name its mast_fix_part id (re-pointing the FDA_ rows of the old id), give
     // a particular whose block is "[New]" (0) a block of its own name (made when missing),
     // insert every row with its srno and compit_id, and write each marker row. Returns
-    // the ref_id written for each particular, in order. All or nothing.
+    // the ref_id written for each particular, in order. The lines of a particular no
+    // longer in the schedule go with it. All or nothing.
     std::vector<long> save_particulars(const std::vector<SavedParticular>& rows);
 
     // An additions / deductions / carried-half list saved: the particular's rows of
@@ -136,6 +138,14 @@ struct BlockChoice {
     int BlockNo = 0;
 };
 std::vector<BlockChoice> schedule_blocks(Database& db, int grp_type);
+
+// The schedule's transfer to the capital-gains records of depreciable assets: the rows
+// an earlier transfer made (capital_depr with TrBlock 'Y') and their heads in capital
+// removed, then one head ("insert into capital (code_no,ass_year,capital_no,capital_type)
+// values (...,1)") and one capital_depr row per block, numbered on from the largest
+// Capital_no of the client's assessment year. The user's own rows stay. All or nothing.
+void replace_schedule_capital_gains(Database& db, std::string_view code, int ass_year,
+                                    const std::vector<BlockTransfer>& rows);
 
 // The client's options text (master.others) of the year numbered `count`.
 std::string client_others(Database& db, std::string_view code, int count);

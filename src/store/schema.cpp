@@ -94,6 +94,14 @@ void rename_old_name_columns(Database& db) {
     }
 }
 
+// A column that later versions write, added to a table made before them.
+void add_missing_column(Database& db, const char* table, const char* column, const char* type) {
+    const auto columns = db.query(std::string("select * from ") + table + " where 1=0").names();
+    for (const auto& c : columns)
+        if (equals_case_blind(c, column)) return;
+    db.execute(std::string("ALTER TABLE ") + table + " ADD COLUMN " + column + " " + type);
+}
+
 }  // namespace
 
 const std::vector<std::string>& year_table_stems() {
@@ -162,7 +170,8 @@ void create_shared_tables(Database& db) {
                           ", dtsale Char(10), sales_cons Double, wdv Double, addition Double, "
                           "trans_expen Double, assets_trans Double, trblock Char(1)"));
     db.execute(create("Capital", "code_no " + client + ", ass_year Int(11), Capital_no Int(11), cap_desc " +
-                                     name + ", cap_type Char(1)"));
+                                     name + ", cap_type Char(1), capital_type Int(11)"));
+    add_missing_column(db, "Capital", "capital_type", "Int(11)");
     db.execute(create("owner1", "code_no " + client + ", code Int(11), f_nm " + name + ", m_nm " + name +
                                     ", l_nm " + name));
     db.execute(create("prfa", "code_no " + client + ", code Int(11), rcount Int(11), rat Double"));

@@ -1,6 +1,7 @@
 #include "ui/fixed_asset_schedule_window.h"
 
 #include <QCheckBox>
+#include <QColor>
 #include <QComboBox>
 #include <QDialog>
 #include <QDialogButtonBox>
@@ -15,6 +16,7 @@
 #include "controls/number_format.h"
 #include "schedules/fixed_schedule_report.h"
 #include "store/client_store.h"
+#include "ui/chart_editor_window.h"
 
 namespace brenlow::ui {
 namespace {
@@ -37,6 +39,11 @@ QComboBox* combo_of(const std::string& list, long id, QWidget* parent) {
     const IdTextList items = IdTextList::parse(list);
     for (const auto& it : items.items())
         box->addItem(QString::fromStdString(it.text), QString::fromStdString(it.id));
+    // A stored id the list lacks is shown as it is (none as a blank), never silently
+    // replaced by the first of the list.
+    if (box->findData(QString::number(id)) < 0)
+        box->insertItem(id == 0 ? 0 : box->count(), id == 0 ? QString() : QString::number(id),
+                        QString::number(id));
     box->setCurrentIndex(std::max(0, box->findData(QString::number(id))));
     return box;
 }
@@ -69,11 +76,26 @@ FixedAssetScheduleWindow::FixedAssetScheduleWindow(frame::Component& component, 
     auto* print_it = new QPushButton("&Print IT Chart", this);
     auto* print_books = new QPushButton("Print &Books Chart", this);
     auto* close = new QPushButton("&Close", this);
+    auto* del_row = new QPushButton("&Delete Row", this);
+    auto* del_line = new QPushButton("Delete L&ine", this);
+    auto* dep_edit = new QPushButton("Edit Chart &Manually", this);
+    connect(del_row, &QPushButton::clicked, this, [this] { delete_row(); });
+    connect(del_line, &QPushButton::clicked, this, [this] { delete_line(); });
+    connect(dep_edit, &QPushButton::clicked, this, [this] {
+        if (!screen_->cmddepedit_Click()) return;
+        auto* editor = new ChartEditorWindow(component_, this);
+        editor->setWindowFlag(Qt::Window);
+        editor->setAttribute(Qt::WA_DeleteOnClose);
+        if (editor->load())
+            editor->show();
+        else
+            editor->deleteLater();
+    });
     connect(print_it, &QPushButton::clicked, this, [this] { print(true); });
     connect(print_books, &QPushButton::clicked, this, [this] { print(false); });
     connect(add_row, &QPushButton::clicked, this, [this] {
         take_grid();
-        screen_->vsFixed.emplace_back();
+        screen_->cmdAdd_Click();
         refresh();
     });
     connect(save_button, &QPushButton::clicked, this, [this] { save(); });
@@ -91,13 +113,7 @@ FixedAssetScheduleWindow::FixedAssetScheduleWindow(frame::Component& component, 
     connect(add_line, &QPushButton::clicked, this, [this] {
         if (line_row_ < 0) return;
         take_lines();
-        auto& l = screen_->vsFixed[static_cast<std::size_t>(line_row_)];
-        store::FdaRow a;
-        a.ad_ded_id = static_cast<int>(view_);
-        (view_ == SubView::Additions    ? l.additions
-         : view_ == SubView::Deductions ? l.deductions
-                                        : l.carried)
-            .push_back(a);
+        screen_->add_line(static_cast<std::size_t>(line_row_), view_);
         show_sub_view(line_row_, view_);
     });
     connect(save_lines, &QPushButton::clicked, this, [this] {
@@ -114,13 +130,14 @@ FixedAssetScheduleWindow::FixedAssetScheduleWindow(frame::Component& component, 
     });
 
     auto* buttons = new QHBoxLayout;
-    for (QPushButton* b : {add_row, save_button, trans, fatrans, print_it, print_books})
+    for (QPushButton* b : {add_row, del_row, save_button, trans, fatrans, dep_edit, print_it, print_books})
         buttons->addWidget(b);
     buttons->addStretch(1);
     buttons->addWidget(close);
     auto* line_buttons = new QHBoxLayout;
     line_buttons->addWidget(title_, 1);
     line_buttons->addWidget(add_line);
+    line_buttons->addWidget(del_line);
     line_buttons->addWidget(save_lines);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(grid_, 3);
@@ -159,6 +176,7 @@ void FixedAssetScheduleWindow::refresh() {
                                      "Higher Rate as per Old Table"};
     for (int c = 0; c < kColumns; ++c) grid_->setHorizontalHeaderItem(c, new QTableWidgetItem(heads[c]));
     grid_->setRowCount(static_cast<int>(s.vsFixed.size()));
+    shown_dep_.assign(s.vsFixed.size(), QString());
     const auto figs = s.figures();
     std::size_t k = 0;
     for (int r = 0; r < grid_->rowCount(); ++r) {
@@ -177,6 +195,10 @@ void FixedAssetScheduleWindow::refresh() {
         set(sched::colOpeningDep, money(f.op_bal_dep));
         set(sched::colRate, money(f.RATE_DEP));
         set(sched::colDepYear, money(dep));
+        shown_dep_[static_cast<std::size_t>(r)] = money(dep);
+        // A typed amount (or an "OTHER METHOD" one) is shown apart from a calculated one.
+        if (f.deptick || f.method_id == 3)
+            grid_->item(r, sched::colDepYear)->setBackground(QColor(255, 250, 205));
         set(sched::colWdv, money(f.wdv));
         set(sched::colItRate, money(f.compit_rate));
         set(sched::colAddDepRate, money(f.AddDepRt));
@@ -187,7 +209,8 @@ void FixedAssetScheduleWindow::refresh() {
         nil->setFlags(Qt::ItemIsEnabled | Qt::ItemIsUserCheckable);
         nil->setCheckState(f.trblock ? Qt::Checked : Qt::Unchecked);
         grid_->setItem(r, sched::colBlockNil, nil);
-        grid_->setCellWidget(r, sched::colMethod, combo_of(s.method_list(), f.method_id, grid_));
+        grid_->setCellWidget(r, sched::colMethod,
+                             combo_of(s.method_list_of(static_cast<std::size_t>(r)), f.method_id, grid_));
         grid_->setCellWidget(r, sched::colBooksBlock, combo_of(s.books_block_list(), f.CGrpId, grid_));
         grid_->setCellWidget(r, sched::colItBlock, combo_of(s.it_block_list(), f.IGrpId, grid_));
         grid_->setCellWidget(r, sched::colOldTable,
@@ -222,8 +245,14 @@ void FixedAssetScheduleWindow::take_grid() {
         f.IGrpId = combo_id(grid_, r, sched::colItBlock);
         l.old_table = static_cast<int>(combo_id(grid_, r, sched::colOldTable));
         f.trblock = grid_->item(r, sched::colBlockNil)->checkState() == Qt::Checked ? 1 : 0;
-        // "OTHER METHOD" takes the amount typed as its depreciation for the year.
-        if (f.method_id == 3) f.OTH_DEP = f.depamt = number_of(grid_->item(r, sched::colDepYear));
+        // Only a depreciation the person typed over is taken; an emptied cell goes back
+        // to the calculation.
+        const QString typed = grid_->item(r, sched::colDepYear)->text().trimmed();
+        if (static_cast<std::size_t>(r) < shown_dep_.size() &&
+            typed != shown_dep_[static_cast<std::size_t>(r)])
+            screen_->type_depreciation(
+                static_cast<std::size_t>(r),
+                typed.isEmpty() ? std::nullopt : std::optional<double>(typed.toDouble()));
     }
 }
 
@@ -232,6 +261,8 @@ void FixedAssetScheduleWindow::show_sub_view(int row, SubView view) {
     line_row_ = row;
     view_ = view;
     title_->setText(QString::fromStdString(FixedAssetSchedule::sub_view_title(view)));
+    // The particular whose list is shown stays marked in the grid.
+    grid_->selectRow(row);
     const auto& l = screen_->vsFixed[static_cast<std::size_t>(row)];
     const auto& list = view == SubView::Additions    ? l.additions
                        : view == SubView::Deductions ? l.deductions
@@ -252,6 +283,9 @@ void FixedAssetScheduleWindow::show_sub_view(int row, SubView view) {
                                    QString::number(a.src),
                                    QString::fromStdString(a.adddepapp == "1" ? "Yes" : "No")};
         for (int c = 0; c < 12; ++c) lines_->setItem(r, c, new QTableWidgetItem(cells[c]));
+        if (view == SubView::Deductions)
+            lines_->setCellWidget(
+                r, 10, combo_of(screen_->source_list(static_cast<std::size_t>(row)), a.src, lines_));
     }
     line_columns(view);
 }
@@ -289,9 +323,36 @@ void FixedAssetScheduleWindow::take_lines() {
         a.dtpur = text(7).toStdString();
         a.dep = text(8).toDouble();
         a.fulldep = text(9).startsWith('Y', Qt::CaseInsensitive) ? 1 : 0;
-        a.src = text(10).toLong();
+        if (view_ == SubView::Deductions && combo_id(lines_, r, 10) != a.src)
+            screen_->set_source(static_cast<std::size_t>(line_row_), static_cast<std::size_t>(r),
+                                combo_id(lines_, r, 10));
         a.adddepapp.assign(1, text(11).startsWith('Y', Qt::CaseInsensitive) ? '1' : '0');
     }
+}
+
+void FixedAssetScheduleWindow::delete_row() {
+    const int row = grid_->currentRow();
+    if (row < 0 || row >= static_cast<int>(screen_->vsFixed.size())) return;
+    take_grid();
+    take_lines();
+    if (!screen_->cmddel_Click(static_cast<std::size_t>(row))) return;
+    if (line_row_ == row) line_row_ = -1;
+    if (line_row_ > row) --line_row_;
+    refresh();
+    if (line_row_ >= 0) show_sub_view(line_row_, view_);
+}
+
+void FixedAssetScheduleWindow::delete_line() {
+    const int line = lines_->currentRow();
+    if (line_row_ < 0 || line < 0) return;
+    take_grid();
+    take_lines();
+    if (!screen_->delete_line(static_cast<std::size_t>(line_row_), view_, static_cast<std::size_t>(line)))
+        return;
+    // The row's figures follow the lines left.
+    const int row = line_row_;
+    refresh();
+    show_sub_view(row, view_);
 }
 
 void FixedAssetScheduleWindow::save() {

@@ -34,6 +34,9 @@ public:
     void show_sub_view(int row, sched::SubView view);
     // Redraws the grids from the screen.
     void refresh();
+    // Delete Row / Delete Line: the grid's current row, the list's current line.
+    void delete_row();
+    void delete_line();
 
 private:
     void take_grid();
@@ -49,6 +52,7 @@ private:
     QTableWidget* grid_;
     QTableWidget* lines_;
     QLabel* title_;
+    std::vector<QString> shown_dep_;  // "Depreciation for the year" as last drawn
     int line_row_ = -1;
     sched::SubView view_ = sched::SubView::Additions;
     bool refreshing_ = false;

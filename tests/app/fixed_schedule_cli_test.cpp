@@ -23,7 +23,7 @@ protected:
         for (const char* year : {"2016", "2017"})
             ASSERT_EQ(cli({"init", "--client", "ACME", "--year", year, "--status", "2"}).code, 0);
         db().execute("INSERT INTO BlockGroup Values (21,'PLANT AND MACHINARY',2,3)");
-        db().execute("INSERT INTO BlockGroup Values (11,'PLANT',1,0)");
+        db().execute("INSERT INTO BlockGroup Values (11,'PLANT AND MACHINERY',1,0)");
         file_ = std::filesystem::temp_directory_path() /
                 ("brenlow-fixed-cli-" + std::to_string(::getpid()) + "-" +
                  std::to_string(GetParam() == store::Backend::mysql) + ".json");
@@ -61,7 +61,7 @@ TEST_P(FixedScheduleCli, AScheduleGoesFromDocumentToTrialBalanceAndRegister) {
     r = cli({"trial-balance", "--client", "ACME", "--year", "2016", "--json"});
     const auto rows = nlohmann::json::parse(r.out)["rows"];
     ASSERT_EQ(rows.size(), 2u);
-    // Its own head by the nature of its income-tax block.
+    // The head named as its books block.
     EXPECT_EQ(rows[0]["group"], "PLANT AND MACHINERY");
     EXPECT_EQ(rows[0]["particular"], "LATHES");
     EXPECT_EQ(rows[1]["group"], "DEPRECIATION");
@@ -133,6 +133,50 @@ TEST_P(FixedScheduleCli, BadInputIsNamedAndChangesNothing) {
     EXPECT_NE(r.err.find("no particulars"), std::string::npos) << r.err;
     EXPECT_EQ(cli({"schedules", "--help"}).code, 0);
     EXPECT_EQ(cli({"register", "merge", "--help"}).code, 0);
+}
+
+// Entries that change the year's figures ask first; --yes answers, without it nothing is
+// written and the command ends with 2.
+TEST_P(FixedScheduleCli, EntriesAskBeforeTheyChangeTheFigures) {
+    ASSERT_EQ(
+        cli({"schedules", "fixed", "import", file_.string(), "--client", "ACME", "--year", "2016", "--yes"})
+            .code,
+        0);
+    const auto lines = [&] {
+        return db()
+            .query("select count(*) as n from FDA_2016 where code_no='ACME' and ad_ded_id=1")
+            .first("n")
+            .as_int();
+    };
+    const std::vector<std::string> del = {"schedules", "fixed",      "delete", "--client",
+                                          "ACME",      "--year",     "2016",   "--particular",
+                                          "lathes",    "--addition", "1"};
+    auto r = cli(del);
+    EXPECT_EQ(r.code, 2) << r.err;
+    EXPECT_NE(r.err.find("Do you want to delele the selected item?"), std::string::npos) << r.err;
+    EXPECT_EQ(lines(), 1);
+    auto with_yes = del;
+    with_yes.push_back("--yes");
+    r = cli(with_yes);
+    ASSERT_EQ(r.code, 0) << r.err;
+    EXPECT_EQ(lines(), 0);
+
+    r = cli({"schedules", "fixed", "depreciation", "--client", "ACME", "--year", "2016", "--particular",
+             "LATHES", "--amount", "12,000", "--yes"});
+    ASSERT_EQ(r.code, 0) << r.err;
+    const auto row = db().query("select method_id, deptick, depamt from FIXED_2016 where code_no='ACME'");
+    EXPECT_EQ(row.first("method_id").as_int(), 1);
+    EXPECT_EQ(row.first("deptick").as_int(), 1);
+    EXPECT_DOUBLE_EQ(row.first("depamt").as_double(), 12000);
+
+    r = cli({"schedules", "fixed", "options", "--client", "ACME", "--year", "2016", "--on", "stopdep"});
+    EXPECT_EQ(r.code, 2) << r.err;
+    r = cli(
+        {"schedules", "fixed", "options", "--client", "ACME", "--year", "2016", "--on", "stopdep", "--yes"});
+    ASSERT_EQ(r.code, 0) << r.err;
+    EXPECT_EQ(r.out, "SEPDEP on, ADDDEP on, STOPDEP on, BADEP off\n");
+    r = cli({"schedules", "fixed", "show", "--client", "ACME", "--year", "2016", "--json"});
+    EXPECT_DOUBLE_EQ(nlohmann::json::parse(r.out)["particulars"][0]["Depreciation"].get<double>(), 0);
 }
 
 BRENLOW_INSTANTIATE_BACKENDS(FixedScheduleCli);

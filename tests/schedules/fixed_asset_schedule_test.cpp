@@ -396,23 +396,6 @@ TEST_P(FixedAssetScheduleTest, BlockNilParticularGoesToCapitalGains) {
     EXPECT_DOUBLE_EQ(rows[1].block.wdv, 50000);
 }
 
-TEST_P(FixedAssetScheduleTest, AConcessionalRegimeRefusesAdditionalDepreciation) {
-    base_->create_client_year("C001", kYear, "ACME TRADERS", 3);
-    base_->SetMiscOthInf("REGIME115BA", "1", base_->SecondDate(), "C001", "");
-    auto plant = particular("PLANT", 150000, 50000, 15, 100000, 15);
-    plant.row.AddDepRt = 20;
-    plant.additions = {addition(1, 40000, "15/06/2015", true)};
-    auto s = open_screen();
-    s->vsFixed = {plant};
-    EXPECT_FALSE(s->cmdfatrans_Click());
-    EXPECT_EQ(ui_.last_message().rfind(
-                  "Additional Depreciation is not allowed, if opted for taxation u/s 115BA", 0),
-              0u)
-        << ui_.last_message();
-    EXPECT_TRUE(ui_.questions().empty());
-    EXPECT_TRUE(store::capital_gain_rows(db(), "C001", kYear).empty());
-}
-
 BRENLOW_INSTANTIATE_BACKENDS(FixedAssetScheduleTest);
 
 }  // namespace

@@ -40,7 +40,8 @@ protected:
         base_->create_client_year("C001", kYear, "ACME TRADERS", 2);
         comp_.base = base_;
         comp_.log.set_exe_path(dir_.string());
-        db().execute("INSERT INTO BlockGroup Values (" + std::to_string(kBooksPlant) + ",'PLANT',1,0)");
+        db().execute("INSERT INTO BlockGroup Values (" + std::to_string(kBooksPlant) +
+                     ",'PLANT AND MACHINERY',1,0)");
         db().execute("INSERT INTO BlockGroup Values (" + std::to_string(kItPlant) +
                      ",'PLANT AND MACHINARY',2,3)");
         db().execute("INSERT INTO BlockGroup Values (" + std::to_string(kItFurniture) +

@@ -2,8 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QComboBox>
 #include <QHeaderView>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTimer>
 
 #include "support/component_fixture.h"
 #include "support/scripted_ui.h"
@@ -19,7 +23,7 @@ protected:
         brenlow::test::ComponentTest::SetUp();
         if (IsSkipped()) return;
         auto& db = base_->dbobj();
-        db.execute("INSERT INTO BlockGroup Values (11,'PLANT',1,0)");
+        db.execute("INSERT INTO BlockGroup Values (11,'PLANT AND MACHINERY',1,0)");
         db.execute("INSERT INTO BlockGroup Values (21,'PLANT AND MACHINARY',2,3)");
         db.execute("INSERT INTO BlockGroup Values (22,'FURNITURE AND FITTINGS',2,2)");
         // Two particulars saved through the screen, with an addition and a deduction.
@@ -74,6 +78,84 @@ TEST_P(FixedAssetScheduleWindowTest, ShowsTheParticularsWithTheirHeadingsAndList
     EXPECT_TRUE(brenlow::test::save_picture(w, "fixed-asset-schedule"));
     // The particulars are drawn in the grid, not only its background and rules.
     EXPECT_GT(brenlow::test::drawn_colours(*grid->viewport()), 10);
+}
+
+// Boxes the window shows, read and answered Yes (or OK) as they come up.
+class AnsweredBoxes {
+public:
+    AnsweredBoxes() {
+        QObject::connect(&timer_, &QTimer::timeout, [this] {
+            if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
+                shown_.push_back(box->text().toStdString());
+                if (auto* yes = box->button(QMessageBox::Yes))
+                    yes->click();
+                else if (auto* ok = box->button(QMessageBox::Ok))
+                    ok->click();
+            }
+        });
+        timer_.start(20);
+    }
+    const std::vector<std::string>& shown() const { return shown_; }
+
+private:
+    QTimer timer_;
+    std::vector<std::string> shown_;
+};
+
+QPushButton* button(QWidget& w, const QString& caption) {
+    for (auto* b : w.findChildren<QPushButton*>())
+        if (b->text() == caption) return b;
+    return nullptr;
+}
+
+TEST_P(FixedAssetScheduleWindowTest, AStraightLineRowSurvivesAddRowAndSave) {
+    // The client keeps books as a non-company, whose method list is the short one.
+    auto& db = base_->dbobj();
+    const auto suffix = base_->GetTbName(base_->CYrInd());
+    db.execute("Update FIXED_" + suffix + " set method_id=2 where srno=1");
+    store::FixedScheduleStore st(db, suffix, base_->Temp_Code());
+    const auto before = st.particulars();
+    FixedAssetScheduleWindow w(component_);
+    ASSERT_TRUE(w.load());
+    auto* method = qobject_cast<QComboBox*>(w.grid()->cellWidget(0, sched::colMethod));
+    EXPECT_EQ(method->currentText(), "STRAIGHT LINE METHOD");
+    AnsweredBoxes boxes;
+    button(w, "&Add Row")->click();
+    ASSERT_EQ(w.grid()->rowCount(), 3);
+    button(w, "&Save")->click();
+    const auto after = st.particulars();
+    ASSERT_EQ(after.size(), before.size());
+    EXPECT_EQ(after[0].method_id, 2);
+    EXPECT_EQ(after[0].deptick, 0);
+    EXPECT_DOUBLE_EQ(after[0].OTH_DEP, before[0].OTH_DEP);
+    EXPECT_DOUBLE_EQ(after[0].depamt, before[0].depamt);
+}
+
+TEST_P(FixedAssetScheduleWindowTest, ADeletedDeductionLeavesTheGridWithTheFiguresThatFollow) {
+    FixedAssetScheduleWindow w(component_);
+    ASSERT_TRUE(w.load());
+    const QString depreciation_before = w.grid()->item(1, sched::colDepYear)->text();
+    w.show_sub_view(1, sched::SubView::Deductions);
+    ASSERT_EQ(w.lines()->rowCount(), 1);
+    // The source is a combo of the particular's additions (it has none).
+    auto* source = qobject_cast<QComboBox*>(w.lines()->cellWidget(0, 10));
+    ASSERT_NE(source, nullptr);
+    EXPECT_EQ(source->count(), 1);
+    EXPECT_EQ(source->currentText(), "(Opening)");
+    w.lines()->setCurrentCell(0, 0);
+    AnsweredBoxes boxes;
+    button(w, "Delete L&ine")->click();
+    ASSERT_EQ(boxes.shown().size(), 1u);
+    EXPECT_EQ(boxes.shown()[0], "Do you want to delele the selected item?");
+    EXPECT_EQ(w.lines()->rowCount(), 0);
+    EXPECT_EQ(w.grid()->item(1, sched::colDeductions)->text(), "(0) ...");
+    // 10% of 80000 - 16000, no longer of what the deduction took away.
+    EXPECT_EQ(w.grid()->item(1, sched::colDepYear)->text(), "6400.00");
+    EXPECT_NE(w.grid()->item(1, sched::colDepYear)->text(), depreciation_before);
+    w.show();
+    if (GetParam() == store::Backend::sqlite) {
+        EXPECT_TRUE(brenlow::test::save_picture(w, "fixed-asset-schedule-after-delete"));
+    }
 }
 
 BRENLOW_INSTANTIATE_BACKENDS(FixedAssetScheduleWindowTest);

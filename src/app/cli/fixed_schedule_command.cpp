@@ -1,9 +1,11 @@
 // The per-particular fixed-asset schedule on the command line: `schedules fixed
-// show|export|import|carry-forward`, `schedules transfer trial-balance|capital-gains`,
-// and the register's `import-schedule` (last year's schedule into this year's register)
-// and `merge`. Each drives the same screen class the desktop shows, with its questions
-// answered by --yes (stopped at the first without it).
+// show|export|import|carry-forward|chart|delete|source|depreciation|options`, `schedules transfer
+// trial-balance|capital-gains`, and the register's `import-schedule` (last year's schedule into this year's
+// register) and `merge`. Each drives the same screen class the desktop shows, with its questions answered by
+// --yes (stopped at the first without it).
 
+#include <algorithm>
+#include <cctype>
 #include <filesystem>
 #include <fstream>
 #include <iomanip>
@@ -32,6 +34,14 @@ constexpr const char* kSchedulesHelp =
     "       brenlow [--db URL] schedules fixed import FILE.json --client CODE --year YYYY [--yes]\n"
     "       brenlow [--db URL] schedules fixed carry-forward --client CODE --year YYYY [--yes-40]\n"
     "       brenlow [--db URL] schedules fixed chart --it|--books --client CODE --year YYYY [--pdf FILE]\n"
+    "       brenlow [--db URL] schedules fixed delete --client CODE --year YYYY --particular NAME\n"
+    "               [--addition SRNO | --deduction SRNO | --carried SRNO] [--yes]\n"
+    "       brenlow [--db URL] schedules fixed source --client CODE --year YYYY --particular NAME\n"
+    "               --deduction SRNO --from SRNO|0 [--yes]\n"
+    "       brenlow [--db URL] schedules fixed depreciation --client CODE --year YYYY --particular NAME\n"
+    "               --amount AMOUNT|calculated [--yes]\n"
+    "       brenlow [--db URL] schedules fixed options --client CODE --year YYYY [--on LIST] [--off LIST] "
+    "[--yes]\n"
     "       brenlow [--db URL] schedules transfer trial-balance|capital-gains --client CODE --year YYYY "
     "[--yes]\n"
     "\n"
@@ -43,9 +53,14 @@ constexpr const char* kSchedulesHelp =
     "                        as text or as a PDF file\n"
     "  fixed carry-forward   last year's particulars at their closing figures (rates above 40% kept\n"
     "                        unless --yes-40)\n"
+    "  fixed delete          a particular, or one of its lines by srno, then the schedule saved\n"
+    "  fixed source          the addition (its srno; 0 the opening figures) a deduction is taken from\n"
+    "  fixed depreciation    the books depreciation for the year typed over the calculated one\n"
+    "                        (calculated: back to the calculation)\n"
+    "  fixed options         the client's options SEPDEP, ADDDEP, STOPDEP, BADEP (comma lists)\n"
     "  transfer trial-balance  books figures per particular replace the trial balance's 'Fixed Assets',\n"
     "                        'Depreciation' and 'Profit on Sale of Fixed Assets' particulars\n"
-    "  transfer capital-gains  each particular that ended nil becomes a capital-gains row\n"
+    "  transfer capital-gains  each particular with a sale or deduction becomes a capital-gains row\n"
     "Questions are answered No unless --yes (exit code 2 when one stopped the command).\n";
 
 constexpr const char* kImportHelp =
@@ -229,6 +244,149 @@ int transfer(Context& ctx, const Options& opt) {
     return done ? 0 : 1;
 }
 
+// The row of the particular named by --particular (case-blind).
+std::size_t particular_row(const sched::FixedAssetSchedule& screen, const Options& opt) {
+    std::string wanted = opt.require("particular");
+    std::transform(wanted.begin(), wanted.end(), wanted.begin(),
+                   [](unsigned char c) { return std::toupper(c); });
+    for (std::size_t i = 0; i < screen.vsFixed.size(); ++i) {
+        std::string name = screen.vsFixed[i].row.PART_NM;
+        std::transform(name.begin(), name.end(), name.begin(),
+                       [](unsigned char c) { return std::toupper(c); });
+        if (name == wanted) return i;
+    }
+    throw UsageError("Option --particular: the schedule has no particular \"" + opt.require("particular") +
+                     "\".");
+}
+
+// The line of a row's list whose srno is given.
+std::size_t line_of(const std::vector<store::FdaRow>& list, const Options& opt, const std::string& option) {
+    const int srno = opt.require_int(option, 1, 1000000);
+    for (std::size_t i = 0; i < list.size(); ++i)
+        if (list[i].srno == srno) return i;
+    throw UsageError("Option --" + option + ": the particular has no such line " + std::to_string(srno) +
+                     ".");
+}
+
+// Saves what an entry command changed; the save's own questions need --yes.
+int saved(Context& ctx, Opened& s, const std::string& done) {
+    if (!s.screen->cmdSave_Click()) {
+        ctx.err << "Nothing was changed.\n";
+        return 1;
+    }
+    ctx.out << done << "\n";
+    return 0;
+}
+
+int delete_entry(Context& ctx, const Options& opt) {
+    opt.reject_unknown({"client", "year", "particular", "addition", "deduction", "carried", "yes"});
+    int year = 0;
+    code_and_year(ctx, opt, year);
+    auto s = open_schedule(ctx, opt.has("yes"), false, false);
+    const std::size_t row = particular_row(*s->screen, opt);
+    const auto& l = s->screen->vsFixed[row];
+    const std::string name = l.row.PART_NM;
+    int kinds = 0;
+    for (const char* k : {"addition", "deduction", "carried"}) kinds += opt.has(k) ? 1 : 0;
+    if (kinds > 1) throw UsageError("delete takes one of --addition, --deduction and --carried.");
+    if (kinds == 0) {
+        if (!s->screen->cmddel_Click(row)) return 1;
+        return saved(ctx, *s, "Deleted " + name + ".");
+    }
+    const auto view = opt.has("addition")    ? sched::SubView::Additions
+                      : opt.has("deduction") ? sched::SubView::Deductions
+                                             : sched::SubView::Carried;
+    const std::string option = opt.has("addition")    ? "addition"
+                               : opt.has("deduction") ? "deduction"
+                                                      : "carried";
+    const auto& list = view == sched::SubView::Additions    ? l.additions
+                       : view == sched::SubView::Deductions ? l.deductions
+                                                            : l.carried;
+    const std::size_t line = line_of(list, opt, option);
+    if (!s->screen->delete_line(row, view, line)) return 1;
+    return saved(ctx, *s, "Deleted " + option + " " + opt.require(option) + " of " + name + ".");
+}
+
+int set_source(Context& ctx, const Options& opt) {
+    opt.reject_unknown({"client", "year", "particular", "deduction", "from", "yes"});
+    int year = 0;
+    code_and_year(ctx, opt, year);
+    auto s = open_schedule(ctx, opt.has("yes"), false, false);
+    const std::size_t row = particular_row(*s->screen, opt);
+    const std::size_t line = line_of(s->screen->vsFixed[row].deductions, opt, "deduction");
+    if (!s->screen->set_source(row, line, opt.require_int("from", 0, 1000000))) return 1;
+    return saved(ctx, *s,
+                 "The deduction is taken from " +
+                     (opt.require("from") == "0" ? std::string("the opening figures")
+                                                 : "addition " + opt.require("from")) +
+                     ".");
+}
+
+int typed_depreciation(Context& ctx, const Options& opt) {
+    opt.reject_unknown({"client", "year", "particular", "amount", "yes"});
+    int year = 0;
+    code_and_year(ctx, opt, year);
+    const std::string text = opt.require("amount");
+    std::optional<double> amount;
+    if (text != "calculated") {
+        amount = parse_amount(text);
+        if (!amount || *amount < 0)
+            throw UsageError("Option --amount: \"" + text + "\" is not an amount (or \"calculated\").");
+    }
+    auto s = open_schedule(ctx, opt.has("yes"), false, false);
+    const std::size_t row = particular_row(*s->screen, opt);
+    s->screen->type_depreciation(row, amount);
+    return saved(ctx, *s,
+                 amount ? "Depreciation for the year typed: " + format_mask(*amount, "###0.00") + "."
+                        : std::string("Depreciation for the year calculated."));
+}
+
+int options(Context& ctx, const Options& opt) {
+    opt.reject_unknown({"client", "year", "on", "off", "yes"});
+    int year = 0;
+    code_and_year(ctx, opt, year);
+    auto s = open_schedule(ctx, opt.has("yes"), false, false);
+    auto o = s->screen->options();
+    const auto apply = [&](const std::string& option, bool on) {
+        const auto list = opt.get(option);
+        if (!list) return;
+        std::string word;
+        std::istringstream in(*list);
+        while (std::getline(in, word, ',')) {
+            std::transform(word.begin(), word.end(), word.begin(),
+                           [](unsigned char c) { return std::toupper(c); });
+            if (word == "SEPDEP")
+                o.SEPDEP = on;
+            else if (word == "ADDDEP")
+                o.ADDDEP = on;
+            else if (word == "STOPDEP")
+                o.STOPDEP = on;
+            else if (word == "BADEP")
+                o.BADEP = on;
+            else
+                throw UsageError("Option --" + option + ": \"" + word +
+                                 "\" is none of SEPDEP, ADDDEP, STOPDEP, BADEP.");
+        }
+    };
+    apply("on", true);
+    apply("off", false);
+    const auto show = [&](const sched::ScheduleOptions& x) {
+        ctx.out << "SEPDEP " << (x.SEPDEP ? "on" : "off") << ", ADDDEP " << (x.ADDDEP ? "on" : "off")
+                << ", STOPDEP " << (x.STOPDEP ? "on" : "off") << ", BADEP " << (x.BADEP ? "on" : "off")
+                << "\n";
+    };
+    if (o == s->screen->options()) {
+        show(o);
+        return 0;
+    }
+    // The options change the year's figures.
+    if (!opt.has("yes")) throw QuestionUnanswered("Do you want to change the options of the schedule?");
+    ctx.err << "Do you want to change the options of the schedule? Yes\n";
+    s->screen->set_options(o);
+    show(o);
+    return 0;
+}
+
 }  // namespace
 
 bool save_fixed_schedule_rows(Context& ctx, bool yes, const store::FixedScheduleRows& rows) {
@@ -309,8 +467,14 @@ int fixed_schedule_command(Context& ctx, const std::string& sub, const std::vect
     if (what == "import") return import_rows(ctx, sub_opt);
     if (what == "carry-forward") return carry_forward(ctx, sub_opt);
     if (what == "chart") return chart(ctx, sub_opt);
-    throw UsageError("schedules fixed what? show, export, import, carry-forward or chart, not \"" + what +
-                     "\".");
+    if (what == "delete") return delete_entry(ctx, sub_opt);
+    if (what == "source") return set_source(ctx, sub_opt);
+    if (what == "depreciation") return typed_depreciation(ctx, sub_opt);
+    if (what == "options") return options(ctx, sub_opt);
+    throw UsageError(
+        "schedules fixed what? show, export, import, carry-forward, chart, delete, source, depreciation or "
+        "options, not \"" +
+        what + "\".");
 }
 
 }  // namespace brenlow::cli
