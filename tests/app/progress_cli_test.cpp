@@ -30,10 +30,13 @@ protected:
         auto r = cli({"masters", "group", "add", "--client", "C001", "--year", "2025", "--name", "PLANT",
                       "--it-block", "3-15", "--books-block", "-1", "--classification", "4.1"});
         ASSERT_EQ(r.code, 0) << r.err;
-        const std::string group = std::to_string(
-            db().query("select SrNoFAGM from NewFAGM where Part='PLANT' and Yr=2025").first("SrNoFAGM").as_int());
+        const std::string group =
+            std::to_string(db().query("select SrNoFAGM from NewFAGM where Part='PLANT' and Yr=2025")
+                               .first("SrNoFAGM")
+                               .as_int());
         r = cli({"register", "add-opening", "--client", "C001", "--year", "2025", "--group", group, "--part",
-                 "LATHE", "--put-date", "01/04/2020", "--cost", "100000", "--wdv-it", "100000", "--rate", "10"});
+                 "LATHE", "--put-date", "01/04/2020", "--cost", "100000", "--wdv-it", "100000", "--rate",
+                 "10"});
         ASSERT_EQ(r.code, 0) << r.err;
         for (const char* code : {"FIRM1", "FIRM2"})
             ASSERT_EQ(cli({"init", "--client", code, "--year", "2025", "--status", "2"}).code, 0);
@@ -66,7 +69,8 @@ struct LongCommand {
 
 TEST_P(ProgressCli, EveryLongCommandEndsItsProgressAt100PerCent) {
     const LongCommand commands[] = {
-        {"the income-tax calculation", {"chart", "--client", "C001", "--year", "2025", "--it"},
+        {"the income-tax calculation",
+         {"chart", "--client", "C001", "--year", "2025", "--it"},
          "Calculating Depreciation ... 100%"},
         {"the income-tax chart as PDF",
          {"chart", "--client", "C001", "--year", "2025", "--it", "--pdf", "@it.pdf"},
@@ -74,14 +78,17 @@ TEST_P(ProgressCli, EveryLongCommandEndsItsProgressAt100PerCent) {
         {"the books chart as a workbook",
          {"chart", "--client", "C001", "--year", "2025", "--books", "--xlsx", "@books.xlsx"},
          "Writing @books.xlsx ... 100%"},
-        {"the register's carry-forward", {"register", "carry-forward", "--client", "C001", "--year", "2026"},
+        {"the register's carry-forward",
+         {"register", "carry-forward", "--client", "C001", "--year", "2026"},
          "Carrying Forward Previous Year Particulars ... 100%"},
-        {"the schedules' export", {"schedules", "export", "@schedules.json", "--client", "C001", "--year", "2025"},
+        {"the schedules' export",
+         {"schedules", "export", "@schedules.json", "--client", "C001", "--year", "2025"},
          "Exporting the schedules to @schedules.json ... 100%"},
         {"the schedules' import",
          {"schedules", "import", "@schedules.json", "--client", "C002", "--year", "2025"},
          "Importing the schedules from @schedules.json ... 100%"},
-        {"the schedules' carry-forward", {"schedules", "carry-forward", "--client", "C001", "--year", "2026"},
+        {"the schedules' carry-forward",
+         {"schedules", "carry-forward", "--client", "C001", "--year", "2026"},
          "Carrying Forward the Schedules ... 100%"},
         {"the capital accounts' export",
          {"capital", "export", "@capital.json", "--client", "FIRM1", "--year", "2025"},

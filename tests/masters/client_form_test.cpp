@@ -39,7 +39,8 @@ TEST(ClientForm, TheKindFollowsTheStatusUntilOneIsPicked) {
     EXPECT_EQ(shown(f), (Shown{"Company", "Co-operative Society", "", AssesseeKind::CoopSociety}));
     // A kind picked stays when the status changes afterwards.
     f.cboStatus_Click(f.cboStatus.List.index_of_id("1"));
-    EXPECT_EQ(shown(f), (Shown{"Individual / Proprietor", "Co-operative Society", "", AssesseeKind::CoopSociety}));
+    EXPECT_EQ(shown(f),
+              (Shown{"Individual / Proprietor", "Co-operative Society", "", AssesseeKind::CoopSociety}));
     EXPECT_EQ(f.status(), 1);
     EXPECT_EQ(f.kind(), AssesseeKind::CoopSociety);
 }
@@ -48,8 +49,8 @@ TEST(ClientForm, ListsEveryKindTheRegimesTellApart) {
     ClientForm f;
     std::vector<std::string> keys;
     for (const auto& item : f.cboKind.List.items()) keys.push_back(item.id);
-    EXPECT_EQ(keys, (std::vector<std::string>{"individual", "huf", "firm", "llp", "aop", "boi", "ajp", "company",
-                                              "co-operative", "local-authority", "other"}));
+    EXPECT_EQ(keys, (std::vector<std::string>{"individual", "huf", "firm", "llp", "aop", "boi", "ajp",
+                                              "company", "co-operative", "local-authority", "other"}));
 }
 
 // A client made before kinds were kept works from its status: the form shows the
@@ -74,7 +75,8 @@ TEST_P(ClientFormTest, AKindPickedIsRecordedAndShownWhenTheClientIsOpenedAgain) 
 
     ClientForm again;
     again.load(db(), "F002", 1);
-    EXPECT_EQ(shown(again), (Shown{"Individual / Proprietor", "Hindu Undivided Family", "", AssesseeKind::HUF}));
+    EXPECT_EQ(shown(again),
+              (Shown{"Individual / Proprietor", "Hindu Undivided Family", "", AssesseeKind::HUF}));
     // Another client is untouched.
     EXPECT_EQ(store::recorded_assessee_kind(db(), "C001"), std::nullopt);
 }

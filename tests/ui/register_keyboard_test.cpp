@@ -118,12 +118,46 @@ TEST_P(RegisterKeyboardTest, TabFollowsTheOpeningEntryPanelTopToBottom) {
     auto* group = window.findChild<QComboBox*>("txtAssetGroup");
     ASSERT_NE(group, nullptr);
     // The fields whose "Default" is ticked are passed over (they are disabled).
-    const std::vector<std::string> expected = {
-        "txtAssetGroup", "txtPart", "O0", "O1", "O2", "cboCalcCA", "chkO3", "cboResValOfO", "chkO4", "chkO5",
-        "cboMODo", "O6", "chkO7", "chkO8", "optsWdvIT0", "optsWdvIT1", "optsWdvIT2", "chkO9", "vsESA", "esa0",
-        "esa1", "esa2", "esa3", "esa4", "esa5", "Add Ro&w", "Remo&ve Row", "chkTotESA", "D0", "D1", "D2",
-        "chkPartDed", "vsS", "Add S&hift", "Remove Shif&t", "Check Shi&fts", "chkAutoCalcDeprCL", "&Update",
-        "&Cancel", "Manage Asset &Group Master"};
+    const std::vector<std::string> expected = {"txtAssetGroup",
+                                               "txtPart",
+                                               "O0",
+                                               "O1",
+                                               "O2",
+                                               "cboCalcCA",
+                                               "chkO3",
+                                               "cboResValOfO",
+                                               "chkO4",
+                                               "chkO5",
+                                               "cboMODo",
+                                               "O6",
+                                               "chkO7",
+                                               "chkO8",
+                                               "optsWdvIT0",
+                                               "optsWdvIT1",
+                                               "optsWdvIT2",
+                                               "chkO9",
+                                               "vsESA",
+                                               "esa0",
+                                               "esa1",
+                                               "esa2",
+                                               "esa3",
+                                               "esa4",
+                                               "esa5",
+                                               "Add Ro&w",
+                                               "Remo&ve Row",
+                                               "chkTotESA",
+                                               "D0",
+                                               "D1",
+                                               "D2",
+                                               "chkPartDed",
+                                               "vsS",
+                                               "Add S&hift",
+                                               "Remove Shif&t",
+                                               "Check Shi&fts",
+                                               "chkAutoCalcDeprCL",
+                                               "&Update",
+                                               "&Cancel",
+                                               "Manage Asset &Group Master"};
     const auto chain = tab_chain(group, &window);
     EXPECT_EQ(chain, expected) << joined(chain);
 }
@@ -140,10 +174,33 @@ TEST_P(RegisterKeyboardTest, TabFollowsTheAdditionPanelTopToBottom) {
     QApplication::processEvents();
     auto* group = window.findChild<QComboBox*>("txtAssetGroup");
     ASSERT_NE(group, nullptr);
-    const std::vector<std::string> expected = {
-        "txtAssetGroup", "txtPart", "A0", "A1", "A2", "A3", "A4", "A5", "chkA6", "chkA7", "chkA8", "cboMODa",
-        "cboRndAddRtAuto", "chkA9", "chkA10", "D0", "D1", "D2", "chkPartDed", "vsS", "Add S&hift",
-        "Remove Shif&t", "Check Shi&fts", "chkAutoCalcDeprCL", "&Update", "&Cancel", "Manage Asset &Group Master"};
+    const std::vector<std::string> expected = {"txtAssetGroup",
+                                               "txtPart",
+                                               "A0",
+                                               "A1",
+                                               "A2",
+                                               "A3",
+                                               "A4",
+                                               "A5",
+                                               "chkA6",
+                                               "chkA7",
+                                               "chkA8",
+                                               "cboMODa",
+                                               "cboRndAddRtAuto",
+                                               "chkA9",
+                                               "chkA10",
+                                               "D0",
+                                               "D1",
+                                               "D2",
+                                               "chkPartDed",
+                                               "vsS",
+                                               "Add S&hift",
+                                               "Remove Shif&t",
+                                               "Check Shi&fts",
+                                               "chkAutoCalcDeprCL",
+                                               "&Update",
+                                               "&Cancel",
+                                               "Manage Asset &Group Master"};
     const auto chain = tab_chain(group, &window);
     EXPECT_EQ(chain, expected) << joined(chain);
 }

@@ -298,7 +298,8 @@ int chart_command(Context& ctx, const std::vector<std::string>& args) {
         run = reg::run_calculation(ctx.base().dbobj(), code, year, reg::Mode::DEP_IT, false, options);
     }
 
-    work.step("Calculating Depreciation ...", opt.has("pdf") || opt.has("xls") || opt.has("xlsx") ? 0.5 : 1.0);
+    work.step("Calculating Depreciation ...",
+              opt.has("pdf") || opt.has("xls") || opt.has("xlsx") ? 0.5 : 1.0);
     if (opt.has("json")) {
         if (it)
             ctx.out << income_tax_json(run).dump(2);

@@ -85,11 +85,11 @@ ClientPanel::ClientPanel(const std::vector<store::ClientYear>& years, int defaul
     kind_from_ = new QLabel(fresh_);
     // A choice however made (click, keys, a program) goes to the form.
     connect(status_, &QComboBox::currentIndexChanged, this, [this](int i) {
-                form_.cboStatus_Click(i);
+        form_.cboStatus_Click(i);
         show_form();
     });
     connect(kind_, &QComboBox::currentIndexChanged, this, [this](int i) {
-                form_.cboKind_Click(i);
+        form_.cboKind_Click(i);
         show_form();
     });
     auto* kind_line = new QHBoxLayout;
@@ -194,7 +194,7 @@ ClientKindDialog::ClientKindDialog(store::Database& db, const store::ClientYear&
     kind_->setObjectName("kind");
     kind_from_ = new QLabel(this);
     connect(kind_, &QComboBox::currentIndexChanged, this, [this](int i) {
-                form_.cboKind_Click(i);
+        form_.cboKind_Click(i);
         show_form();
     });
     auto* kind_line = new QHBoxLayout;

@@ -229,8 +229,8 @@ void HostWindow::refresh() {
         QString status = status_name(cy.status);
         try {
             // The kind of assessee where it says more than the status.
-            const QString kind = QString::fromStdString(
-                std::string(assessee_kind_name(store::assessee_kind_of_client(b->dbobj(), cy.code_no, cy.status))));
+            const QString kind = QString::fromStdString(std::string(
+                assessee_kind_name(store::assessee_kind_of_client(b->dbobj(), cy.code_no, cy.status))));
             if (kind != status) status += " (" + kind + ")";
         } catch (const std::exception&) {
             // The status alone is shown when the kind cannot be read.
