@@ -4,6 +4,7 @@
 #include <QPaintEvent>
 #include <QPainter>
 #include <QPoint>
+#include <QScrollBar>
 #include <QStyle>
 #include <QStyleOptionHeader>
 #include <QTimer>
@@ -66,6 +67,16 @@ bool summed_column(const Grid& grid, int col, const QString& heading) {
         any = true;
     }
     return any;
+}
+
+// A column whose filled cells hold words, not only figures.
+bool words_column(const Grid& grid, int col) {
+    if (!grid.column(col).combo.empty()) return false;
+    for (int r = grid.fixed_rows(); r < grid.rows(); ++r) {
+        const std::string text = grid.text_matrix(r, col);
+        if (!text.empty() && !parse_amount(text)) return true;
+    }
+    return false;
 }
 
 }  // namespace
@@ -203,13 +214,26 @@ void GridView::show_totals(bool on) {
     if (on == (totals_ != nullptr)) return;
     if (on) {
         totals_ = new TotalsLine(this);
+        // The line follows the columns as they scroll and change width.
+        connect(horizontalScrollBar(), &QScrollBar::valueChanged, totals_, qOverload<>(&QWidget::update));
+        connect(horizontalHeader(), &QHeaderView::sectionResized, totals_, qOverload<>(&QWidget::update));
         totals_->show();
     } else {
         delete totals_;
         totals_ = nullptr;
         total_texts_.clear();
+        supplied_totals_.clear();
     }
-    setViewportMargins(0, 0, 0, totals_height());
+    updateGeometries();
+    apply_columns();
+}
+
+void GridView::show_totals(std::vector<QString> texts) {
+    supplied_totals_ = std::move(texts);
+    if (!totals_) {
+        show_totals(true);
+        return;
+    }
     apply_columns();
 }
 
@@ -223,25 +247,61 @@ QString GridView::total_text(int col) const {
                : QString();
 }
 
+// The table's own layout puts the viewport right down to the scroll bar; the totals
+// line takes a row's height off its bottom, and the scroll range is worked out again
+// for the shorter viewport so that the last row can still be scrolled into sight.
 void GridView::updateGeometries() {
+    if (in_geometries_) return;
     QTableView::updateGeometries();
+    const QMargins margins = viewportMargins();
+    if (margins.bottom() != totals_height()) {
+        in_geometries_ = true;
+        setViewportMargins(margins.left(), margins.top(), margins.right(), totals_height());
+        in_geometries_ = false;
+        fit_rows_above_totals();
+    }
     if (!totals_) return;
     const QRect area = viewport()->geometry();
     totals_->setGeometry(area.left(), area.bottom() + 1, area.width(), totals_height());
+    totals_->raise();
     totals_->update();
+}
+
+void GridView::fit_rows_above_totals() {
+    const int rows = model() ? model()->rowCount() : 0;
+    const int row_height = verticalHeader()->defaultSectionSize();
+    const int height = viewport()->height();
+    if (rows <= 0 || row_height <= 0) return;
+    if (verticalScrollMode() == QAbstractItemView::ScrollPerItem) {
+        const int fit = std::min(rows, height / row_height);
+        verticalScrollBar()->setRange(0, rows - fit);
+        verticalScrollBar()->setPageStep(fit);
+    } else {
+        verticalScrollBar()->setPageStep(height);
+        verticalScrollBar()->setRange(0, std::max(0, verticalHeader()->length() - height));
+    }
 }
 
 void GridView::work_out_totals() {
     total_texts_.assign(model_ ? static_cast<std::size_t>(model_->columnCount()) : 0u, QString());
     if (!totals_ || !model_) return;
+    if (!supplied_totals_.empty()) {
+        for (std::size_t c = 0; c < total_texts_.size() && c < supplied_totals_.size(); ++c)
+            total_texts_[c] = supplied_totals_[c];
+        totals_->update();
+        return;
+    }
     const Grid& grid = model_->grid();
-    int label_col = -1;
+    // "Total" stands in the first column of words (a serial number column is passed
+    // over), else in the first column not summed.
+    int label_col = -1, first_other = -1;
     bool any = false;
     for (int c = 0; c < grid.cols(); ++c) {
         if (grid.column(c).hidden) continue;
         const QString heading = model_->headerData(c, Qt::Horizontal, Qt::DisplayRole).toString();
         if (!summed_column(grid, c, heading)) {
-            if (label_col < 0) label_col = c;
+            if (first_other < 0) first_other = c;
+            if (label_col < 0 && words_column(grid, c)) label_col = c;
             continue;
         }
         double sum = 0;
@@ -250,6 +310,7 @@ void GridView::work_out_totals() {
         total_texts_[static_cast<std::size_t>(c)] = QString::fromStdString(format_mask(sum, "#,##0.00"));
         any = true;
     }
+    if (label_col < 0) label_col = first_other;
     if (any && label_col >= 0) total_texts_[static_cast<std::size_t>(label_col)] = "Total";
     totals_->update();
 }

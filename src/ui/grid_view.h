@@ -60,8 +60,14 @@ public:
     // number in each filled cell, shown with decimals or to the right, and not a
     // rate) is summed; the first other column reads "Total".
     void show_totals(bool on);
+    // A totals line that the screen works out itself: one text per column of the grid
+    // ("" where nothing stands), shown as given in place of the sums; an empty list
+    // goes back to the sums.
+    void show_totals(std::vector<QString> texts);
     // The text of the totals line under a column ("" where nothing is summed).
     QString total_text(int col) const;
+    // The totals line as a widget (nullptr when the view shows none).
+    QWidget* totals_line() const { return totals_; }
 
     // The widest a column grows to show its contents, in average characters; wider
     // text is elided and read whole in its tooltip.
@@ -77,12 +83,15 @@ private:
     void columns_later();
     void work_out_totals();
     int totals_height() const;
+    void fit_rows_above_totals();
 
     GridTableModel* model_ = nullptr;
     bool columns_pending_ = false;
     int search_column_ = -1;
     QWidget* totals_ = nullptr;
     std::vector<QString> total_texts_;
+    std::vector<QString> supplied_totals_;
+    bool in_geometries_ = false;
 };
 
 }  // namespace brenlow

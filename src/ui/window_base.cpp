@@ -174,13 +174,16 @@ void collect(QLayout* layout, std::vector<QWidget*>& out) {
 }
 
 void collect(QWidget* widget, std::vector<QWidget*>& out) {
+    // A scroll area takes the focus itself, but Tab goes through what it holds.
+    if (auto* scroll = qobject_cast<QScrollArea*>(widget); scroll && scroll->widget()) {
+        collect(scroll->widget(), out);
+        return;
+    }
     if (widget->focusPolicy() & Qt::TabFocus) {
         out.push_back(widget);
         return;
     }
-    if (auto* scroll = qobject_cast<QScrollArea*>(widget); scroll && scroll->widget()) {
-        collect(scroll->widget(), out);
-    } else if (auto* splitter = qobject_cast<QSplitter*>(widget)) {
+    if (auto* splitter = qobject_cast<QSplitter*>(widget)) {
         for (int i = 0; i < splitter->count(); ++i) collect(splitter->widget(i), out);
     } else if (widget->layout()) {
         collect(widget->layout(), out);

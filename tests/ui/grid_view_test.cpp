@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QComboBox>
+#include <QHeaderView>
 #include <QSignalSpy>
 #include <QStyleOptionViewItem>
 #include <QTest>
@@ -127,6 +129,65 @@ TEST_F(GridViewTest, ViewScrollsToTheLastOfAHundredThousandRowsWithTwoLineHeadin
     // Painting a screenful must not touch every row.
     QImage image(view.size(), QImage::Format_ARGB32);
     view.render(&image);
+}
+
+// The totals line stands under the rows, in sight, however often the view lays itself
+// out again; the last row still scrolls into sight above it.
+TEST_F(GridViewTest, TheTotalsLineStaysInSightUnderTheRows) {
+    Grid grid = register_grid(40);
+    GridView view;
+    view.resize(640, 320);
+    view.show_grid(grid);
+    view.show_totals(true);
+    view.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&view));
+    view.resize(700, 360);
+    view.scrollToBottom();
+    QApplication::processEvents();
+    QWidget* line = view.totals_line();
+    ASSERT_NE(line, nullptr);
+    EXPECT_TRUE(line->isVisible());
+    const int height = view.verticalHeader()->defaultSectionSize() + 2;
+    const QRect rows = view.viewport()->geometry();
+    EXPECT_EQ(line->geometry(), QRect(rows.left(), rows.bottom() + 1, rows.width(), height));
+    EXPECT_LE(line->geometry().bottom(), view.height() - view.frameWidth() - 1);
+    // Nothing is drawn over it: the rows end above it.
+    EXPECT_EQ(view.rowAt(view.viewport()->height() - 2), 39);
+    EXPECT_LE(view.visualRect(view.model()->index(39, 1)).bottom(), view.viewport()->height());
+    // 1000.125 + ... + 1039.125, and the first column that is not summed reads "Total".
+    std::vector<QString> texts;
+    for (int c = 0; c < 5; ++c) texts.push_back(view.total_text(c));
+    EXPECT_EQ(texts, (std::vector<QString>{"", "Total", "40,785.00", "", ""}));
+}
+
+// A screen that works its totals out itself has them shown as given.
+TEST_F(GridViewTest, TotalsSuppliedByTheScreenAreShownAsGiven) {
+    Grid grid = register_grid(3);
+    GridView view;
+    view.resize(640, 240);
+    view.show_grid(grid);
+    view.show_totals(std::vector<QString>{"", "Total of Block", "3,003.38", "", ""});
+    view.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&view));
+    QApplication::processEvents();
+    ASSERT_NE(view.totals_line(), nullptr);
+    EXPECT_TRUE(view.totals_line()->isVisible());
+    const QRect rows = view.viewport()->geometry();
+    EXPECT_EQ(view.totals_line()->geometry().top(), rows.bottom() + 1);
+    std::vector<QString> texts;
+    for (int c = 0; c < 5; ++c) texts.push_back(view.total_text(c));
+    EXPECT_EQ(texts, (std::vector<QString>{"", "Total of Block", "3,003.38", "", ""}));
+    // Its texts read whole: the columns are as wide as the totals need.
+    const QFont bold = [&] {
+        QFont f = view.font();
+        f.setBold(true);
+        return f;
+    }();
+    EXPECT_GE(view.columnWidth(1), QFontMetrics(bold).horizontalAdvance("Total of Block"));
+    // Without the line the rows take its room again.
+    view.show_totals(false);
+    EXPECT_EQ(view.totals_line(), nullptr);
+    EXPECT_EQ(view.viewport()->height(), rows.height() + view.verticalHeader()->defaultSectionSize() + 2);
 }
 
 }  // namespace

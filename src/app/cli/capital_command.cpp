@@ -247,8 +247,10 @@ int export_document(Context& ctx, const std::vector<std::string>& args) {
     if (opt.positional().size() != 2) throw UsageError("export takes one file name.");
     ctx.reads_only();
     const auto y = open_year(ctx, opt);
+    LongWork work(ctx, "Exporting the capital accounts to " + opt.positional()[1] + " ...");
     suite::write_file_whole(opt.positional()[1], exchange::export_capital(ctx.base().dbobj(), y.code, y.year),
                             existing_file(opt));
+    work.finished();
     ctx.out << "Wrote the capital accounts of " << y.code << " for F.Y. " << fy_text(y.year) << " to "
             << opt.positional()[1] << "\n";
     return 0;
@@ -260,12 +262,15 @@ int import_document(Context& ctx, const std::vector<std::string>& args) {
     if (opt.positional().size() != 2) throw UsageError("import takes one file name.");
     const auto y = open_year(ctx, opt);
     const std::string file = opt.positional()[1];
-    const auto r = exchange::import_capital(ctx.base().dbobj(), y.code, y.year, read_document(file));
+    const std::string text = read_document(file);
+    LongWork work(ctx, "Importing the capital accounts from " + file + " ...");
+    const auto r = exchange::import_capital(ctx.base().dbobj(), y.code, y.year, text);
     if (!r.errors.empty()) {
         for (const auto& e : r.errors) ctx.err << file << ": " << e << "\n";
         ctx.err << "Nothing was imported.\n";
         return 1;
     }
+    work.finished();
     ctx.out << "Imported into " << y.code << " for F.Y. " << fy_text(y.year) << ": " << r.lines << " lines, "
             << r.particulars_created << " particulars created, " << r.ratios << " ratios\n";
     return 0;

@@ -345,6 +345,7 @@ int chart_command(Context& ctx, const std::vector<std::string>& args) {
     options.keep_entries = false;
     // The text form follows the income-tax chart with its block-wise summary.
     options.sheets = it && !opt.has("json") && !opt.has("pdf") && !opt.has("xls") && !opt.has("xlsx");
+    LongWork work(ctx, "Calculating Depreciation ...");
     auto run = reg::run_calculation(ctx.base().dbobj(), code, year,
                                     it ? reg::Mode::DEP_IT : reg::Mode::DEP_FA, true, options);
     show_warnings(ctx, run);
@@ -354,6 +355,8 @@ int chart_command(Context& ctx, const std::vector<std::string>& args) {
         run = reg::run_calculation(ctx.base().dbobj(), code, year, reg::Mode::DEP_IT, false, options);
     }
 
+    work.step("Calculating Depreciation ...",
+              opt.has("pdf") || opt.has("xls") || opt.has("xlsx") ? 0.5 : 1.0);
     if (opt.has("json")) {
         if (it)
             ctx.out << income_tax_json(run).dump(2);
@@ -365,18 +368,22 @@ int chart_command(Context& ctx, const std::vector<std::string>& args) {
     const auto client = reg::printed_client(ctx.base().dbobj(), code);
     const auto doc = reg::chart_report(run, client);
     if (const auto pdf = opt.get("pdf")) {
+        work.step("Writing " + *pdf + " ...", 0.5);
         Ostikreport::write_pdf(doc, *pdf, existing_file(opt));
+        work.finished();
         ctx.out << "Wrote " << *pdf << "\n";
         return 0;
     }
     // The print's target "EXCEL": the same chart as a workbook of numbers.
     for (const char* kind : {"xls", "xlsx"}) {
         if (const auto file = opt.get(kind)) {
+            work.step("Writing " + *file + " ...", 0.5);
             const auto book = exchange::report_workbook(doc, it ? "Income-Tax Chart" : "Books Chart");
             exchange::write_spreadsheet(
                 book,
                 std::string(kind) == "xls" ? exchange::SpreadsheetKind::Xls : exchange::SpreadsheetKind::Xlsx,
                 *file, existing_file(opt));
+            work.finished();
             ctx.out << "Wrote " << *file << "\n";
             return 0;
         }

@@ -1,5 +1,6 @@
 #include "app/cli/context.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <stdexcept>
 
@@ -27,6 +28,23 @@ suite::BaseServices& Context::base() {
                                                       store::reference_data_dir(exe_dir()));
     }
     return *base_;
+}
+
+LongWork::LongWork(Context& ctx, std::string caption) : ctx_(ctx) {
+    step(std::move(caption), 0.0);
+}
+
+void LongWork::step(std::string caption, double fraction) {
+    // Whole tens, as the screens' progress reads; a step is told once.
+    const int tens = static_cast<int>(std::clamp(fraction, 0.0, 1.0) * 10.0) * 10;
+    if (caption == caption_ && tens == shown_) return;
+    caption_ = std::move(caption);
+    shown_ = tens;
+    ctx_.err << caption_ << " " << tens << "%\n";
+}
+
+void LongWork::finished() {
+    step(caption_, 1.0);
 }
 
 std::string fy_text(int year) {

@@ -30,6 +30,20 @@ private:
     bool reads_only_ = false;
 };
 
+// Long work told on standard error as the desktop's progress box tells it: the caption
+// at 0% when the work starts, each step as it comes, and 100% once it has ended well.
+class LongWork {
+public:
+    LongWork(Context& ctx, std::string caption);
+    void step(std::string caption, double fraction);
+    void finished();
+
+private:
+    Context& ctx_;
+    std::string caption_;
+    int shown_ = -1;
+};
+
 // Financial year text: 2025 -> "2024-25".
 std::string fy_text(int year);
 

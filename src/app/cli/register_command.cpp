@@ -391,6 +391,7 @@ int carry_forward(Context& ctx, const Options& opt) {
         answer(plan.books_rate_over_40 && !reg::is_company(base.TSTATUS()), reg::kBooksRate40Question);
     std::vector<std::string> heard;
     answers.rules = reg::answered_beforehand(opt.has("yes"), &heard);
+    LongWork work(ctx, "Carrying Forward Previous Year Particulars ...");
     const auto done = reg::apply_carry_forward(db, code, year, plan, answers);
     for (const auto& h : heard) ctx.err << h << "\n";
     if (!done.refusal.empty()) {
@@ -398,6 +399,7 @@ int carry_forward(Context& ctx, const Options& opt) {
         ctx.err << "brenlow register: " << reg::one_line(done.refusal) << "\nNothing was carried forward.\n";
         return 1;
     }
+    work.finished();
     ctx.out << "Carried forward " << done.entries << " assets of " << code << " from F.Y. "
             << fy_text(year - 1) << " into F.Y. " << fy_text(year)
             << " (asset groups created: " << done.groups_created << ").\n";

@@ -87,8 +87,10 @@ int export_schedules(Context& ctx, const std::vector<std::string>& args) {
     ctx.reads_only();
     const std::string file = one_file(opt, "export");
     const auto t = target_of(ctx, opt);
+    LongWork work(ctx, "Exporting the schedules to " + file + " ...");
     suite::write_file_whole(file, exchange::export_schedules(ctx.base().dbobj(), t.code, t.year),
                             existing_file(opt));
+    work.finished();
     ctx.out << "Wrote the schedules of " << t.code << " for F.Y. " << fy_text(t.year) << " to " << file
             << "\n";
     return 0;
@@ -114,6 +116,7 @@ int import_schedules(Context& ctx, const std::vector<std::string>& args) {
     if (f) text << f.rdbuf();
     if (!f || f.bad()) return refuse({"the file cannot be read"});
     exchange::SchedulesImportResult r;
+    LongWork work(ctx, "Importing the schedules from " + file + " ...");
     try {
         r = exchange::import_schedules(ctx.base().dbobj(), t.code, t.year, text.str(), opt.has("replace"),
                                        [&](const store::FixedScheduleRows& rows, std::vector<std::string>&) {
@@ -126,6 +129,7 @@ int import_schedules(Context& ctx, const std::vector<std::string>& args) {
              (reason.empty() ? std::string(" The failure is not one the program can name.") : reason)});
     }
     if (!r.errors.empty()) return refuse(r.errors);
+    work.finished();
     ctx.out << "Imported into " << t.code << " for F.Y. " << fy_text(t.year) << ": " << r.rows << " rows of "
             << r.tables << " schedules\n";
     return 0;
@@ -205,6 +209,7 @@ int carry_forward(Context& ctx, const std::vector<std::string>& args) {
         return std::find(groups.begin(), groups.end(), k.gunder) != groups.end();
     };
     std::string done_stem;
+    LongWork work(ctx, "Carrying Forward the Schedules ...");
     for (const auto& kind : schedules::sched_kinds()) {
         if (!schedules::carries_forward(kind) || !*kind.stem || kind.stem == done_stem || !has(kind))
             continue;
@@ -216,6 +221,7 @@ int carry_forward(Context& ctx, const std::vector<std::string>& args) {
                           : std::string("nothing carried forward"))
                 << "\n";
     }
+    work.finished();
     return 0;
 }
 

@@ -4,10 +4,13 @@
 #include <QDialogButtonBox>
 #include <QFormLayout>
 #include <QGroupBox>
+#include <QHBoxLayout>
 #include <QHeaderView>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QSignalBlocker>
 #include <QSpinBox>
 #include <QTableWidget>
 #include <QVBoxLayout>
@@ -21,19 +24,21 @@ QString fy_label(int year) {
 }
 
 QString status_name(int status) {
-    switch (status) {
-        case 1:
-            return "Individual / Proprietor";
-        case 2:
-            return "Partnership Firm";
-        case 3:
-            return "Company";
-        case 4:
-            return "Company (Other)";
-        default:
-            return QString("Status %1").arg(status);
-    }
+    return QString::fromStdString(masters::client_status_name(status));
 }
+
+namespace {
+
+void fill_combo(QComboBox* box, const ComboBox& combo) {
+    if (box->count() != static_cast<int>(combo.List.size())) {
+        box->clear();
+        for (const auto& item : combo.List.items())
+            box->addItem(QString::fromStdString(item.text), QString::fromStdString(item.id));
+    }
+    box->setCurrentIndex(combo.ListIndex);
+}
+
+}  // namespace
 
 ClientPanel::ClientPanel(const std::vector<store::ClientYear>& years, int default_year, QWidget* parent)
     : QWidget(parent) {
@@ -75,11 +80,27 @@ ClientPanel::ClientPanel(const std::vector<store::ClientYear>& years, int defaul
     year_->setSuffix("  (financial year ending 31 March)");
     status_ = new QComboBox(fresh_);
     status_->setObjectName("status");
-    for (int s = 1; s <= 4; ++s) status_->addItem(status_name(s), s);
+    kind_ = new QComboBox(fresh_);
+    kind_->setObjectName("kind");
+    kind_from_ = new QLabel(fresh_);
+    // A choice however made (click, keys, a program) goes to the form.
+    connect(status_, &QComboBox::currentIndexChanged, this, [this](int i) {
+        form_.cboStatus_Click(i);
+        show_form();
+    });
+    connect(kind_, &QComboBox::currentIndexChanged, this, [this](int i) {
+        form_.cboKind_Click(i);
+        show_form();
+    });
+    auto* kind_line = new QHBoxLayout;
+    kind_line->addWidget(kind_, 1);
+    kind_line->addWidget(kind_from_);
     form->addRow("Client co&de", code_);
     form->addRow("&Name", name_);
     form->addRow("&Year", year_);
     form->addRow("S&tatus", status_);
+    form->addRow("&Kind of Assessee", kind_line);
+    show_form();
     create_ = new QPushButton("C&reate", fresh_);
     connect(create_, &QPushButton::clicked, this, &ClientPanel::create_new);
     connect(code_, &QLineEdit::returnPressed, this, &ClientPanel::create_new);
@@ -87,6 +108,13 @@ ClientPanel::ClientPanel(const std::vector<store::ClientYear>& years, int defaul
     form->addRow(create_);
     layout->addWidget(fresh_);
     set_years(years);
+}
+
+void ClientPanel::show_form() {
+    const QSignalBlocker quiet_status(status_), quiet_kind(kind_);
+    fill_combo(status_, form_.cboStatus);
+    fill_combo(kind_, form_.cboKind);
+    kind_from_->setText(QString::fromStdString(form_.lblKindFrom));
 }
 
 void ClientPanel::set_years(const std::vector<store::ClientYear>& years) {
@@ -117,7 +145,7 @@ void ClientPanel::open_selected() {
     const int r = list_->currentRow();
     if (r < 0 || r >= static_cast<int>(years_.size())) return;
     const auto& y = years_[static_cast<std::size_t>(r)];
-    emit chosen(ClientChoice{QString::fromStdString(y.code_no), y.year, false, {}, y.status});
+    emit chosen(ClientChoice{QString::fromStdString(y.code_no), y.year, false, {}, y.status, std::nullopt});
 }
 
 void ClientPanel::create_new() {
@@ -133,8 +161,8 @@ void ClientPanel::create_new() {
         code_->setFocus();
         return;
     }
-    emit chosen(ClientChoice{code, year_->value(), true, name_->text().trimmed().toUpper(),
-                             status_->currentData().toInt()});
+    emit chosen(ClientChoice{code, year_->value(), true, name_->text().trimmed().toUpper(), form_.status(),
+                             form_.kind_to_record()});
 }
 
 ClientDialog::ClientDialog(const std::vector<store::ClientYear>& years, int default_year, QWidget* parent)
@@ -151,6 +179,51 @@ ClientDialog::ClientDialog(const std::vector<store::ClientYear>& years, int defa
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     layout->addWidget(buttons);
     resize(640, 480);
+}
+
+ClientKindDialog::ClientKindDialog(store::Database& db, const store::ClientYear& client, QWidget* parent)
+    : QDialog(parent), db_(db), code_(client.code_no) {
+    setWindowTitle("Client Details");
+    form_.load(db, client.code_no, client.status);
+    auto* layout = new QVBoxLayout(this);
+    auto* form = new QFormLayout;
+    form->addRow("Client code", new QLabel(QString::fromStdString(client.code_no), this));
+    form->addRow("Name", new QLabel(QString::fromStdString(client.client_name), this));
+    form->addRow("Status", new QLabel(status_name(client.status), this));
+    kind_ = new QComboBox(this);
+    kind_->setObjectName("kind");
+    kind_from_ = new QLabel(this);
+    connect(kind_, &QComboBox::currentIndexChanged, this, [this](int i) {
+        form_.cboKind_Click(i);
+        show_form();
+    });
+    auto* kind_line = new QHBoxLayout;
+    kind_line->addWidget(kind_, 1);
+    kind_line->addWidget(kind_from_);
+    form->addRow("&Kind of Assessee", kind_line);
+    layout->addLayout(form);
+    auto* buttons = new QDialogButtonBox(this);
+    save_ = buttons->addButton("&Save", QDialogButtonBox::AcceptRole);
+    buttons->addButton(QDialogButtonBox::Cancel);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    connect(save_, &QPushButton::clicked, this, [this] {
+        try {
+            form_.save_kind(db_, code_);
+        } catch (const std::exception&) {
+            QMessageBox::critical(this, "Tarrow", "The kind of assessee could not be saved.");
+            kind_->setFocus();
+            return;
+        }
+        accept();
+    });
+    layout->addWidget(buttons);
+    show_form();
+}
+
+void ClientKindDialog::show_form() {
+    const QSignalBlocker quiet(kind_);
+    fill_combo(kind_, form_.cboKind);
+    kind_from_->setText(QString::fromStdString(form_.lblKindFrom));
 }
 
 }  // namespace brenlow::tarrow

@@ -7,6 +7,7 @@
 #include <optional>
 #include <vector>
 
+#include "masters/client_form.h"
 #include "store/client_store.h"
 
 class QTableWidget;
@@ -14,6 +15,7 @@ class QLineEdit;
 class QSpinBox;
 class QComboBox;
 class QGroupBox;
+class QLabel;
 class QPushButton;
 
 namespace brenlow::tarrow {
@@ -24,6 +26,8 @@ struct ClientChoice {
     bool create = false;
     QString name;
     int status = 1;
+    // The kind of assessee picked for a new client; nullopt while it follows the status.
+    std::optional<AssesseeKind> kind;
 };
 
 // The client's status by name: 1 an individual or proprietor, 2 a partnership firm,
@@ -44,6 +48,7 @@ public:
     QLineEdit* name_field() const { return name_; }
     QSpinBox* year_field() const { return year_; }
     QComboBox* status_field() const { return status_; }
+    QComboBox* kind_field() const { return kind_; }
     QPushButton* create_button() const { return create_; }
 
 signals:
@@ -55,6 +60,7 @@ private slots:
 
 private:
     void fill_list();
+    void show_form();
 
     std::vector<store::ClientYear> years_;
     QGroupBox* existing_ = nullptr;
@@ -65,7 +71,31 @@ private:
     QLineEdit* name_ = nullptr;
     QSpinBox* year_ = nullptr;
     QComboBox* status_ = nullptr;
+    QComboBox* kind_ = nullptr;
+    QLabel* kind_from_ = nullptr;
     QPushButton* create_ = nullptr;
+    masters::ClientForm form_;
+};
+
+// The open client's details: its status and the kind of assessee, which the person
+// may change (the kind is kept for all the client's years).
+class ClientKindDialog : public QDialog {
+    Q_OBJECT
+public:
+    ClientKindDialog(store::Database& db, const store::ClientYear& client, QWidget* parent = nullptr);
+    QComboBox* kind_field() const { return kind_; }
+    QLabel* kind_from() const { return kind_from_; }
+    QPushButton* save_button() const { return save_; }
+
+private:
+    void show_form();
+
+    store::Database& db_;
+    std::string code_;
+    masters::ClientForm form_;
+    QComboBox* kind_ = nullptr;
+    QLabel* kind_from_ = nullptr;
+    QPushButton* save_ = nullptr;
 };
 
 class ClientDialog : public QDialog {

@@ -75,6 +75,7 @@ void HostWindow::build_menus() {
     auto* client = menuBar()->addMenu("&Client");
     client->addAction("&Select Client / Year...", QKeySequence("Ctrl+O"), this,
                       &HostWindow::choose_client_year);
+    needs_year_ << client->addAction("Client &Details...", this, &HostWindow::edit_client_details);
     client->addSeparator();
     client->addAction("Connect to &Server...", this, &HostWindow::connect_to_server);
     client->addAction("Use &Embedded Database", this, &HostWindow::use_embedded_database);
@@ -153,12 +154,13 @@ bool HostWindow::open_database(const QString& url) {
 }
 
 bool HostWindow::open_client_year(const QString& code, int year, bool create, const QString& name,
-                                  std::optional<int> status) {
+                                  std::optional<int> status, std::optional<AssesseeKind> kind) {
     auto* b = base();
     if (!b) return false;
     try {
         if (create) {
             b->create_client_year(code.toStdString(), year, name.toStdString(), status);
+            if (kind) store::record_assessee_kind(b->dbobj(), code.toStdString(), *kind);
         } else if (!b->select_client_year(code.toStdString(), year)) {
             ui_.info("Client " + code.toStdString() + " has no financial year " +
                      fy_label(year).toStdString() + ".");
@@ -202,7 +204,8 @@ void HostWindow::first_start(bool remembered) {
 }
 
 void HostWindow::take_choice(const ClientChoice& choice) {
-    if (open_client_year(choice.code, choice.year, choice.create, choice.name, choice.status)) return;
+    if (open_client_year(choice.code, choice.year, choice.create, choice.name, choice.status, choice.kind))
+        return;
     // The list may have changed under a refused choice.
     if (base()) client_panel_->set_years(store::list_client_years(base()->dbobj()));
 }
@@ -220,11 +223,20 @@ void HostWindow::refresh() {
                     : QString("<p>Open a client's financial year below.</p>");
     } else {
         const auto& cy = *b->client_year();
+        QString status = status_name(cy.status);
+        try {
+            // The kind of assessee where it says more than the status.
+            const QString kind = QString::fromStdString(std::string(
+                assessee_kind_name(store::assessee_kind_of_client(b->dbobj(), cy.code_no, cy.status))));
+            if (kind != status) status += " (" + kind + ")";
+        } catch (const std::exception&) {
+            // The status alone is shown when the kind cannot be read.
+        }
         text += QString("<p><b>%1</b> %2</p><p>Financial year %3 (%4 to %5) &nbsp; A.Y. %6 &nbsp; %7</p>")
                     .arg(QString::fromStdString(cy.code_no).toHtmlEscaped(),
                          QString::fromStdString(cy.client_name).toHtmlEscaped(), fy_label(cy.year),
                          QString::fromStdString(b->FirstDate()), QString::fromStdString(b->SecondDate()),
-                         fy_label(cy.year + 1), status_name(cy.status).toHtmlEscaped());
+                         fy_label(cy.year + 1), status.toHtmlEscaped());
         setWindowTitle(
             QString("%1 - %2 [F.Y. %3]").arg(kTitle, QString::fromStdString(cy.code_no), fy_label(cy.year)));
     }
@@ -245,7 +257,14 @@ void HostWindow::choose_client_year() {
     ClientDialog dialog(store::list_client_years(base()->dbobj()), current_fy_year(), this);
     if (dialog.exec() != QDialog::Accepted || !dialog.choice()) return;
     const auto c = *dialog.choice();
-    open_client_year(c.code, c.year, c.create, c.name, c.status);
+    open_client_year(c.code, c.year, c.create, c.name, c.status, c.kind);
+}
+
+void HostWindow::edit_client_details() {
+    if (!need_client_year()) return;
+    ClientKindDialog dialog(base()->dbobj(), *base()->client_year(), this);
+    dialog.exec();
+    refresh();
 }
 
 void HostWindow::connect_to_server() {

@@ -34,7 +34,8 @@ public:
     bool open_database(const QString& url);
     // Chooses the client's year, creating it when asked to.
     bool open_client_year(const QString& code, int year, bool create, const QString& name = {},
-                          std::optional<int> status = std::nullopt);
+                          std::optional<int> status = std::nullopt,
+                          std::optional<AssesseeKind> kind = std::nullopt);
 
     // What the window does when it starts without a client named: with no client in
     // the database it offers to create one; with clients it opens the one used last
@@ -52,6 +53,8 @@ public:
 
 public slots:
     void choose_client_year();
+    // The open client's status and kind of assessee, the kind changeable.
+    void edit_client_details();
     void connect_to_server();
     void use_embedded_database();
     void open_register();
