@@ -65,6 +65,10 @@ constexpr const char* kUsage =
     "                            (brenlow capital --help)\n"
     "  ledger list|add|rename|delete|replace --master capital|trial-balance ...\n"
     "                            the particulars of the capital and trial-balance ledger masters\n"
+    "  note ppe|deferred-tax --client CODE --year YYYY [--pdf FILE|--xlsx FILE|--json FILE]\n"
+    "  note tax-rates list|set|remove ...\n"
+    "                            notes to a company's accounts: property, plant and equipment by class,\n"
+    "                            deferred tax on depreciation, the practice's rates (brenlow note --help)\n"
     "  demo [--out DIR]          a demonstration client DEMO01 (F.Y. 2024-25) with both charts\n"
     "                            printed and written as PDF files into DIR\n"
     "\n"
@@ -129,6 +133,7 @@ const std::map<std::string, Handler>& commands() {
         {"schedules", schedules_command},
         {"capital", capital_command},
         {"ledger", ledger_command},
+        {"note", note_command},
     };
     return table;
 }

@@ -61,6 +61,9 @@ public slots:
     void open_group_master();
     void open_particulars_master();
     void open_fixed_schedule();
+    // The notes to the accounts, shown in the print preview.
+    void open_ppe_note();
+    void open_deferred_tax();
     void about();
 
 private:
