@@ -295,7 +295,7 @@ ReportDocument ppe_note_report(const PpeNote& note) {
     doc.titles = {"PROPERTY, PLANT AND EQUIPMENT", reg::client_line(note.client),
                   "F.Y. " + reg::year_span(note.year), "(Amount in Rs.)"};
     const std::string gross = "Gross Block", dep = "Accumulated Depreciation", net = "Net Block";
-    doc.columns = {{"", "Class of Assets", false, true, 24},    {gross, "As at\nBeginning", true, false, 14},
+    doc.columns = {{"", "Class of Assets", false, false, 24},   {gross, "As at\nBeginning", true, false, 14},
                    {gross, "Additions", true, false, 13},       {gross, "Disposals", true, false, 13},
                    {gross, "As at\nYear End", true, false, 14}, {dep, "As at\nBeginning", true, false, 14},
                    {dep, "For the\nYear", true, false, 13}};
