@@ -118,7 +118,7 @@ ReportDocument deferred_tax_report(const DeferredTaxWorking& w, int year, const 
     add_row(doc, {"Deferred Tax Liability / (Asset)", money(w.deferred_opening), money(w.deferred_closing)},
             true);
     add_row(doc, {});
-    add_row(doc, {"Timing difference of the year"}, true);
+    add_row(doc, {"Movement in the year"}, true);
     add_row(doc, {"Depreciation as per Income-tax Act", "", money(f.tax_depreciation)});
     add_row(doc, {"Less: Depreciation as per books", "", money(f.books_depreciation)});
     add_row(doc, {"Difference in depreciation", "", money(w.depreciation_difference)});
@@ -133,11 +133,14 @@ ReportDocument deferred_tax_report(const DeferredTaxWorking& w, int year, const 
     doc.notes.push_back("Effective rate: " + rate_basis + ", " + format_mask(w.rate, "###0.000") +
                         "% (tax, surcharge and cess as enacted at the balance-sheet date).");
     if (w.deferred_opening < 0 || w.deferred_closing < 0)
-        doc.notes.push_back(
-            "Deferred tax asset: to be recognised only to the extent that there is reasonable certainty that "
-            "sufficient future taxable income will be available against which it can be realised; where the "
-            "company has unabsorbed depreciation or carried forward losses, only to the extent that there is "
-            "virtual certainty supported by convincing evidence.");
+        for (const char* line : {"Deferred tax asset: to be recognised only to the extent that there is "
+                                 "reasonable certainty that",
+                                 "sufficient future taxable income will be available against which it can be "
+                                 "realised; where the",
+                                 "company has unabsorbed depreciation or carried forward losses, only to the "
+                                 "extent that there is",
+                                 "virtual certainty supported by convincing evidence."})
+            doc.notes.push_back(line);
     doc.notes.push_back("Worked for the accounts only: nothing has been posted.");
     return doc;
 }
