@@ -8,6 +8,7 @@
 #include "store/schema.h"
 #include "store/seed.h"
 #include "store/table_lock.h"
+#include "store/tax_rate_store.h"
 #include "store/text_limits.h"
 
 namespace brenlow::store {
@@ -46,6 +47,7 @@ std::string sql_text(std::string_view text) {
 void prepare_schema(Database& db, const std::string& data_dir) {
     create_shared_tables(db);
     seed_masters(db, data_dir);
+    prepare_tax_rate_table(db);
 }
 
 void ensure_schema(Database& db, const std::string& data_dir) {

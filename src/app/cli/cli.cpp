@@ -69,6 +69,10 @@ constexpr const char* kUsage =
     "                            the return's depreciation schedules (DPM, DOA, DEP, DCG) as JSON\n"
     "  capital-gains list --client CODE --year YYYY [--json]\n"
     "                            the capital-gains rows the transfer wrote (short-term u/s 50)\n"
+    "  note ppe|deferred-tax --client CODE --year YYYY [--pdf FILE|--xlsx FILE|--json FILE]\n"
+    "  note tax-rates list|set|remove ...\n"
+    "                            notes to a company's accounts: property, plant and equipment by class,\n"
+    "                            deferred tax on depreciation, the practice's rates (brenlow note --help)\n"
     "  demo [--out DIR]          a demonstration client DEMO01 (F.Y. 2024-25) with both charts\n"
     "                            printed and written as PDF files into DIR\n"
     "\n"
@@ -139,6 +143,7 @@ const std::map<std::string, Handler>& commands() {
         {"ledger", ledger_command},
         {"itr", itr_command},
         {"capital-gains", capital_gains_command},
+        {"note", note_command},
     };
     return table;
 }

@@ -22,6 +22,8 @@ int capital_command(Context& ctx, const std::vector<std::string>& args);
 int ledger_command(Context& ctx, const std::vector<std::string>& args);
 int itr_command(Context& ctx, const std::vector<std::string>& args);
 int capital_gains_command(Context& ctx, const std::vector<std::string>& args);
+// The notes to the accounts: `note ppe|deferred-tax|tax-rates ...`.
+int note_command(Context& ctx, const std::vector<std::string>& args);
 // `register export|import`: the words after the subcommand's name.
 int register_io_command(Context& ctx, const std::string& sub, const std::vector<std::string>& args);
 // The per-particular fixed-asset schedule: `schedules fixed|transfer ...` and the

@@ -12,6 +12,7 @@
 
 #include "app/cli/context.h"
 #include "app/tarrow/client_dialog.h"
+#include "app/tarrow/notes_actions.h"
 #include "exchange/asset_merge.h"
 #include "exchange/fixed_schedule_import.h"
 #include "exchange/register_workbook.h"
@@ -105,6 +106,10 @@ void HostWindow::build_menus() {
     needs_year_ << accounts->addAction("Partners' &Capital", this, &HostWindow::open_capital);
     needs_year_ << accounts->addAction("Capital &Ledger Master", this,
                                        &HostWindow::open_capital_ledger_master);
+    accounts->addSeparator();
+    needs_year_ << accounts->addAction("&Property, Plant and Equipment Note", this,
+                                       &HostWindow::open_ppe_note);
+    needs_year_ << accounts->addAction("&Deferred Tax on Depreciation", this, &HostWindow::open_deferred_tax);
 
     auto* help = menuBar()->addMenu("&Help");
     help->addAction("&About", this, &HostWindow::about);
@@ -414,6 +419,14 @@ void HostWindow::merge_assets() {
         screen.chosen = serials;
         return screen.cmdMerge_Click();
     });
+}
+
+void HostWindow::open_ppe_note() {
+    if (need_client_year()) show_ppe_note(*base(), forms_->component(), ui_);
+}
+
+void HostWindow::open_deferred_tax() {
+    if (need_client_year()) show_deferred_tax(*base(), forms_->component(), ui_);
 }
 
 void HostWindow::about() {

@@ -66,6 +66,9 @@ public slots:
     void open_particulars_master();
     void open_fixed_schedule();
     void merge_assets();
+    // The notes to the accounts, shown in the print preview.
+    void open_ppe_note();
+    void open_deferred_tax();
     void about();
 
 private:
