@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <QApplication>
+#include <QMessageBox>
 #include <QTest>
+#include <QTimer>
 
 #include "store/capital_store.h"
 #include "support/component_fixture.h"
@@ -76,6 +79,43 @@ TEST_P(CapitalWindows, ThreePartnersAfterAProfitShare) {
     save_picture(*window, "capital_profit_sharing_ratio");
     window->run([&] { s.cmdsave_Click(); });
     EXPECT_EQ(store::capital_lines(db(), suffix_, "C001").size(), 5u);
+}
+
+// Anil a working partner at 12% on his 2,50,000 and paid 60,000; Bina at 18% on
+// nothing. Posted, then the rest shared: the partners' and the firm's totals show.
+TEST_P(CapitalWindows, InterestAndRemunerationPostedWithTheTotals) {
+    auto* window = static_cast<CapitalWindow*>(make_capital_window(component_, nullptr));
+    std::unique_ptr<QWidget> owner(window);
+    window->show();
+    auto& s = window->screen();
+    window->run([&] {
+        s.vsIR.set_text_matrix(1, capital::capital::kIRWorking, "1");
+        s.vsIR.set_value_matrix(1, capital::capital::kIRRate, 12);
+        s.vsIR.set_value_matrix(1, capital::capital::kIRRemuneration, 60000);
+        s.vsIR.set_value_matrix(2, capital::capital::kIRRate, 18);
+        s.vsIR_AfterEdit(2, capital::capital::kIRRate);
+    });
+    EXPECT_EQ(window->vsIR()->model()->index(0, capital::capital::kIRInterest).data().toString(), "30000.00");
+    // The question before posting is answered Yes.
+    QTimer yes;
+    QObject::connect(&yes, &QTimer::timeout, [] {
+        if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget()))
+            box->done(QMessageBox::Yes);
+    });
+    yes.start(20);
+    window->run([&] {
+        s.cmdIntRem_Click();
+        s.cmdShare_Click();
+    });
+    yes.stop();
+    // 1,00,000 less 30,000 of interest and 60,000 of remuneration: 10,000 shared.
+    EXPECT_EQ(s.shareable_profit(), 10000);
+    auto* pl = window->vsPL()->model();
+    ASSERT_EQ(pl->rowCount(), 4);
+    EXPECT_EQ(pl->index(0, capital::capital::kPLTotal).data().toString(), "343333.00 Cr.");
+    EXPECT_EQ(pl->index(3, capital::capital::kPLName).data().toString(), "Total");
+    EXPECT_EQ(pl->index(3, capital::capital::kPLTotal).data().toString(), "338000.00 Cr.");
+    save_picture(*window, "capital_interest_and_remuneration_posted");
 }
 
 TEST_P(CapitalWindows, TheLedgerMasterMarksWhatIsInUse) {
