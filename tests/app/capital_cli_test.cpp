@@ -99,7 +99,7 @@ TEST_P(CapitalCli, ShareAndResultWriteNothingUntilTheirQuestionIsAnswered) {
     // Nothing recorded: the nil result is named before the question, and no line is written.
     r = capital({"share", "--yes"});
     EXPECT_EQ(r.code, 1) << r.err;
-    EXPECT_EQ(r.err, "Net Profit/Loss is nil: the year's result is not recorded. Nothing was shared.\n");
+    EXPECT_EQ(r.err, "information: Net Profit/Loss is nil: the year's result is not recorded. Nothing was shared.\n");
     EXPECT_EQ(r.out, "");
     r = capital({"export", file_.string()});
     ASSERT_EQ(r.code, 0) << r.err;
