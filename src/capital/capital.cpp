@@ -155,8 +155,8 @@ void capital::chkShareCurrent_Click() {
     frame::guarded(c_.log, kModule, "chkShareCurrent_Click", [&] {
         auto& base = *c_.base;
         if (!reading_only_)
-            base.SetMiscOthInf(kShareAccountOption, chkShareCurrent.Value ? "1" : "0", base.SecondDate(), client_,
-                               kShareAccountCaption);
+            base.SetMiscOthInf(kShareAccountOption, chkShareCurrent.Value ? "1" : "0", base.SecondDate(),
+                               client_, kShareAccountCaption);
     });
 }
 
@@ -314,7 +314,7 @@ void capital::bring_opening_balances() {
             }
         }
         if (code.empty()) continue;
-        const int actyp = by_words && named.actyp ? *named.actyp
+        const int actyp = by_words && named.actyp                        ? *named.actyp
                           : store::equals_case_blind(b.group, "CAPITAL") ? store::kCapitalAccount
                                                                          : store::kCurrentAccount;
         const int nid = b.nid == store::kCapitalDebit ? store::kCapitalDebit : store::kCapitalCredit;

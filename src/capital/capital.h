@@ -49,7 +49,8 @@ public:
     };
     // The client option naming the account the profit share goes to ("1": Current A/c).
     static constexpr const char* kShareAccountOption = "PROFITSHAREACC";
-    static constexpr const char* kShareAccountCaption = "Profit share of the capital schedule to the Current A/c";
+    static constexpr const char* kShareAccountCaption =
+        "Profit share of the capital schedule to the Current A/c";
     enum RColumn { kRPartner, kRRatio, kRColumns };
     enum CColumn { kCPartner, kCAccount, kCSide, kCParticular, kCAmount, kCColumns };
 
@@ -104,7 +105,9 @@ public:
     void chkautocalcnp_Click();
     void chkShareCurrent_Click();
     // The account the share, interest and remuneration go to.
-    int share_account() const { return chkShareCurrent.Value ? store::kCurrentAccount : store::kCapitalAccount; }
+    int share_account() const {
+        return chkShareCurrent.Value ? store::kCurrentAccount : store::kCapitalAccount;
+    }
 
     // Interest and remuneration: the deed's terms typed into vsIR are worked against
     // s.40(b) as they change; cmdIntRem saves them and, on Yes, posts each partner's

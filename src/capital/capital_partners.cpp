@@ -27,14 +27,14 @@ void capital::set_up_terms_grid() {
         int width;
     } headings[] = {
         {kIRCode, "Code", 0},
-        {kIRName, "Partner", 24},
-        {kIRWorking, "Working", 8},
-        {kIRRate, "Interest (%)", 10},
-        {kIRCapital, "Capital", 14},
-        {kIRInterest, "Interest", 12},
-        {kIRAllowed, "Allowed (12%)", 12},
-        {kIRDisallowed, "Disallowed", 12},
-        {kIRRemuneration, "Remuneration", 14},
+        {kIRName, "Partner", 18},
+        {kIRWorking, "Working", 7},
+        {kIRRate, "Interest (%)", 9},
+        {kIRCapital, "Capital", 12},
+        {kIRInterest, "Interest", 11},
+        {kIRAllowed, "Allowed (12%)", 11},
+        {kIRDisallowed, "Disallowed", 10},
+        {kIRRemuneration, "Remuneration", 12},
     };
     for (const auto& h : headings) {
         vsIR.set_heading(h.col, "", h.heading);
@@ -100,7 +100,8 @@ capital::FirmWorking capital::partners_working() const {
             if (vsfC.text_matrix(l, kCPartner) == p.code &&
                 vsfC.value_matrix(l, kCAccount) == store::kCapitalAccount && opening_id_ &&
                 vsfC.value_matrix(l, kCParticular) == opening_id_)
-                opening.push_back({static_cast<int>(vsfC.value_matrix(l, kCSide)), vsfC.value_matrix(l, kCAmount)});
+                opening.push_back(
+                    {static_cast<int>(vsfC.value_matrix(l, kCSide)), vsfC.value_matrix(l, kCAmount)});
         p.capital = balance_of(opening);
         std::vector<CapitalMove> moves;
         for (const auto& m : moves_)
@@ -129,9 +130,9 @@ void capital::show_terms() {
         vsIR.set_value_matrix(r, kIRDisallowed, p.interest.disallowed);
     }
     const auto& w = firm.remuneration;
-    lblRemuneration.Caption = "Book Profit " + format_mask(w.book_profit, kPrintMask) + "   Limit u/s 40(b) " +
-                              format_mask(w.limit, kPrintMask) + "   Remuneration Paid " +
-                              format_mask(w.paid, kPrintMask) + "   Disallowed " +
+    lblRemuneration.Caption = "Book Profit " + format_mask(w.book_profit, kPrintMask) +
+                              "   Limit u/s 40(b) " + format_mask(w.limit, kPrintMask) +
+                              "   Remuneration Paid " + format_mask(w.paid, kPrintMask) + "   Disallowed " +
                               format_mask(w.disallowed, kPrintMask) + "   Interest Disallowed " +
                               format_mask(firm.interest_disallowed, kPrintMask);
 }
@@ -216,7 +217,8 @@ bool capital::cmdIntRem_Click() {
             return;
         auto& db = c_.base->dbobj();
         store::rewrite_partner_terms(db, client_, rcount_, rows, moves_);
-        for (auto [name, id] : {std::pair{kInterestOnCapital, &interest_id_}, std::pair{kRemuneration, &remuneration_id_}})
+        for (auto [name, id] :
+             {std::pair{kInterestOnCapital, &interest_id_}, std::pair{kRemuneration, &remuneration_id_}})
             if (!*id) {
                 try {
                     *id = store::ledger_insert(db, store::Ledger::capital, name);
@@ -232,7 +234,8 @@ bool capital::cmdIntRem_Click() {
             post_line(p.code, interest_id_, p.interest.at_deed_rate);
             post_line(p.code, remuneration_id_, p.remuneration);
         }
-        vsfC_row_ = vsfC.data_rows() > 0 ? std::min(std::max(vsfC_row_, vsfC.fixed_rows()), vsfC.rows() - 1) : -1;
+        vsfC_row_ =
+            vsfC.data_rows() > 0 ? std::min(std::max(vsfC_row_, vsfC.fixed_rows()), vsfC.rows() - 1) : -1;
         refresh_partner_lists();
         show_partners();
         posted_all = true;

@@ -73,7 +73,8 @@ Ostikreport::ReportDocument capital_schedule_report(const capital& s) {
     }
     if (!partners.empty()) {
         row({"Firm's Total", "", ""}, true);
-        for (const auto& [caption, b] : {std::pair{"  Capital A/c", firm_capital}, {"  Current A/c", firm_current},
+        for (const auto& [caption, b] : {std::pair{"  Capital A/c", firm_capital},
+                                         {"  Current A/c", firm_current},
                                          {"  Total", firm_capital + firm_current}})
             row({caption, b < 0 ? money(-b) : "", b > 0 ? money(b) : ""}, true);
     }

@@ -68,8 +68,10 @@ std::string name_key(std::string_view name) {
     std::string key;
     for (const char ch : name) {
         const auto c = static_cast<unsigned char>(ch);
-        if (c >= 'a' && c <= 'z') key += static_cast<char>(c - 'a' + 'A');
-        else if ((c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c >= 0x80) key += ch;
+        if (c >= 'a' && c <= 'z')
+            key += static_cast<char>(c - 'a' + 'A');
+        else if ((c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c >= 0x80)
+            key += ch;
     }
     return key;
 }

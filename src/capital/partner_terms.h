@@ -72,8 +72,8 @@ RemunerationWorking remuneration_working(double net_after_partners, double paid,
 // ACCOUNT", "CAPITAL A/C - ANIL SHAH", "Anil  Shah (Current A/c)"), compared in
 // capitals with spaces and punctuation left out.
 struct NamedAccount {
-    std::string key;            // the partner's name as compared
-    std::optional<int> actyp;   // the account the words name, if any
+    std::string key;           // the partner's name as compared
+    std::optional<int> actyp;  // the account the words name, if any
 };
 NamedAccount named_account(std::string_view particular);
 // A partner's name as compared with a particular's.

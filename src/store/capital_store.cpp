@@ -238,11 +238,14 @@ std::vector<PartnerMoveRow> partner_moves(Database& db, std::string_view client,
 }
 
 void rewrite_partner_terms(Database& db, std::string_view client, int rcount,
-                           const std::vector<PartnerTermsRow>& terms, const std::vector<PartnerMoveRow>& moves) {
+                           const std::vector<PartnerTermsRow>& terms,
+                           const std::vector<PartnerMoveRow>& moves) {
     int n = 0;
-    for (const auto& t : terms) check_text("PRTN_TERMS row " + std::to_string(++n), "code", t.code, kNameChars);
+    for (const auto& t : terms)
+        check_text("PRTN_TERMS row " + std::to_string(++n), "code", t.code, kNameChars);
     n = 0;
-    for (const auto& m : moves) check_text("PRTN_MOVES row " + std::to_string(++n), "code", m.code, kNameChars);
+    for (const auto& m : moves)
+        check_text("PRTN_MOVES row " + std::to_string(++n), "code", m.code, kNameChars);
     // Made before the group: a table made inside one would end it on MariaDB.
     const std::string client_type = client_code_type(db);
     db.execute("Create Table If Not Exists PRTN_TERMS (code_no " + client_type +
@@ -254,8 +257,8 @@ void rewrite_partner_terms(Database& db, std::string_view client, int rcount,
     db.execute("Delete From PRTN_TERMS Where code_no=" + c + " and rcount=" + y);
     db.execute("Delete From PRTN_MOVES Where code_no=" + c + " and rcount=" + y);
     for (const auto& t : terms)
-        db.execute("Insert Into PRTN_TERMS (code_no,rcount,code,working,int_rate,remun) values(" + c + "," + y +
-                   "," + quoted(t.code) + "," + (t.working ? "1" : "0") + "," + num(t.int_rate) + "," +
+        db.execute("Insert Into PRTN_TERMS (code_no,rcount,code,working,int_rate,remun) values(" + c + "," +
+                   y + "," + quoted(t.code) + "," + (t.working ? "1" : "0") + "," + num(t.int_rate) + "," +
                    num(t.remun) + ")");
     n = 0;
     for (const auto& m : moves)

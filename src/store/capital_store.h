@@ -103,7 +103,8 @@ std::vector<PartnerTermsRow> partner_terms(Database& db, std::string_view client
 std::vector<PartnerMoveRow> partner_moves(Database& db, std::string_view client, int rcount);
 // Deletes and rewrites the client's terms and dated moves of the year, in one group.
 void rewrite_partner_terms(Database& db, std::string_view client, int rcount,
-                           const std::vector<PartnerTermsRow>& terms, const std::vector<PartnerMoveRow>& moves);
+                           const std::vector<PartnerTermsRow>& terms,
+                           const std::vector<PartnerMoveRow>& moves);
 
 // ---- Opening balances from the trial balance --------------------------------------
 

@@ -160,10 +160,10 @@ CapitalWindow::CapitalWindow(std::shared_ptr<S> screen, QWidget* parent)
     split->addWidget(left);
     split->addWidget(middle);
     split->addWidget(right);
-    split->setStretchFactor(0, 5);
+    split->setStretchFactor(0, 7);
     split->setStretchFactor(1, 6);
     split->setStretchFactor(2, 2);
-    split->setSizes({560, 660, 260});
+    split->setSizes({800, 620, 220});
 
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(top);
@@ -187,7 +187,7 @@ CapitalWindow::CapitalWindow(std::shared_ptr<S> screen, QWidget* parent)
             }
         });
     }
-    resize(1600, 760);
+    resize(1680, 760);
     refresh();
 }
 

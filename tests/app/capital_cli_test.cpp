@@ -99,7 +99,9 @@ TEST_P(CapitalCli, ShareAndResultWriteNothingUntilTheirQuestionIsAnswered) {
     // Nothing recorded: the nil result is named before the question, and no line is written.
     r = capital({"share", "--yes"});
     EXPECT_EQ(r.code, 1) << r.err;
-    EXPECT_EQ(r.err, "information: Net Profit/Loss is nil: the year's result is not recorded. Nothing was shared.\n");
+    EXPECT_EQ(
+        r.err,
+        "information: Net Profit/Loss is nil: the year's result is not recorded. Nothing was shared.\n");
     EXPECT_EQ(r.out, "");
     r = capital({"export", file_.string()});
     ASSERT_EQ(r.code, 0) << r.err;
@@ -126,8 +128,10 @@ TEST_P(CapitalCli, ResultWithoutItemsChangesNothing) {
     ASSERT_EQ(capital({"result", "1=125000", "2=-20000", "--tax", "5000", "--yes"}).code, 0);
     auto r = capital({"result", "--yes"});
     EXPECT_EQ(r.code, 0) << r.err;
-    EXPECT_EQ(r.err, "brenlow capital: no items of the result and no --tax were given; nothing was changed.\n");
-    EXPECT_EQ(r.out, "The result recorded of FIRM for F.Y. 2024-25: 2 items, tax 5000.00, net profit 100000.00\n");
+    EXPECT_EQ(r.err,
+              "brenlow capital: no items of the result and no --tax were given; nothing was changed.\n");
+    EXPECT_EQ(r.out,
+              "The result recorded of FIRM for F.Y. 2024-25: 2 items, tax 5000.00, net profit 100000.00\n");
     // The tax alone replaces the tax and keeps the items.
     r = capital({"result", "--tax", "15000", "--yes"});
     ASSERT_EQ(r.code, 0) << r.err;
@@ -137,12 +141,14 @@ TEST_P(CapitalCli, ResultWithoutItemsChangesNothing) {
 TEST_P(CapitalCli, ShowPrintsTheNetProfitThatWasSharedAndThePartnersRow) {
     ASSERT_EQ(capital({"ratios", "1=60", "2=40"}).code, 0);
     ASSERT_EQ(capital({"share-account", "current"}).code, 0);
-    ASSERT_EQ(capital({"terms", "1", "--working", "yes", "--rate", "12", "--remuneration", "300000"}).code, 0);
+    ASSERT_EQ(capital({"terms", "1", "--working", "yes", "--rate", "12", "--remuneration", "300000"}).code,
+              0);
     auto r = capital({"interest", "--post", "--yes"});
     ASSERT_EQ(r.code, 0) << r.err;
     r = capital({"share", "--net-profit", "400000", "--yes"});
     ASSERT_EQ(r.code, 0) << r.err;
-    EXPECT_NE(r.out.find("Shared after the partners' interest and remuneration: 100000.00"), std::string::npos)
+    EXPECT_NE(r.out.find("Shared after the partners' interest and remuneration: 100000.00"),
+              std::string::npos)
         << r.out;
     r = capital({"show", "--json"});
     ASSERT_EQ(r.code, 0) << r.err;
@@ -152,8 +158,9 @@ TEST_P(CapitalCli, ShowPrintsTheNetProfitThatWasSharedAndThePartnersRow) {
     EXPECT_EQ(doc["current_total"], 400000);
     r = capital({"partner-if", "ANIL SHAH"});
     ASSERT_EQ(r.code, 0) << r.err;
-    EXPECT_EQ(nlohmann::json::parse(r.out)["PartnerFirmDetails"],
-              nlohmann::json::parse(R"({"FirmName": "SHAH AND CO", "FirmPAN": null, "PartnerName": "ANIL SHAH",
+    EXPECT_EQ(
+        nlohmann::json::parse(r.out)["PartnerFirmDetails"],
+        nlohmann::json::parse(R"({"FirmName": "SHAH AND CO", "FirmPAN": null, "PartnerName": "ANIL SHAH",
                   "ProfitSharePercent": 60, "ProfitShareAmount": 60000, "CapitalBalanceOn31March": 360000,
                   "InterestReceived": 0, "RemunerationReceived": 300000})"));
 }

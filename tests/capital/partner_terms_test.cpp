@@ -18,14 +18,14 @@ struct LimitCase {
 
 TEST(RemunerationLimit, FollowsTheSlabsOfTheAssessmentYear) {
     const LimitCase cases[] = {
-        {-50000, 2026, 300000},   // a loss: the floor
-        {0, 2026, 300000},        // nil: the floor
-        {400000, 2026, 360000},   // 90% is above the floor
-        {600000, 2026, 540000},   // the whole first slab at 90%
-        {1780000, 2026, 1248000}, // 5,40,000 and 60% of 11,80,000
-        {250000, 2025, 225000},   // A.Y. 2024-25: 90% of 2,50,000
-        {100000, 2025, 150000},   // A.Y. 2024-25: the old floor
-        {500000, 2025, 390000},   // A.Y. 2024-25: 2,70,000 and 60% of 2,00,000
+        {-50000, 2026, 300000},    // a loss: the floor
+        {0, 2026, 300000},         // nil: the floor
+        {400000, 2026, 360000},    // 90% is above the floor
+        {600000, 2026, 540000},    // the whole first slab at 90%
+        {1780000, 2026, 1248000},  // 5,40,000 and 60% of 11,80,000
+        {250000, 2025, 225000},    // A.Y. 2024-25: 90% of 2,50,000
+        {100000, 2025, 150000},    // A.Y. 2024-25: the old floor
+        {500000, 2025, 390000},    // A.Y. 2024-25: 2,70,000 and 60% of 2,00,000
     };
     for (const auto& c : cases)
         EXPECT_EQ(remuneration_limit(c.book_profit, c.assessment_year_end), c.limit)
@@ -65,7 +65,8 @@ TEST(InterestOnCapital, AboveTwelvePercentTheExcessIsDisallowed) {
 // 73,000 drawn on 01/01/2025 (90 days), at 10% of a 365-day year.
 TEST(InterestOnCapital, RunsForTheDaysEachBalanceStood) {
     const Date first = fy_first(2025), last = fy_last(2025);
-    const std::vector<CapitalMove> moves{{*Date::parse("01/01/2025"), -73000}, {*Date::parse("01/10/2024"), 36500}};
+    const std::vector<CapitalMove> moves{{*Date::parse("01/01/2025"), -73000},
+                                         {*Date::parse("01/10/2024"), 36500}};
     const auto w = interest_on_capital(100000, moves, 10, first, last);
     // 10,000 + 36,500 x 10% x 182/365 (1,820) - 73,000 x 10% x 90/365 (1,800).
     EXPECT_EQ(w.at_deed_rate, 10020);

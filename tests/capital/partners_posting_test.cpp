@@ -26,7 +26,8 @@ protected:
                      std::to_string(allid) + "," + std::to_string(part) + ",2," + std::to_string(amt) + ")");
     }
     // The partner's lines: account, particular, side, amount.
-    std::vector<std::tuple<int, std::string, int, double>> lines_of(const capital& s, const std::string& code) {
+    std::vector<std::tuple<int, std::string, int, double>> lines_of(const capital& s,
+                                                                    const std::string& code) {
         std::vector<std::tuple<int, std::string, int, double>> out;
         for (const auto& l : s.lines())
             if (l.code == code) out.emplace_back(l.actyp, s.particular_name(l.particular_id), l.nid, l.amt);
@@ -68,8 +69,9 @@ TEST_P(PartnersPosting, TheShareGoesToTheCurrentAccountUnderTheOption) {
     std::vector<std::tuple<std::string, int, int, double>> stored;
     for (const auto& l : store::capital_lines(db(), suffix(), "C001"))
         stored.emplace_back(l.code, l.actyp, l.nid, l.amt);
-    EXPECT_EQ(stored, (std::vector<std::tuple<std::string, int, int, double>>{
-                          {"1", kCurrentAccount, kCapitalCredit, 600}, {"2", kCurrentAccount, kCapitalCredit, 400}}));
+    EXPECT_EQ(stored,
+              (std::vector<std::tuple<std::string, int, int, double>>{
+                  {"1", kCurrentAccount, kCapitalCredit, 600}, {"2", kCurrentAccount, kCapitalCredit, 400}}));
     // The partners' totals and the firm's.
     EXPECT_EQ(s.vsPL.text_matrix(1, capital::kPLCurrent), "600.00 Cr.");
     EXPECT_EQ(s.vsPL.text_matrix(1, capital::kPLTotal), "600.00 Cr.");
@@ -90,8 +92,10 @@ TEST_P(PartnersPosting, OpeningBalancesAreFoundUnderTheAccountsName) {
     s.Form_Load();
     // The client's listed partners, before any ratio is saved.
     using L = std::tuple<int, std::string, int, double>;
-    EXPECT_EQ(lines_of(s, "1"), (std::vector<L>{{kCapitalAccount, "OPENING BALANCE", kCapitalCredit, 250000}}));
-    EXPECT_EQ(lines_of(s, "2"), (std::vector<L>{{kCurrentAccount, "OPENING BALANCE", kCapitalCredit, 12000}}));
+    EXPECT_EQ(lines_of(s, "1"),
+              (std::vector<L>{{kCapitalAccount, "OPENING BALANCE", kCapitalCredit, 250000}}));
+    EXPECT_EQ(lines_of(s, "2"),
+              (std::vector<L>{{kCurrentAccount, "OPENING BALANCE", kCapitalCredit, 12000}}));
     EXPECT_EQ(lines_of(s, "3"), (std::vector<L>{{kCapitalAccount, "OPENING BALANCE", kCapitalCredit, 5000}}));
 }
 
@@ -138,13 +142,15 @@ TEST_P(PartnersPosting, InterestAndRemunerationArePostedBeforeTheShare) {
     ASSERT_TRUE(s.cmdShare_Click());
     ASSERT_TRUE(s.cmdsave_Click());
     using L = std::tuple<int, std::string, int, double>;
-    EXPECT_EQ(lines_of(s, "1"), (std::vector<L>{{kCapitalAccount, "OPENING BALANCE", kCapitalCredit, 800000},
-                                                 {kCapitalAccount, "INTEREST ON CAPITAL", kCapitalCredit, 120000},
-                                                 {kCapitalAccount, "REMUNERATION", kCapitalCredit, 500000},
-                                                 {kCapitalAccount, "PROFIT SHARE (00711)", kCapitalCredit, 10000}}));
-    EXPECT_EQ(lines_of(s, "2"), (std::vector<L>{{kCapitalAccount, "OPENING BALANCE", kCapitalCredit, 400000},
-                                                 {kCapitalAccount, "INTEREST ON CAPITAL", kCapitalCredit, 60000},
-                                                 {kCapitalAccount, "PROFIT SHARE (00711)", kCapitalCredit, 10000}}));
+    EXPECT_EQ(lines_of(s, "1"),
+              (std::vector<L>{{kCapitalAccount, "OPENING BALANCE", kCapitalCredit, 800000},
+                              {kCapitalAccount, "INTEREST ON CAPITAL", kCapitalCredit, 120000},
+                              {kCapitalAccount, "REMUNERATION", kCapitalCredit, 500000},
+                              {kCapitalAccount, "PROFIT SHARE (00711)", kCapitalCredit, 10000}}));
+    EXPECT_EQ(lines_of(s, "2"),
+              (std::vector<L>{{kCapitalAccount, "OPENING BALANCE", kCapitalCredit, 400000},
+                              {kCapitalAccount, "INTEREST ON CAPITAL", kCapitalCredit, 60000},
+                              {kCapitalAccount, "PROFIT SHARE (00711)", kCapitalCredit, 10000}}));
     EXPECT_EQ(s.shared_net_profit(), 700000);
     // Read again: the terms were kept, and posting twice replaces the lines.
     capital again(component_, ui_);

@@ -33,7 +33,8 @@ constexpr const char* kHelp =
     "       brenlow [--db URL] capital import FILE.json --client CODE --year YYYY\n"
     "       brenlow [--db URL] capital result --client CODE --year YYYY [ITEM=AMOUNT...] [--tax N] [--yes]\n"
     "       brenlow [--db URL] capital partners --client CODE [--add \"FIRST [MIDDLE] LAST\"]\n"
-    "       brenlow [--db URL] capital terms PARTNER --client CODE --year YYYY [--working yes|no] [--rate R]\n"
+    "       brenlow [--db URL] capital terms PARTNER --client CODE --year YYYY [--working yes|no] [--rate "
+    "R]\n"
     "               [--remuneration N] [DD/MM/YYYY=AMOUNT...] [--yes]\n"
     "       brenlow [--db URL] capital interest --client CODE --year YYYY [--post] [--yes]\n"
     "       brenlow [--db URL] capital share-account capital|current --client CODE --year YYYY\n"
@@ -397,18 +398,20 @@ std::string ratio_partner(const capital::capital& s, const std::string& who) {
         const std::string code = capital::capital::partner_code(r);
         if (code == who || capital::name_key(r.name) == capital::name_key(who)) return code;
     }
-    throw UsageError("\"" + who + "\" is not a partner of the year's ratios (brenlow capital show lists them).");
+    throw UsageError("\"" + who +
+                     "\" is not a partner of the year's ratios (brenlow capital show lists them).");
 }
 
 void print_working(Context& ctx, const capital::capital& s) {
     const auto firm = s.partners_working();
-    ctx.out << std::left << std::setw(26) << "Partner" << std::right << std::setw(8) << "Working" << std::setw(9)
-            << "Rate" << std::setw(15) << "Capital" << std::setw(13) << "Interest" << std::setw(13) << "Allowed"
-            << std::setw(13) << "Disallowed" << std::setw(15) << "Remuneration" << "\n";
+    ctx.out << std::left << std::setw(26) << "Partner" << std::right << std::setw(8) << "Working"
+            << std::setw(9) << "Rate" << std::setw(15) << "Capital" << std::setw(13) << "Interest"
+            << std::setw(13) << "Allowed" << std::setw(13) << "Disallowed" << std::setw(15) << "Remuneration"
+            << "\n";
     for (const auto& p : firm.partners)
         ctx.out << std::left << std::setw(26) << s.partner_name(p.code) << std::right << std::setw(8)
-                << (p.working ? "Yes" : "No") << std::setw(9) << format_mask(p.rate, "###0.00") << std::setw(15)
-                << format_mask(p.capital, "###0.00") << std::setw(13)
+                << (p.working ? "Yes" : "No") << std::setw(9) << format_mask(p.rate, "###0.00")
+                << std::setw(15) << format_mask(p.capital, "###0.00") << std::setw(13)
                 << format_mask(p.interest.at_deed_rate, "###0.00") << std::setw(13)
                 << format_mask(p.interest.allowed, "###0.00") << std::setw(13)
                 << format_mask(p.interest.disallowed, "###0.00") << std::setw(15)
@@ -452,7 +455,9 @@ int terms(Context& ctx, const std::vector<std::string>& args) {
     for (const auto& [option, col] : {std::pair{"rate", C::kIRRate}, {"remuneration", C::kIRRemuneration}})
         if (const auto v = opt.get(option)) {
             const auto n = parse_amount(*v);
-            if (!n) throw UsageError(std::string("Option --") + option + " must be a number, not \"" + *v + "\".");
+            if (!n)
+                throw UsageError(std::string("Option --") + option + " must be a number, not \"" + *v +
+                                 "\".");
             s.vsIR.set_value_matrix(row, col, *n);
             s.vsIR_AfterEdit(row, col);
         }
@@ -486,13 +491,12 @@ int share_account(Context& ctx, const std::vector<std::string>& args) {
     const Options opt(args, {});
     opt.reject_unknown({"client", "year"});
     const std::string which = opt.positional().size() == 2 ? opt.positional()[1] : std::string();
-    if (which != "capital" && which != "current")
-        throw UsageError("share-account is capital or current.");
+    if (which != "capital" && which != "current") throw UsageError("share-account is capital or current.");
     const auto y = open_year(ctx, opt);
     // The client's option that the screen's tick keeps.
     auto& base = ctx.base();
-    base.SetMiscOthInf(capital::capital::kShareAccountOption, which == "current" ? "1" : "0", base.SecondDate(),
-                       y.code, capital::capital::kShareAccountCaption);
+    base.SetMiscOthInf(capital::capital::kShareAccountOption, which == "current" ? "1" : "0",
+                       base.SecondDate(), y.code, capital::capital::kShareAccountCaption);
     ctx.out << "The profit share, interest and remuneration go to the "
             << (which == "current" ? "Current A/c" : "Capital A/c") << "\n";
     return 0;
@@ -527,12 +531,13 @@ int partner_if(Context& ctx, const std::vector<std::string>& args) {
         {"PartnerName", s.partner_name(code)},
         {"ProfitSharePercent", ratio},
         {"ProfitShareAmount", vb_round(share, 2)},
-        {"CapitalBalanceOn31March",
-         vb_round(s.closing_balance(code, store::kCapitalAccount) + s.closing_balance(code, store::kCurrentAccount),
-                  2)},
+        {"CapitalBalanceOn31March", vb_round(s.closing_balance(code, store::kCapitalAccount) +
+                                                 s.closing_balance(code, store::kCurrentAccount),
+                                             2)},
         {"InterestReceived", vb_round(interest_received, 2)},
         {"RemunerationReceived", vb_round(remuneration, 2)}};
-    ctx.out << nlohmann::ordered_json{{"client", y.code}, {"year", y.year}, {"PartnerFirmDetails", row}}.dump(2)
+    ctx.out << nlohmann::ordered_json{{"client", y.code}, {"year", y.year}, {"PartnerFirmDetails", row}}.dump(
+                   2)
             << "\n";
     return 0;
 }
