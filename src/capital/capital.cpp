@@ -18,6 +18,8 @@ constexpr const char* kModule = "capital";
 constexpr const char* kAmountMask = "###0.00";
 // The client option that turns the automatic net profit off.
 constexpr const char* kNoAutoNetProfit = "NOAUTOPLINCAPSCH";
+// The firm's line under the partners.
+constexpr const char* kFirmTotal = "Total";
 
 std::string trimmed(std::string_view text) {
     const auto b = text.find_first_not_of(' ');
@@ -39,13 +41,16 @@ capital::capital(frame::Component& component, Ui& ui, bool reading_only)
       vsfR(kRColumns, 1),
       vsfC(kCColumns, 1),
       vsLM(1, 1),
+      vsIR(kIRColumns, 1),
       txtNetProfit(ui),
       c_(component),
       ui_(ui),
       reading_only_(reading_only) {
     lblNetProfit.Caption = "Net Profit/Loss";
     chkautocalcnp.Caption = "Auto Calculate Net Profit";
+    chkShareCurrent.Caption = "Profit Share to Current A/c";
     set_up_grids();
+    set_up_terms_grid();
 }
 
 void capital::set_up_grids() {
@@ -60,6 +65,7 @@ void capital::set_up_grids() {
         {vsPL, kPLRatio, "Profit (%)", 10},
         {vsPL, kPLCapital, "Capital A/c", 16},
         {vsPL, kPLCurrent, "Current A/c", 16},
+        {vsPL, kPLTotal, "Total", 16},
         {vsfR, kRPartner, "Partner", 34},
         {vsfR, kRRatio, "Profit (%)", 10},
         {vsfC, kCPartner, "Partner", 26},
@@ -75,7 +81,7 @@ void capital::set_up_grids() {
     }
     vsPL.set_col_hidden(kPLCode, true);
     vsPL.set_col_format(kPLRatio, kAmountMask);
-    for (int col : {kPLRatio, kPLCapital, kPLCurrent}) vsPL.set_col_alignment(col, Align::right);
+    for (int col : {kPLRatio, kPLCapital, kPLCurrent, kPLTotal}) vsPL.set_col_alignment(col, Align::right);
     vsfR.set_col_format(kRRatio, kAmountMask);
     vsfR.set_col_alignment(kRRatio, Align::right);
     for (int col : {kRPartner, kRRatio}) vsfR.set_col_editable(col, true);
@@ -107,6 +113,7 @@ void capital::Form_Load() {
         load_particulars();
         load_lines();
         bring_opening_balances();
+        load_terms();
         show_partners();
     });
 }
@@ -124,11 +131,15 @@ void capital::ensure_fixed_particulars() {
                      store::failure_reason(db.backend(), e));
         }
     }
+    // Interest and remuneration are made when first posted.
+    interest_id_ = store::ledger_find(db, store::Ledger::capital, kInterestOnCapital).value_or(0);
+    remuneration_id_ = store::ledger_find(db, store::Ledger::capital, kRemuneration).value_or(0);
 }
 
 void capital::load_net_profit() {
     auto& base = *c_.base;
     chkautocalcnp.Value = base.GetMiscOthInf(kNoAutoNetProfit, base.SecondDate(), client_) != "1";
+    chkShareCurrent.Value = base.GetMiscOthInf(kShareAccountOption, base.SecondDate(), client_) == "1";
     // The items of the year's result less its tax.
     auto_net_ = 0;
     for (const auto& r : store::year_result(base.dbobj(), suffix_, client_))
@@ -138,6 +149,15 @@ void capital::load_net_profit() {
 
 double capital::net_profit() const {
     return chkautocalcnp.Value ? auto_net_ : typed_number(txtNetProfit.text());
+}
+
+void capital::chkShareCurrent_Click() {
+    frame::guarded(c_.log, kModule, "chkShareCurrent_Click", [&] {
+        auto& base = *c_.base;
+        if (!reading_only_)
+            base.SetMiscOthInf(kShareAccountOption, chkShareCurrent.Value ? "1" : "0", base.SecondDate(),
+                               client_, kShareAccountCaption);
+    });
 }
 
 void capital::chkautocalcnp_Click() {
@@ -278,15 +298,25 @@ void capital::bring_opening_balances() {
     for (const auto& r : ratios_) codes.push_back(partner_code(r));
     for (const auto& p : listed_) codes.push_back(std::to_string(p.code));
     for (const auto& b : balances) {
+        // The partner's own name, or his name with the account's words ("ANIL SHAH
+        // CAPITAL A/C"); the words, when they name an account, choose it.
+        const auto named = named_account(b.particular);
+        const std::string whole = name_key(b.particular);
         std::string code;
-        for (const auto& c : codes)
-            if (store::equals_case_blind(trimmed(partner_name(c)), trimmed(b.particular))) {
+        bool by_words = false;
+        for (const auto& c : codes) {
+            const std::string key = name_key(partner_name(c));
+            if (key.empty()) continue;
+            if (key == whole || key == named.key) {
                 code = c;
+                by_words = key != whole;
                 break;
             }
+        }
         if (code.empty()) continue;
-        const int actyp =
-            store::equals_case_blind(b.group, "CAPITAL") ? store::kCapitalAccount : store::kCurrentAccount;
+        const int actyp = by_words && named.actyp                        ? *named.actyp
+                          : store::equals_case_blind(b.group, "CAPITAL") ? store::kCapitalAccount
+                                                                         : store::kCurrentAccount;
         const int nid = b.nid == store::kCapitalDebit ? store::kCapitalDebit : store::kCapitalCredit;
         int found = -1;
         for (int r = vsfC.fixed_rows(); r < vsfC.rows() && found < 0; ++r)
@@ -317,21 +347,40 @@ void capital::show_partners() {
     vsPL.set_redraw(false);
     vsPL.clear_rows();
     std::set<std::string> shown;
+    double firm_capital = 0, firm_current = 0, firm_ratio = 0;
     auto add = [&](const std::string& code, const std::string& ratio) {
         if (code.empty() || !shown.insert(code).second) return;
         const int row = vsPL.add_item();
+        const double capital_ac = closing_balance(code, store::kCapitalAccount);
+        const double current_ac = closing_balance(code, store::kCurrentAccount);
+        firm_capital += capital_ac;
+        firm_current += current_ac;
         vsPL.set_text_matrix(row, kPLCode, code);
         vsPL.set_text_matrix(row, kPLName,
                              is_other_partner(code) ? "Others- " + partner_name(code) : partner_name(code));
         vsPL.set_text_matrix(row, kPLRatio, ratio);
-        vsPL.set_text_matrix(row, kPLCapital, balance_text(closing_balance(code, store::kCapitalAccount)));
-        vsPL.set_text_matrix(row, kPLCurrent, balance_text(closing_balance(code, store::kCurrentAccount)));
+        vsPL.set_text_matrix(row, kPLCapital, balance_text(capital_ac));
+        vsPL.set_text_matrix(row, kPLCurrent, balance_text(current_ac));
+        vsPL.set_text_matrix(row, kPLTotal, balance_text(capital_ac + current_ac));
     };
-    for (const auto& r : ratios_) add(partner_code(r), plain_number(r.rat));
+    for (const auto& r : ratios_) {
+        firm_ratio += r.rat;
+        add(partner_code(r), plain_number(r.rat));
+    }
     for (int r = vsfC.fixed_rows(); r < vsfC.rows(); ++r) add(vsfC.text_matrix(r, kCPartner), "");
+    // The firm's line: no code, so a line added on it names no partner.
+    if (!shown.empty()) {
+        const int row = vsPL.add_item();
+        vsPL.set_text_matrix(row, kPLName, kFirmTotal);
+        vsPL.set_text_matrix(row, kPLRatio, ratios_.empty() ? "" : format_mask(firm_ratio, kAmountMask));
+        vsPL.set_text_matrix(row, kPLCapital, balance_text(firm_capital));
+        vsPL.set_text_matrix(row, kPLCurrent, balance_text(firm_current));
+        vsPL.set_text_matrix(row, kPLTotal, balance_text(firm_capital + firm_current));
+    }
     vsPL.set_redraw(true);
     if (vsPL_row_ >= vsPL.rows() || vsPL_row_ < vsPL.fixed_rows())
         vsPL_row_ = vsPL.data_rows() > 0 ? vsPL.fixed_rows() : -1;
+    show_terms();
 }
 
 // ---- Ratios ------------------------------------------------------------------------
@@ -492,6 +541,7 @@ bool capital::cmdbackP_Click() {
         if (vsfC_row_ >= vsfC.rows()) vsfC_row_ = vsfC.data_rows() > 0 ? vsfC.rows() - 1 : -1;
         // Read back in the order the shares are given.
         ratios_ = store::ratio_rows(db, client_, rcount_);
+        load_terms();
         fraRatio_Visible = false;
         refresh_partner_lists();
         show_partners();
@@ -610,15 +660,23 @@ bool capital::cmdShare_Click() {
             ui_.info("Total Profit (%) should be 100%.");
             return;
         }
-        const auto shares = profit_shares(pcts, net_profit());
+        // A nil result is said, not shared as nil lines.
+        const double net = vb_round(shareable_profit(), 2);
+        if (net == 0) {
+            const bool recorded = !store::year_result(c_.base->dbobj(), suffix_, client_).empty();
+            ui_.info(chkautocalcnp.Value && !recorded
+                         ? "Net Profit/Loss is nil: the year's result is not recorded. Nothing was shared."
+                         : "Net Profit/Loss to share is nil. Nothing was shared.");
+            return;
+        }
+        const auto shares = profit_shares(pcts, net);
         last_shares_.clear();
         for (std::size_t i = 0; i < ratios_.size(); ++i) {
             const std::string code = partner_code(ratios_[i]);
             const auto side = share_line(shares[i]);
             last_shares_.emplace_back(code, shares[i]);
-            // The partner's share line is replaced where it stands (in whichever
-            // account it was put); a first share goes after his last line, into his
-            // Capital A/c.
+            // The partner's share line is replaced, in the account the client's
+            // option names; a first share goes after his last line.
             int found = -1, last = -1;
             for (int r = vsfC.fixed_rows(); r < vsfC.rows(); ++r) {
                 if (vsfC.text_matrix(r, kCPartner) != code) continue;
@@ -626,8 +684,9 @@ bool capital::cmdShare_Click() {
                 if (found < 0 && vsfC.value_matrix(r, kCParticular) == share_id_) found = r;
             }
             if (found < 0) {
-                add_line(code, store::kCapitalAccount, side.nid, share_id_, side.amt, last);
+                add_line(code, share_account(), side.nid, share_id_, side.amt, last);
             } else {
+                vsfC.set_text_matrix(found, kCAccount, std::to_string(share_account()));
                 vsfC.set_text_matrix(found, kCSide, std::to_string(side.nid));
                 vsfC.set_value_matrix(found, kCAmount, side.amt);
             }

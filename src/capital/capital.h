@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "capital/capital_rules.h"
+#include "capital/partner_terms.h"
 #include "controls/grid.h"
 #include "controls/screen_controls.h"
 #include "controls/ui_port.h"
@@ -32,7 +33,24 @@ public:
     // The row data of vsLM's "[New]" line.
     static constexpr long kNewRowData = -1;
 
-    enum PLColumn { kPLCode, kPLName, kPLRatio, kPLCapital, kPLCurrent, kPLColumns };
+    enum PLColumn { kPLCode, kPLName, kPLRatio, kPLCapital, kPLCurrent, kPLTotal, kPLColumns };
+    // The interest and remuneration of each partner under the deed, worked against s.40(b).
+    enum IRColumn {
+        kIRCode,
+        kIRName,
+        kIRWorking,
+        kIRRate,
+        kIRCapital,
+        kIRInterest,
+        kIRAllowed,
+        kIRDisallowed,
+        kIRRemuneration,
+        kIRColumns
+    };
+    // The client option naming the account the profit share goes to ("1": Current A/c).
+    static constexpr const char* kShareAccountOption = "PROFITSHAREACC";
+    static constexpr const char* kShareAccountCaption =
+        "Profit share of the capital schedule to the Current A/c";
     enum RColumn { kRPartner, kRRatio, kRColumns };
     enum CColumn { kCPartner, kCAccount, kCSide, kCParticular, kCAmount, kCColumns };
 
@@ -43,14 +61,17 @@ public:
     std::string Caption() const override { return caption_; }
 
     // Controls.
-    Grid vsPL, vsfR, vsfC, vsLM;
+    Grid vsPL, vsfR, vsfC, vsLM, vsIR;
     CheckBox chkautocalcnp;
+    // The profit share, interest and remuneration go to the Current A/c (else the Capital A/c).
+    CheckBox chkShareCurrent;
+    Label lblRemuneration;  // the firm's remuneration working
     vTXT txtNetProfit;
     Label lblNetProfit;  // "Net Profit/Loss"
     Label lblTotal;      // "Total Profit (%) = ..."
     bool fraRatio_Visible = false;
     CommandButton cmdProfitDet, cmdAddP, cmdDelP, cmdbackP, cmdShare, cmdaddr, cmddelr, cmdsave, cmddelcap,
-        cmdprint, cmdback;
+        cmdprint, cmdback, cmdIntRem;
 
     // Events.
     void Form_Load();
@@ -82,6 +103,36 @@ public:
     int vsPL_Row() const { return vsPL_row_; }
 
     void chkautocalcnp_Click();
+    void chkShareCurrent_Click();
+    // The account the share, interest and remuneration go to.
+    int share_account() const {
+        return chkShareCurrent.Value ? store::kCurrentAccount : store::kCapitalAccount;
+    }
+
+    // Interest and remuneration: the deed's terms typed into vsIR are worked against
+    // s.40(b) as they change; cmdIntRem saves them and, on Yes, posts each partner's
+    // interest and remuneration lines before the profit share.
+    void vsIR_AfterEdit(int row, int col);
+    bool cmdSaveTerms_Click();
+    bool cmdIntRem_Click();
+    // A partner's dated additions to and drawings from capital (the command line's).
+    void set_moves(const std::string& code, const std::vector<CapitalMove>& moves);
+    struct PartnerWorking {
+        std::string code;
+        bool working = false;
+        double rate = 0;
+        double capital = 0;  // opening balance of the Capital A/c
+        InterestWorking interest;
+        double remuneration = 0;
+    };
+    struct FirmWorking {
+        std::vector<PartnerWorking> partners;
+        RemunerationWorking remuneration;
+        double interest = 0;  // at the deed's rates
+        double interest_disallowed = 0;
+    };
+    // The working of the terms now in vsIR.
+    FirmWorking partners_working() const;
     // Divides the year's result (or the typed one) by the ratios.
     bool cmdShare_Click();
     bool cmdsave_Click();
@@ -99,6 +150,16 @@ public:
     long profit_share_id() const { return share_id_; }
     // The net profit the next share divides: the year's result, or what is typed.
     double net_profit() const;
+    // What the profit share divides: the net profit less the partners' interest and
+    // remuneration posted.
+    double shareable_profit() const;
+    // Credits less debits of every partner's lines of one particular (0: none).
+    double posted(long particular_id) const;
+    long interest_id() const { return interest_id_; }
+    long remuneration_id() const { return remuneration_id_; }
+    // The net profit the partners' lines account for: the shares, the interest and the
+    // remuneration together when a share was given, else the net profit.
+    double shared_net_profit() const;
     // The saved partners with their ratios, in the order shares are given.
     const std::vector<store::RatioRow>& ratios() const { return ratios_; }
     // The code of a ratio row as CAPITAL_ keeps it.
@@ -114,6 +175,11 @@ public:
 
 private:
     void set_up_grids();
+    void set_up_terms_grid();
+    void load_terms();
+    void show_terms();
+    bool read_terms(std::vector<store::PartnerTermsRow>& rows);
+    void post_line(const std::string& code, long particular, double amount);
     void ensure_fixed_particulars();
     void load_net_profit();
     void load_partners();
@@ -141,6 +207,9 @@ private:
     int prev_rcount_ = 0;
     long opening_id_ = 0;
     long share_id_ = 0;
+    long interest_id_ = 0;
+    long remuneration_id_ = 0;
+    std::vector<store::PartnerMoveRow> moves_;
     double auto_net_ = 0;
     std::vector<store::ListedPartner> listed_;
     std::vector<store::RatioRow> ratios_;

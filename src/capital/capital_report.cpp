@@ -41,6 +41,7 @@ Ostikreport::ReportDocument capital_schedule_report(const capital& s) {
     for (const auto& r : s.ratios()) partners.push_back(capital::partner_code(r));
     for (const auto& l : lines)
         if (std::find(partners.begin(), partners.end(), l.code) == partners.end()) partners.push_back(l.code);
+    double firm_capital = 0, firm_current = 0;
     for (const auto& code : partners) {
         std::string heading = s.partner_name(code);
         for (const auto& r : s.ratios())
@@ -62,8 +63,24 @@ Ostikreport::ReportDocument capital_schedule_report(const capital& s) {
             const double b = s.closing_balance(code, actyp);
             row({"    Closing Balance", b < 0 ? money(-b) : "", b > 0 ? money(b) : ""}, true);
         }
+        const double partner_total =
+            s.closing_balance(code, store::kCapitalAccount) + s.closing_balance(code, store::kCurrentAccount);
+        firm_capital += s.closing_balance(code, store::kCapitalAccount);
+        firm_current += s.closing_balance(code, store::kCurrentAccount);
+        row({"  Total of " + s.partner_name(code), partner_total < 0 ? money(-partner_total) : "",
+             partner_total > 0 ? money(partner_total) : ""},
+            true);
     }
-    doc.notes.push_back("Net Profit/Loss: " + money(s.net_profit()));
+    if (!partners.empty()) {
+        row({"Firm's Total", "", ""}, true);
+        for (const auto& [caption, b] : {std::pair{"  Capital A/c", firm_capital},
+                                         {"  Current A/c", firm_current},
+                                         {"  Total", firm_capital + firm_current}})
+            row({caption, b < 0 ? money(-b) : "", b > 0 ? money(b) : ""}, true);
+    }
+    doc.notes.push_back("Net Profit/Loss: " + money(s.shared_net_profit()));
+    if (s.posted(s.interest_id()) != 0 || s.posted(s.remuneration_id()) != 0)
+        doc.notes.push_back(s.lblRemuneration.Caption);
     return doc;
 }
 

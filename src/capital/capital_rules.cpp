@@ -36,6 +36,14 @@ std::optional<std::string> amount_fault(double amount) {
     return std::nullopt;
 }
 
+std::optional<std::string> terms_fault(bool working, double int_rate, double remuneration) {
+    if (!std::isfinite(int_rate) || int_rate < 0 || int_rate > 100)
+        return "Interest (%) must be from 0 to 100.";
+    if (const auto fault = amount_fault(remuneration)) return fault;
+    if (remuneration > 0 && !working) return "Remuneration is paid to working partners only.";
+    return std::nullopt;
+}
+
 std::optional<std::string> ratio_fault(double percentage) {
     if (!std::isfinite(percentage) || percentage < 0 || percentage > 100)
         return "Profit (%) must be from 0 to 100.";

@@ -47,6 +47,11 @@ std::optional<std::string> line_fault(const LineFields& line);
 // than 15 digits before the point.".
 std::optional<std::string> amount_fault(double amount);
 
+// The fault of a partner's terms, nothing when they will do: "Interest (%) must be
+// from 0 to 100.", then the remuneration's amount_fault, then "Remuneration is paid
+// to working partners only.".
+std::optional<std::string> terms_fault(bool working, double int_rate, double remuneration);
+
 // ---- Ratios --------------------------------------------------------------------------
 
 // The fault of one partner's ratio, nothing when it is a percentage from 0 to 100:

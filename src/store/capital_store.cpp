@@ -4,6 +4,7 @@
 
 #include "controls/number_format.h"
 #include "store/register_store.h"
+#include "store/schema.h"
 #include "store/table_lock.h"
 #include "store/text_limits.h"
 
@@ -197,6 +198,72 @@ void write_year_result(Database& db, std::string_view suffix, std::string_view c
         db.execute("Insert Into tp_NCPLoss_" + s + " (Code_No,ItemId,Amount) values(" + c + "," + num(id) +
                    "," + num(amount) + ")");
     db.execute("Insert Into tp_Tax_" + s + " (Code_No,RType,Amount) values(" + c + ",0," + num(tax) + ")");
+    db.flush_tables();
+    tx.commit();
+}
+
+void write_year_tax(Database& db, std::string_view suffix, std::string_view client, double tax) {
+    const std::string s(suffix), c = quoted(client);
+    Transaction tx(db);
+    db.execute("Delete From tp_Tax_" + s + " Where Code_No=" + c + " and RType=0");
+    db.execute("Insert Into tp_Tax_" + s + " (Code_No,RType,Amount) values(" + c + ",0," + num(tax) + ")");
+    db.flush_tables();
+    tx.commit();
+}
+
+bool year_result_tables(Database& db, std::string_view suffix) {
+    const std::string s(suffix);
+    return !s.empty() && db.table_exists("tp_NCPLoss_" + s) && db.table_exists("tp_Tax_" + s);
+}
+
+// ---- The deed's terms for each partner -------------------------------------------
+
+std::vector<PartnerTermsRow> partner_terms(Database& db, std::string_view client, int rcount) {
+    std::vector<PartnerTermsRow> out;
+    if (!db.table_exists("PRTN_TERMS")) return out;
+    for (const Row r : db.query("Select * From PRTN_TERMS Where code_no=" + quoted(client) +
+                                " and rcount=" + std::to_string(rcount) + " order by code"))
+        out.push_back({r["code"].as_text(), r["working"].as_int() != 0, r["int_rate"].as_double(),
+                       r["remun"].as_double()});
+    return out;
+}
+
+std::vector<PartnerMoveRow> partner_moves(Database& db, std::string_view client, int rcount) {
+    std::vector<PartnerMoveRow> out;
+    if (!db.table_exists("PRTN_MOVES")) return out;
+    for (const Row r : db.query("Select * From PRTN_MOVES Where code_no=" + quoted(client) +
+                                " and rcount=" + std::to_string(rcount) + " order by code, srno"))
+        out.push_back({r["code"].as_text(), r["dt"].as_text(), r["amt"].as_double()});
+    return out;
+}
+
+void rewrite_partner_terms(Database& db, std::string_view client, int rcount,
+                           const std::vector<PartnerTermsRow>& terms,
+                           const std::vector<PartnerMoveRow>& moves) {
+    int n = 0;
+    for (const auto& t : terms)
+        check_text("PRTN_TERMS row " + std::to_string(++n), "code", t.code, kNameChars);
+    n = 0;
+    for (const auto& m : moves)
+        check_text("PRTN_MOVES row " + std::to_string(++n), "code", m.code, kNameChars);
+    // Made before the group: a table made inside one would end it on MariaDB.
+    const std::string client_type = client_code_type(db);
+    db.execute("Create Table If Not Exists PRTN_TERMS (code_no " + client_type +
+               ", rcount Int(11), code VarChar(255), working Int(11), int_rate Double, remun Double)");
+    db.execute("Create Table If Not Exists PRTN_MOVES (code_no " + client_type +
+               ", rcount Int(11), code VarChar(255), srno Int(11), dt Char(10), amt Double)");
+    const std::string c = quoted(client), y = std::to_string(rcount);
+    Transaction tx(db);
+    db.execute("Delete From PRTN_TERMS Where code_no=" + c + " and rcount=" + y);
+    db.execute("Delete From PRTN_MOVES Where code_no=" + c + " and rcount=" + y);
+    for (const auto& t : terms)
+        db.execute("Insert Into PRTN_TERMS (code_no,rcount,code,working,int_rate,remun) values(" + c + "," +
+                   y + "," + quoted(t.code) + "," + (t.working ? "1" : "0") + "," + num(t.int_rate) + "," +
+                   num(t.remun) + ")");
+    n = 0;
+    for (const auto& m : moves)
+        db.execute("Insert Into PRTN_MOVES (code_no,rcount,code,srno,dt,amt) values(" + c + "," + y + "," +
+                   quoted(m.code) + "," + std::to_string(++n) + "," + quoted(m.dt) + "," + num(m.amt) + ")");
     db.flush_tables();
     tx.commit();
 }

@@ -79,6 +79,32 @@ std::vector<YearResultRow> year_result(Database& db, std::string_view suffix, st
 // accounts write; the command line fills them the same way).
 void write_year_result(Database& db, std::string_view suffix, std::string_view client,
                        const std::vector<std::pair<long, double>>& items, double tax);
+// Only the tax row, the items kept.
+void write_year_tax(Database& db, std::string_view suffix, std::string_view client, double tax);
+// Whether the year's result tables are there (the final accounts have made them).
+bool year_result_tables(Database& db, std::string_view suffix);
+
+// ---- The deed's terms for each partner -------------------------------------------
+
+// PRTN_TERMS (code_no, rcount, code, working, int_rate, remun) and PRTN_MOVES
+// (code_no, rcount, code, srno, dt, amt): per client and year, made on the first write.
+struct PartnerTermsRow {
+    std::string code;  // as CAPITAL_.code
+    bool working = false;
+    double int_rate = 0;  // interest on capital, % a year
+    double remun = 0;     // remuneration paid for the year
+};
+struct PartnerMoveRow {
+    std::string code;
+    std::string dt;  // dd/mm/yyyy
+    double amt = 0;  // an addition to capital, or a drawing (below nil)
+};
+std::vector<PartnerTermsRow> partner_terms(Database& db, std::string_view client, int rcount);
+std::vector<PartnerMoveRow> partner_moves(Database& db, std::string_view client, int rcount);
+// Deletes and rewrites the client's terms and dated moves of the year, in one group.
+void rewrite_partner_terms(Database& db, std::string_view client, int rcount,
+                           const std::vector<PartnerTermsRow>& terms,
+                           const std::vector<PartnerMoveRow>& moves);
 
 // ---- Opening balances from the trial balance --------------------------------------
 

@@ -134,6 +134,10 @@ bool shared_tables_exist(Database& db) {
     return true;
 }
 
+std::string client_code_type(const Database& db) {
+    return client_column(db);
+}
+
 std::string register_opening_table(int year) {
     return "NewFATRo" + std::to_string(year);
 }

@@ -32,6 +32,10 @@ void create_register_tables(Database& db, int year);
 // ASCII case only, which the client codes' rule makes harmless: nothing to do.
 std::vector<std::string> fix_client_code_columns(Database& db);
 
+// The column type of a client code on this backend (byte-for-byte comparison), for
+// tables made after the shared ones.
+std::string client_code_type(const Database& db);
+
 std::string register_opening_table(int year);   // "NewFATRo2015"
 std::string register_addition_table(int year);  // "NewFATRa2015"
 

@@ -56,8 +56,12 @@ CapitalWindow::CapitalWindow(std::shared_ptr<S> screen, QWidget* parent)
     connect(chkautocalcnp_, &QCheckBox::clicked, this,
             [this] { run([this] { screen_->chkautocalcnp_Click(); }); });
 
+    chkShareCurrent_ = new QCheckBox(q(s.chkShareCurrent.Caption), this);
+    connect(chkShareCurrent_, &QCheckBox::clicked, this,
+            [this] { run([this] { screen_->chkShareCurrent_Click(); }); });
+
+    // The screen writes the firm's line under the partners itself.
     vsPL_ = grid_view(s.vsPL, [this](int row) { screen_->vsPL_RowColChange(row); });
-    vsPL_->show_totals(true);
     vsPL_->setObjectName("vsPL");
     vsfC_ = grid_view(s.vsfC, [this](int row) { screen_->vsfC_RowColChange(row); });
     vsfC_->show_totals(true);
@@ -70,6 +74,14 @@ CapitalWindow::CapitalWindow(std::shared_ptr<S> screen, QWidget* parent)
         const int row = vsLM_->grid_model()->grid_row(index.row());
         run([this, row] { screen_->vsLM_DblClick(row); });
     });
+
+    vsIR_ = grid_view(s.vsIR, [](int) {});
+    vsIR_->setObjectName("vsIR");
+    editable(vsIR_);
+    on_edit(vsIR_, [this](int row, int col) { screen_->vsIR_AfterEdit(row, col); });
+    lblRemuneration_ = new QLabel(this);
+    lblRemuneration_->setObjectName("lblRemuneration");
+    lblRemuneration_->setWordWrap(true);
 
     fraRatio_ = new QGroupBox("Profit Sharing Ratio", this);
     vsfR_ = grid_view(
@@ -97,6 +109,7 @@ CapitalWindow::CapitalWindow(std::shared_ptr<S> screen, QWidget* parent)
     for (const auto& [caption, event, state] :
          std::vector<std::tuple<QString, std::function<void()>, const CommandButton*>>{
              {"Profit Sharing &Ratio", [this] { screen_->cmdProfitDet_Click(); }, &s.cmdProfitDet},
+             {"Interest && Re&muneration", [this] { screen_->cmdIntRem_Click(); }, &s.cmdIntRem},
              {"&Distribute Profit", [this] { screen_->cmdShare_Click(); }, &s.cmdShare}}) {
         auto* b = button(caption, event);
         partner_buttons->addWidget(b);
@@ -121,12 +134,16 @@ CapitalWindow::CapitalWindow(std::shared_ptr<S> screen, QWidget* parent)
     top->addWidget(new QLabel(q(s.lblNetProfit.Caption), this));
     top->addWidget(txtNetProfit_);
     top->addWidget(chkautocalcnp_);
+    top->addWidget(chkShareCurrent_);
 
     auto* left = new QWidget(this);
     auto* left_layout = new QVBoxLayout(left);
     left_layout->setContentsMargins(0, 0, 0, 0);
     left_layout->addWidget(new QLabel("<b>Partners</b>", left));
     left_layout->addWidget(vsPL_, 1);
+    left_layout->addWidget(new QLabel("<b>Interest and Remuneration u/s 40(b)</b>", left));
+    left_layout->addWidget(vsIR_, 1);
+    left_layout->addWidget(lblRemuneration_);
     left_layout->addLayout(partner_buttons);
     left_layout->addWidget(fraRatio_, 1);
     auto* middle = new QWidget(this);
@@ -143,10 +160,10 @@ CapitalWindow::CapitalWindow(std::shared_ptr<S> screen, QWidget* parent)
     split->addWidget(left);
     split->addWidget(middle);
     split->addWidget(right);
-    split->setStretchFactor(0, 5);
+    split->setStretchFactor(0, 7);
     split->setStretchFactor(1, 6);
     split->setStretchFactor(2, 2);
-    split->setSizes({560, 660, 260});
+    split->setSizes({800, 620, 220});
 
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(top);
@@ -170,7 +187,7 @@ CapitalWindow::CapitalWindow(std::shared_ptr<S> screen, QWidget* parent)
             }
         });
     }
-    resize(1500, 660);
+    resize(1680, 760);
     refresh();
 }
 
@@ -191,6 +208,7 @@ void CapitalWindow::on_edit(GridView* view, const std::function<void(int, int)>&
 void CapitalWindow::take_input() {
     take_field(txtNetProfit_, screen_->txtNetProfit);
     screen_->chkautocalcnp.Value = chkautocalcnp_->isChecked();
+    screen_->chkShareCurrent.Value = chkShareCurrent_->isChecked();
 }
 
 void CapitalWindow::refresh() {
@@ -200,6 +218,8 @@ void CapitalWindow::refresh() {
     title_->setText(q(s.Caption()));
     show_field(txtNetProfit_, s.txtNetProfit, !s.chkautocalcnp.Value);
     chkautocalcnp_->setChecked(s.chkautocalcnp.Value);
+    chkShareCurrent_->setChecked(s.chkShareCurrent.Value);
+    lblRemuneration_->setText(q(s.lblRemuneration.Caption));
     lblTotal_->setText(q(s.lblTotal.Caption));
     fraRatio_->setVisible(s.fraRatio_Visible);
     for (const auto& [b, state] : buttons_) b->setEnabled(state->Enabled);

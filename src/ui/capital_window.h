@@ -33,6 +33,7 @@ public:
     GridView* vsfR() const { return vsfR_; }
     GridView* vsfC() const { return vsfC_; }
     GridView* vsLM() const { return vsLM_; }
+    GridView* vsIR() const { return vsIR_; }
     QGroupBox* fraRatio() const { return fraRatio_; }
 
 protected:
@@ -47,12 +48,15 @@ private:
     QLabel* title_ = nullptr;
     VTxtEdit* txtNetProfit_ = nullptr;
     QCheckBox* chkautocalcnp_ = nullptr;
+    QCheckBox* chkShareCurrent_ = nullptr;
+    QLabel* lblRemuneration_ = nullptr;
     QLabel* lblTotal_ = nullptr;
     QGroupBox* fraRatio_ = nullptr;
     GridView* vsPL_ = nullptr;
     GridView* vsfR_ = nullptr;
     GridView* vsfC_ = nullptr;
     GridView* vsLM_ = nullptr;
+    GridView* vsIR_ = nullptr;
     std::vector<std::pair<QPushButton*, const CommandButton*>> buttons_;
 };
 

@@ -96,13 +96,73 @@ TEST_P(CapitalCli, ShareAndResultWriteNothingUntilTheirQuestionIsAnswered) {
     r = capital({"result", "1=100", "2=-150"});
     EXPECT_EQ(r.code, 2) << r.err;
     EXPECT_NE(r.err.find("Do you want to Replace the Result of the Year ?"), std::string::npos) << r.err;
-    // Nothing recorded: the share of the year's own result is nil.
+    // Nothing recorded: the nil result is named before the question, and no line is written.
     r = capital({"share", "--yes"});
+    EXPECT_EQ(r.code, 1) << r.err;
+    EXPECT_EQ(
+        r.err,
+        "information: Net Profit/Loss is nil: the year's result is not recorded. Nothing was shared.\n");
+    EXPECT_EQ(r.out, "");
+    r = capital({"export", file_.string()});
     ASSERT_EQ(r.code, 0) << r.err;
-    EXPECT_NE(r.err.find("Do you want to Share the Net Profit/Loss among the Partners and Save ? Yes"),
+    std::ifstream in(file_);
+    EXPECT_TRUE(nlohmann::json::parse(in)["CAPITAL_"].empty());
+}
+
+// Without --yes the share asks, writes nothing (not even its particulars) and stops.
+TEST_P(CapitalCli, ShareWithoutYesWritesNothingAndExitsTwo) {
+    ASSERT_EQ(capital({"ratios", "1=60", "2=40"}).code, 0);
+    ASSERT_EQ(capital({"result", "1=5000", "--yes"}).code, 0);
+    const auto before = cli({"ledger", "list", "--master", "capital", "--json"});
+    const auto r = capital({"share"});
+    EXPECT_EQ(r.code, 2) << r.err;
+    EXPECT_EQ(r.out, "");
+    EXPECT_EQ(cli({"ledger", "list", "--master", "capital", "--json"}).out, before.out);
+    ASSERT_EQ(capital({"export", file_.string()}).code, 0);
+    std::ifstream in(file_);
+    EXPECT_TRUE(nlohmann::json::parse(in)["CAPITAL_"].empty());
+}
+
+// Given no items and no tax, the result recorded stands and is shown.
+TEST_P(CapitalCli, ResultWithoutItemsChangesNothing) {
+    ASSERT_EQ(capital({"result", "1=125000", "2=-20000", "--tax", "5000", "--yes"}).code, 0);
+    auto r = capital({"result", "--yes"});
+    EXPECT_EQ(r.code, 0) << r.err;
+    EXPECT_EQ(r.err,
+              "brenlow capital: no items of the result and no --tax were given; nothing was changed.\n");
+    EXPECT_EQ(r.out,
+              "The result recorded of FIRM for F.Y. 2024-25: 2 items, tax 5000.00, net profit 100000.00\n");
+    // The tax alone replaces the tax and keeps the items.
+    r = capital({"result", "--tax", "15000", "--yes"});
+    ASSERT_EQ(r.code, 0) << r.err;
+    EXPECT_EQ(r.out, "The result of FIRM for F.Y. 2024-25: 2 items, tax 15000.00, net profit 90000.00\n");
+}
+
+TEST_P(CapitalCli, ShowPrintsTheNetProfitThatWasSharedAndThePartnersRow) {
+    ASSERT_EQ(capital({"ratios", "1=60", "2=40"}).code, 0);
+    ASSERT_EQ(capital({"share-account", "current"}).code, 0);
+    ASSERT_EQ(capital({"terms", "1", "--working", "yes", "--rate", "12", "--remuneration", "300000"}).code,
+              0);
+    auto r = capital({"interest", "--post", "--yes"});
+    ASSERT_EQ(r.code, 0) << r.err;
+    r = capital({"share", "--net-profit", "400000", "--yes"});
+    ASSERT_EQ(r.code, 0) << r.err;
+    EXPECT_NE(r.out.find("Shared after the partners' interest and remuneration: 100000.00"),
               std::string::npos)
-        << r.err;
-    EXPECT_EQ(share_of(r.out, "ANIL SHAH"), "0.00 Cr.") << r.out;
+        << r.out;
+    r = capital({"show", "--json"});
+    ASSERT_EQ(r.code, 0) << r.err;
+    const auto doc = nlohmann::json::parse(r.out);
+    EXPECT_EQ(doc["net_profit"], 400000);
+    EXPECT_EQ(doc["share_account"], "Current A/c");
+    EXPECT_EQ(doc["current_total"], 400000);
+    r = capital({"partner-if", "ANIL SHAH"});
+    ASSERT_EQ(r.code, 0) << r.err;
+    EXPECT_EQ(
+        nlohmann::json::parse(r.out)["PartnerFirmDetails"],
+        nlohmann::json::parse(R"({"FirmName": "SHAH AND CO", "FirmPAN": null, "PartnerName": "ANIL SHAH",
+                  "ProfitSharePercent": 60, "ProfitShareAmount": 60000, "CapitalBalanceOn31March": 360000,
+                  "InterestReceived": 0, "RemunerationReceived": 300000})"));
 }
 
 TEST_P(CapitalCli, TheLinesGoOutAndComeBackInCheckedFirst) {

@@ -91,7 +91,9 @@ TEST_P(CapitalScreen, PartnersEnteredByHandKeepTheirMarkAndMayNotRepeat) {
     ASSERT_EQ(stored.size(), 2u);
     EXPECT_TRUE(stored[1].other);
     EXPECT_EQ(capital::partner_code(stored[1]), "~~[OTHER]RAVI KUMAR");
-    ASSERT_TRUE(s.cmdShare_Click());  // the year's result is nil: two lines of 0.00
+    s.chkautocalcnp.Value = false;
+    s.txtNetProfit.set_text("100");
+    ASSERT_TRUE(s.cmdShare_Click());
     ASSERT_TRUE(s.cmdsave_Click());
     EXPECT_EQ(
         db().query("select count(*) as n from CAPITAL_" + suffix() + " where code='~~[OTHER]RAVI KUMAR'")
@@ -206,6 +208,8 @@ TEST_P(CapitalScreen, LinesNeedASideAndAParticularAndTheShareLineStays) {
     ui_.answer_input("interest on capital");
     s.vsLM_New();
     ui_.expect_message("Particulars [interest on capital] alreay exists.");
+    s.chkautocalcnp.Value = false;
+    s.txtNetProfit.set_text("100");
     ASSERT_TRUE(s.cmdShare_Click());
     ASSERT_TRUE(s.cmdsave_Click());
     EXPECT_EQ(store::capital_lines(db(), suffix(), "C001").size(), 2u);
@@ -230,6 +234,8 @@ TEST_P(CapitalScreen, DroppedPartnersLoseTheirLinesAfterTheQuestion) {
     capital s(component_, ui_);
     s.Form_Load();
     ASSERT_TRUE(save_ratios(s, {{"1", 50}, {"~~[OTHER]RAVI", 50}}));
+    s.chkautocalcnp.Value = false;
+    s.txtNetProfit.set_text("100");
     ASSERT_TRUE(s.cmdShare_Click());
     ASSERT_TRUE(s.cmdsave_Click());
     ui_.answer_no();

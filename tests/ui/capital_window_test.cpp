@@ -2,7 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <QApplication>
+#include <QLabel>
+#include <QMessageBox>
 #include <QTest>
+#include <QTimer>
 
 #include "store/capital_store.h"
 #include "support/component_fixture.h"
@@ -76,6 +80,50 @@ TEST_P(CapitalWindows, ThreePartnersAfterAProfitShare) {
     save_picture(*window, "capital_profit_sharing_ratio");
     window->run([&] { s.cmdsave_Click(); });
     EXPECT_EQ(store::capital_lines(db(), suffix_, "C001").size(), 5u);
+}
+
+// Anil a working partner at 15% on his 2,50,000 (7,500 above 12%) and paid 60,000;
+// Bina at 18% on nothing. Posted, then the rest shared: the partners' and the firm's
+// totals show.
+TEST_P(CapitalWindows, InterestAndRemunerationPostedWithTheTotals) {
+    auto* window = static_cast<CapitalWindow*>(make_capital_window(component_, nullptr));
+    std::unique_ptr<QWidget> owner(window);
+    window->show();
+    auto& s = window->screen();
+    window->run([&] {
+        s.vsIR.set_text_matrix(1, capital::capital::kIRWorking, "1");
+        s.vsIR.set_value_matrix(1, capital::capital::kIRRate, 15);
+        s.vsIR.set_value_matrix(1, capital::capital::kIRRemuneration, 60000);
+        s.vsIR.set_value_matrix(2, capital::capital::kIRRate, 18);
+        s.vsIR_AfterEdit(2, capital::capital::kIRRate);
+    });
+    EXPECT_EQ(window->vsIR()->model()->index(0, capital::capital::kIRInterest).data().toString(),
+              "37,500.00");
+    EXPECT_EQ(window->vsIR()->model()->index(0, capital::capital::kIRDisallowed).data().toString(),
+              "7,500.00");
+    // The question before posting is answered Yes.
+    QTimer yes;
+    QObject::connect(&yes, &QTimer::timeout, [] {
+        if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget()))
+            box->done(QMessageBox::Yes);
+    });
+    yes.start(20);
+    window->run([&] {
+        s.cmdIntRem_Click();
+        s.cmdShare_Click();
+    });
+    yes.stop();
+    // 1,00,000 less 37,500 of interest and 60,000 of remuneration: 2,500 shared.
+    EXPECT_EQ(s.shareable_profit(), 2500);
+    auto* pl = window->vsPL()->model();
+    ASSERT_EQ(pl->rowCount(), 4);
+    EXPECT_EQ(pl->index(0, capital::capital::kPLTotal).data().toString(), "348333.25 Cr.");
+    EXPECT_EQ(pl->index(3, capital::capital::kPLName).data().toString(), "Total");
+    EXPECT_EQ(pl->index(3, capital::capital::kPLTotal).data().toString(), "338000.00 Cr.");
+    EXPECT_EQ(window->findChild<QLabel*>("lblRemuneration")->text(),
+              "Book Profit 70,000.00   Limit u/s 40(b) 3,00,000.00   Remuneration Paid 60,000.00   "
+              "Disallowed 0.00   Interest Disallowed 7,500.00");
+    save_picture(*window, "capital_interest_and_remuneration_posted");
 }
 
 TEST_P(CapitalWindows, TheLedgerMasterMarksWhatIsInUse) {

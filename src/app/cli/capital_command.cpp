@@ -15,6 +15,7 @@
 #include "capital/capital_report.h"
 #include "controls/cli_ui.h"
 #include "controls/number_format.h"
+#include "controls/vb_date.h"
 #include "exchange/capital_document.h"
 #include "store/capital_store.h"
 #include "store/text_limits.h"
@@ -32,6 +33,12 @@ constexpr const char* kHelp =
     "       brenlow [--db URL] capital import FILE.json --client CODE --year YYYY\n"
     "       brenlow [--db URL] capital result --client CODE --year YYYY [ITEM=AMOUNT...] [--tax N] [--yes]\n"
     "       brenlow [--db URL] capital partners --client CODE [--add \"FIRST [MIDDLE] LAST\"]\n"
+    "       brenlow [--db URL] capital terms PARTNER --client CODE --year YYYY [--working yes|no] [--rate "
+    "R]\n"
+    "               [--remuneration N] [DD/MM/YYYY=AMOUNT...] [--yes]\n"
+    "       brenlow [--db URL] capital interest --client CODE --year YYYY [--post] [--yes]\n"
+    "       brenlow [--db URL] capital share-account capital|current --client CODE --year YYYY\n"
+    "       brenlow [--db URL] capital partner-if PARTNER --client CODE --year YYYY\n"
     "\n"
     "  show      the capital schedule: each partner's ratio, lines and closing balances (only reads)\n"
     "  ratios    the year's profit-sharing ratios, which must total 100: a listed partner by its\n"
@@ -43,6 +50,12 @@ constexpr const char* kHelp =
     "  import    replaces the year's ratios and lines with a document's, every row checked first\n"
     "  result    records the year's result as the final accounts do: its items and its tax\n"
     "  partners  lists the client's partners (owner1), or adds one\n"
+    "  terms     a partner's terms under the deed: working partner or not, interest on capital (%\n"
+    "            a year), remuneration paid, and dated additions (+) and drawings (-) of capital\n"
+    "  interest  the interest and remuneration worked against s.40(b); --post posts them as the\n"
+    "            partners' lines before the profit share\n"
+    "  share-account  the account the share, interest and remuneration go to (default capital)\n"
+    "  partner-if     a partner's row of Schedule IF of his own return, as JSON\n"
     "A question the options do not answer stops the command (exit code 2); --yes answers Yes.\n";
 
 struct Year {
@@ -107,6 +120,11 @@ int show(Context& ctx, const std::vector<std::string>& args) {
     if (opt.has("json")) {
         using C = capital::capital;
         auto partners = nlohmann::ordered_json::array();
+        double capital_total = 0, current_total = 0;
+        for (const auto& l : s.lines()) {
+            const double signed_amt = l.nid == store::kCapitalCredit ? l.amt : -l.amt;
+            (l.actyp == store::kCurrentAccount ? current_total : capital_total) += signed_amt;
+        }
         for (const auto& r : s.ratios()) {
             const std::string code = C::partner_code(r);
             partners.push_back(
@@ -128,7 +146,12 @@ int show(Context& ctx, const std::vector<std::string>& args) {
         ctx.out << nlohmann::ordered_json{{"client", y.code},
                                           {"year", y.year},
                                           {"title", s.Caption()},
-                                          {"net_profit", vb_round(s.net_profit(), 2)},
+                                          {"net_profit", vb_round(s.shared_net_profit(), 2)},
+                                          {"share_account", s.share_account() == store::kCurrentAccount
+                                                                ? "Current A/c"
+                                                                : "Capital A/c"},
+                                          {"capital_total", vb_round(capital_total, 2)},
+                                          {"current_total", vb_round(current_total, 2)},
                                           {"auto_net_profit", s.chkautocalcnp.Value},
                                           {"partners", partners},
                                           {"lines", lines}}
@@ -209,21 +232,35 @@ int share(Context& ctx, const std::vector<std::string>& args) {
     }
     auto component = component_of(ctx);
     CliUi ui(ctx.err, opt.has("yes"), CliUi::Unanswered::answer_no);
-    capital::capital s(component, ui);
-    s.Form_Load();
-    if (ui.unanswered()) return outcome(ctx, ui, false, &component);
-    if (typed) {
+    auto type_net = [&](capital::capital& screen) {
+        if (!typed) return;
         // Typed for this run; the client's option is left as it is.
-        s.chkautocalcnp.Value = false;
-        s.txtNetProfit.set_text(plain_number(*typed));
+        screen.chkautocalcnp.Value = false;
+        screen.txtNetProfit.set_text(plain_number(*typed));
+    };
+    {
+        // The share is tried on the schedule as it is read, writing nothing: a nil
+        // result or ratios short of 100 are said before the question.
+        CliUi quiet(ctx.err, false, CliUi::Unanswered::answer_no);
+        capital::capital trial(component, quiet, true);
+        trial.Form_Load();
+        type_net(trial);
+        if (!trial.cmdShare_Click()) return outcome(ctx, quiet, false, &component);
     }
     // The shares change the partners' accounts: asked first, --yes answers.
     if (!ui.ask_yes_no("Do you want to Share the Net Profit/Loss among the Partners and Save ?",
                        MsgIcon::question, false))
         return outcome(ctx, ui, false, &component);
+    capital::capital s(component, ui);
+    s.Form_Load();
+    if (ui.unanswered()) return outcome(ctx, ui, false, &component);
+    type_net(s);
     if (!s.cmdShare_Click() || !s.cmdsave_Click()) return outcome(ctx, ui, false, &component);
     ctx.out << "Net profit of " << y.code << " for F.Y. " << fy_text(y.year) << ": "
             << format_mask(s.net_profit(), "###0.00") << "\n";
+    if (s.shareable_profit() != s.net_profit())
+        ctx.out << "Shared after the partners' interest and remuneration: "
+                << format_mask(s.shareable_profit(), "###0.00") << "\n";
     for (const auto& [code, amount] : s.last_shares())
         ctx.out << "  " << std::left << std::setw(30) << s.partner_name(code) << std::right << std::setw(14)
                 << format_mask(std::abs(amount), "###0.00") << (amount < 0 ? " Dr." : " Cr.") << "\n";
@@ -293,23 +330,49 @@ int result(Context& ctx, const std::vector<std::string>& args) {
             throw UsageError("an item of the result is ITEM=AMOUNT (3=125000), not \"" + a + "\".");
         items.emplace_back(item, *amount);
     }
-    double tax = 0;
+    std::optional<double> tax;
     if (const auto t = opt.get("tax")) {
-        const auto v = parse_amount(*t);
-        if (!v) throw UsageError("Option --tax must be a number, not \"" + *t + "\".");
-        tax = *v;
+        tax = parse_amount(*t);
+        if (!tax) throw UsageError("Option --tax must be a number, not \"" + *t + "\".");
     }
-    // The year's result replaces the one recorded: asked first, --yes answers.
+    auto& base = ctx.base();
+    const std::string suffix = base.GetTbName(base.CYrInd());
+    auto& db = base.dbobj();
+    std::vector<std::pair<long, double>> recorded_items;
+    double recorded_tax = 0;
+    for (const auto& r : store::year_result(db, suffix, y.code)) {
+        if (r.ptype == 0)
+            recorded_items.emplace_back(r.id, r.amt);
+        else
+            recorded_tax += r.amt;
+    }
+    auto say = [&](const char* what, const std::vector<std::pair<long, double>>& it, double tx) {
+        double net = -tx;
+        for (const auto& [id, amount] : it) net += amount;
+        ctx.out << what << y.code << " for F.Y. " << fy_text(y.year) << ": " << it.size() << " items, tax "
+                << format_mask(tx, "###0.00") << ", net profit " << format_mask(net, "###0.00") << "\n";
+    };
+    // Given nothing to record, the recorded result stands.
+    if (items.empty() && !tax) {
+        ctx.err << "brenlow capital: no items of the result and no --tax were given; nothing was changed.\n";
+        say("The result recorded of ", recorded_items, recorded_tax);
+        return 0;
+    }
+    // The year's result replaces the one recorded: asked first, --yes answers. What is
+    // not given (the items, or the tax) is kept.
     CliUi ui(ctx.err, opt.has("yes"), CliUi::Unanswered::answer_no);
     if (!ui.ask_yes_no("Do you want to Replace the Result of the Year ?", MsgIcon::question, false))
         return outcome(ctx, ui, false);
-    auto& base = ctx.base();
-    store::write_year_result(base.dbobj(), base.GetTbName(base.CYrInd()), y.code, items, tax);
-    double net = -tax;
-    for (const auto& [id, amount] : items) net += amount;
-    ctx.out << "The result of " << y.code << " for F.Y. " << fy_text(y.year) << ": " << items.size()
-            << " items, tax " << format_mask(tax, "###0.00") << ", net profit " << format_mask(net, "###0.00")
-            << "\n";
+    if (!store::year_result_tables(db, suffix))
+        throw UsageError("the year's result tables are missing (brenlow init makes them).");
+    if (items.empty()) {
+        store::write_year_tax(db, suffix, y.code, *tax);
+        items = recorded_items;
+    } else {
+        store::write_year_result(db, suffix, y.code, items, tax.value_or(recorded_tax));
+    }
+    const double net_tax = tax.value_or(recorded_tax);
+    say("The result of ", items, net_tax);
     return 0;
 }
 
@@ -334,6 +397,156 @@ int partners(Context& ctx, const std::vector<std::string>& args) {
     return 0;
 }
 
+// The code of a partner of the year's ratios named by his owner1 code or his name.
+std::string ratio_partner(const capital::capital& s, const std::string& who) {
+    for (const auto& r : s.ratios()) {
+        const std::string code = capital::capital::partner_code(r);
+        if (code == who || capital::name_key(r.name) == capital::name_key(who)) return code;
+    }
+    throw UsageError("\"" + who +
+                     "\" is not a partner of the year's ratios (brenlow capital show lists them).");
+}
+
+void print_working(Context& ctx, const capital::capital& s) {
+    const auto firm = s.partners_working();
+    ctx.out << std::left << std::setw(26) << "Partner" << std::right << std::setw(8) << "Working"
+            << std::setw(9) << "Rate" << std::setw(15) << "Capital" << std::setw(13) << "Interest"
+            << std::setw(13) << "Allowed" << std::setw(13) << "Disallowed" << std::setw(15) << "Remuneration"
+            << "\n";
+    for (const auto& p : firm.partners)
+        ctx.out << std::left << std::setw(26) << s.partner_name(p.code) << std::right << std::setw(8)
+                << (p.working ? "Yes" : "No") << std::setw(9) << format_mask(p.rate, "###0.00")
+                << std::setw(15) << format_mask(p.capital, "###0.00") << std::setw(13)
+                << format_mask(p.interest.at_deed_rate, "###0.00") << std::setw(13)
+                << format_mask(p.interest.allowed, "###0.00") << std::setw(13)
+                << format_mask(p.interest.disallowed, "###0.00") << std::setw(15)
+                << format_mask(p.remuneration, "###0.00") << "\n";
+    ctx.out << s.lblRemuneration.Caption << "\n";
+}
+
+int terms(Context& ctx, const std::vector<std::string>& args) {
+    const Options opt(args, {"yes"});
+    opt.reject_unknown({"client", "year", "yes", "working", "rate", "remuneration"});
+    const auto y = open_year(ctx, opt);
+    if (opt.positional().size() < 2) throw UsageError("terms takes the partner (his code or name).");
+    std::vector<capital::CapitalMove> moves;
+    for (std::size_t i = 2; i < opt.positional().size(); ++i) {
+        const std::string& a = opt.positional()[i];
+        const auto eq = a.find('=');
+        const auto date = eq == std::string::npos ? std::nullopt : Date::parse(a.substr(0, eq));
+        const auto amount = eq == std::string::npos ? std::nullopt : parse_amount(a.substr(eq + 1));
+        if (!date || !amount)
+            throw UsageError("a dated move of capital is DD/MM/YYYY=AMOUNT (15/10/2024=-50000), not \"" + a +
+                             "\".");
+        if (*date < fy_first(y.year) || *date > fy_last(y.year))
+            throw UsageError("the date of \"" + a + "\" is outside F.Y. " + fy_text(y.year) + ".");
+        moves.push_back({*date, *amount});
+    }
+    auto component = component_of(ctx);
+    CliUi ui(ctx.err, opt.has("yes"), CliUi::Unanswered::answer_no);
+    capital::capital s(component, ui);
+    s.Form_Load();
+    if (ui.unanswered()) return outcome(ctx, ui, false, &component);
+    using C = capital::capital;
+    const std::string code = ratio_partner(s, opt.positional()[1]);
+    int row = -1;
+    for (int r = s.vsIR.fixed_rows(); r < s.vsIR.rows(); ++r)
+        if (s.vsIR.text_matrix(r, C::kIRCode) == code) row = r;
+    if (const auto w = opt.get("working")) {
+        if (*w != "yes" && *w != "no") throw UsageError("--working is yes or no, not \"" + *w + "\".");
+        s.vsIR.set_text_matrix(row, C::kIRWorking, *w == "yes" ? "1" : "0");
+        s.vsIR_AfterEdit(row, C::kIRWorking);
+    }
+    for (const auto& [option, col] : {std::pair{"rate", C::kIRRate}, {"remuneration", C::kIRRemuneration}})
+        if (const auto v = opt.get(option)) {
+            const auto n = parse_amount(*v);
+            if (!n)
+                throw UsageError(std::string("Option --") + option + " must be a number, not \"" + *v +
+                                 "\".");
+            s.vsIR.set_value_matrix(row, col, *n);
+            s.vsIR_AfterEdit(row, col);
+        }
+    if (opt.positional().size() > 2) s.set_moves(code, moves);
+    const bool saved = s.cmdSaveTerms_Click();
+    if (saved) print_working(ctx, s);
+    return outcome(ctx, ui, saved, &component);
+}
+
+int interest(Context& ctx, const std::vector<std::string>& args) {
+    const Options opt(args, {"yes", "post"});
+    opt.reject_unknown({"client", "year", "yes", "post"});
+    if (!opt.has("post")) ctx.reads_only();
+    open_year(ctx, opt);
+    auto component = component_of(ctx);
+    CliUi ui(ctx.err, opt.has("yes"), CliUi::Unanswered::answer_no);
+    capital::capital s(component, ui, !opt.has("post"));
+    s.Form_Load();
+    if (ui.unanswered()) return outcome(ctx, ui, false, &component);
+    print_working(ctx, s);
+    if (!opt.has("post")) return 0;
+    if (!s.cmdIntRem_Click() || !s.cmdsave_Click()) return outcome(ctx, ui, false, &component);
+    ctx.out << "Posted interest on capital " << format_mask(s.posted(s.interest_id()), "###0.00")
+            << " and remuneration " << format_mask(s.posted(s.remuneration_id()), "###0.00")
+            << "; the profit share now divides " << format_mask(s.shareable_profit(), "###0.00") << "\n";
+    print_balances(ctx, s);
+    return outcome(ctx, ui, true, &component);
+}
+
+int share_account(Context& ctx, const std::vector<std::string>& args) {
+    const Options opt(args, {});
+    opt.reject_unknown({"client", "year"});
+    const std::string which = opt.positional().size() == 2 ? opt.positional()[1] : std::string();
+    if (which != "capital" && which != "current") throw UsageError("share-account is capital or current.");
+    const auto y = open_year(ctx, opt);
+    // The client's option that the screen's tick keeps.
+    auto& base = ctx.base();
+    base.SetMiscOthInf(capital::capital::kShareAccountOption, which == "current" ? "1" : "0",
+                       base.SecondDate(), y.code, capital::capital::kShareAccountCaption);
+    ctx.out << "The profit share, interest and remuneration go to the "
+            << (which == "current" ? "Current A/c" : "Capital A/c") << "\n";
+    return 0;
+}
+
+int partner_if(Context& ctx, const std::vector<std::string>& args) {
+    const Options opt(args, {});
+    opt.reject_unknown({"client", "year"});
+    ctx.reads_only();
+    const auto y = open_year(ctx, opt);
+    if (opt.positional().size() != 2) throw UsageError("partner-if takes the partner (his code or name).");
+    auto component = component_of(ctx);
+    CliUi ui(ctx.err, false, CliUi::Unanswered::answer_no);
+    capital::capital s(component, ui, true);
+    s.Form_Load();
+    const std::string code = ratio_partner(s, opt.positional()[1]);
+    double ratio = 0, share = 0, interest_received = 0, remuneration = 0;
+    for (const auto& r : s.ratios())
+        if (capital::capital::partner_code(r) == code) ratio = r.rat;
+    for (const auto& l : s.lines()) {
+        if (l.code != code) continue;
+        const double v = l.nid == store::kCapitalCredit ? l.amt : -l.amt;
+        if (l.particular_id == s.profit_share_id()) share += v;
+        if (l.particular_id == s.interest_id()) interest_received += v;
+        if (l.particular_id == s.remuneration_id()) remuneration += v;
+    }
+    auto& base = ctx.base();
+    const std::string pan = base.GetMiscOthInf("PAN", base.SecondDate(), y.code);
+    nlohmann::ordered_json row{
+        {"FirmName", s.client_name()},
+        {"FirmPAN", pan.empty() ? nlohmann::ordered_json() : nlohmann::ordered_json(pan)},
+        {"PartnerName", s.partner_name(code)},
+        {"ProfitSharePercent", ratio},
+        {"ProfitShareAmount", vb_round(share, 2)},
+        {"CapitalBalanceOn31March", vb_round(s.closing_balance(code, store::kCapitalAccount) +
+                                                 s.closing_balance(code, store::kCurrentAccount),
+                                             2)},
+        {"InterestReceived", vb_round(interest_received, 2)},
+        {"RemunerationReceived", vb_round(remuneration, 2)}};
+    ctx.out << nlohmann::ordered_json{{"client", y.code}, {"year", y.year}, {"PartnerFirmDetails", row}}.dump(
+                   2)
+            << "\n";
+    return 0;
+}
+
 }  // namespace
 
 int capital_command(Context& ctx, const std::vector<std::string>& args) {
@@ -350,6 +563,10 @@ int capital_command(Context& ctx, const std::vector<std::string>& args) {
     if (sub == "import") return import_document(ctx, args);
     if (sub == "result") return result(ctx, args);
     if (sub == "partners") return partners(ctx, args);
+    if (sub == "terms") return terms(ctx, args);
+    if (sub == "interest") return interest(ctx, args);
+    if (sub == "share-account") return share_account(ctx, args);
+    if (sub == "partner-if") return partner_if(ctx, args);
     ctx.err << kHelp;
     return 1;
 }
