@@ -1,11 +1,13 @@
 #include "exchange/capital_document.h"
 
 #include <algorithm>
+#include <cmath>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 
 #include "capital/capital_rules.h"
 #include "controls/number_format.h"
+#include "controls/vb_date.h"
 #include "exchange/document_checks.h"
 #include "store/capital_store.h"
 #include "store/client_store.h"
@@ -42,12 +44,23 @@ std::string export_capital(store::Database& db, const std::string& code, int yea
                          {"PARTICULAR_ID", l.particular_id},
                          {"Particular", store::ledger_name(db, store::Ledger::capital, l.particular_id)},
                          {"AMT", vb_round(l.amt, 2)}});
+    Json terms = Json::array();
+    for (const auto& t : store::partner_terms(db, code, cy.count))
+        terms.push_back({{"code", t.code},
+                         {"working", t.working ? 1 : 0},
+                         {"int_rate", t.int_rate},
+                         {"remun", vb_round(t.remun, 2)}});
+    Json moves = Json::array();
+    for (const auto& m : store::partner_moves(db, code, cy.count))
+        moves.push_back({{"code", m.code}, {"dt", m.dt}, {"amt", vb_round(m.amt, 2)}});
     Json doc{{"format", "brenlow-capital"},
              {"version", 1},
              {"client", code},
              {"year", year},
              {"ratios", ratios},
-             {"CAPITAL_", lines}};
+             {"CAPITAL_", lines},
+             {"PRTN_TERMS", terms},
+             {"PRTN_MOVES", moves}};
     return doc.dump(2) + "\n";
 }
 
@@ -103,6 +116,88 @@ std::vector<store::RatioRow> read_ratios(const Json& rows, const std::vector<sto
     return out;
 }
 
+// Whether a partner's code is the client's: a listed partner's number, or a partner
+// entered by hand ("~~[OTHER]NAME").
+bool partner_of(const std::string& code, const std::vector<std::string>& partners) {
+    return capital::is_other_partner(code)
+               ? !capital::other_partner_name(code).empty()
+               : std::find(partners.begin(), partners.end(), code) != partners.end();
+}
+
+// The deed's terms: each a partner of the client, once, checked as the terms grid
+// checks them (interest a percentage, remuneration an amount, and only to a working
+// partner).
+std::vector<store::PartnerTermsRow> read_terms(const Json& rows, const std::vector<std::string>& partners,
+                                               std::vector<std::string>& errors) {
+    static const std::vector<std::string> known = {"code", "working", "int_rate", "remun"};
+    std::vector<store::PartnerTermsRow> out;
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        RowFields r(rows[i], "PRTN_TERMS row " + std::to_string(i + 1), known, errors);
+        if (!r.is_row()) continue;
+        store::PartnerTermsRow t;
+        t.code = r.text("code", store::kNameChars);
+        const long working = r.whole("working");
+        t.int_rate = r.number("int_rate");
+        t.remun = r.amount("remun");
+        if (!r.ok()) continue;
+        if (!partner_of(t.code, partners)) {
+            r.fail("code", "the client has no partner " + t.code);
+            continue;
+        }
+        if (std::any_of(out.begin(), out.end(), [&](const auto& o) { return o.code == t.code; })) {
+            r.fail("code", "This Partner already exists.");
+            continue;
+        }
+        if (working != 0 && working != 1) {
+            r.fail("working", "1 (a working partner) or 0, not " + std::to_string(working));
+            continue;
+        }
+        t.working = working == 1;
+        if (const auto fault = capital::terms_fault(t.working, t.int_rate, t.remun)) {
+            r.fail("", *fault);
+            continue;
+        }
+        out.push_back(t);
+    }
+    return out;
+}
+
+// The dated additions to and drawings from capital: each a partner's, dated within
+// the financial year, an amount of either sign.
+std::vector<store::PartnerMoveRow> read_moves(const Json& rows, const std::vector<std::string>& partners,
+                                              int year, std::vector<std::string>& errors) {
+    static const std::vector<std::string> known = {"code", "dt", "amt"};
+    std::vector<store::PartnerMoveRow> out;
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        RowFields r(rows[i], "PRTN_MOVES row " + std::to_string(i + 1), known, errors);
+        if (!r.is_row()) continue;
+        store::PartnerMoveRow m;
+        m.code = r.text("code", store::kNameChars);
+        m.dt = r.date("dt");
+        m.amt = r.number("amt");
+        if (!r.ok()) continue;
+        if (!partner_of(m.code, partners)) {
+            r.fail("code", "the client has no partner " + m.code);
+            continue;
+        }
+        const auto d = Date::parse(m.dt);
+        if (!d) {
+            r.fail("dt", "the date of the move is required");
+            continue;
+        }
+        if (*d < fy_first(year) || *d > fy_last(year)) {
+            r.fail("dt", "\"" + m.dt + "\" is outside the financial year");
+            continue;
+        }
+        if (const auto fault = capital::amount_fault(std::abs(m.amt))) {
+            r.fail("amt", *fault);
+            continue;
+        }
+        out.push_back(m);
+    }
+    return out;
+}
+
 }  // namespace
 
 CapitalImportResult import_capital(store::Database& db, const std::string& code, int year,
@@ -113,7 +208,9 @@ CapitalImportResult import_capital(store::Database& db, const std::string& code,
     const auto parsed = parse_document(json, errors);
     if (!parsed) return result;
     const Json& doc = *parsed;
-    static const DocumentShape shape{"brenlow-capital", "capital", 1, {"ratios", "CAPITAL_"}, {}};
+    // The deed's terms came later: a document without them leaves the year's as they are.
+    static const DocumentShape shape{
+        "brenlow-capital", "capital", 1, {"ratios", "CAPITAL_"}, {"PRTN_TERMS", "PRTN_MOVES"}};
     if (!check_document_shape(doc, shape, errors)) return result;
     const auto listed = store::listed_partners(db, code);
     const auto ratios = read_ratios(doc["ratios"], listed, errors);
@@ -161,9 +258,16 @@ CapitalImportResult import_capital(store::Database& db, const std::string& code,
         }
         pending.push_back(p);
     }
+    const bool has_terms = doc.contains("PRTN_TERMS") || doc.contains("PRTN_MOVES");
+    std::vector<store::PartnerTermsRow> terms;
+    std::vector<store::PartnerMoveRow> moves;
+    if (doc.contains("PRTN_TERMS")) terms = read_terms(doc["PRTN_TERMS"], partners, errors);
+    if (doc.contains("PRTN_MOVES")) moves = read_moves(doc["PRTN_MOVES"], partners, year, errors);
     if (!errors.empty()) return result;
 
-    // The ratios, the particulars made and the lines: one group, whole or not at all.
+    // The ratios, the particulars made, the lines and the terms: one group, whole or not
+    // at all (the terms' tables made before it).
+    if (has_terms) store::make_partner_terms_tables(db);
     store::Transaction tx(db);
     std::vector<store::CapitalLine> lines;
     for (auto& p : pending) {
@@ -175,6 +279,7 @@ CapitalImportResult import_capital(store::Database& db, const std::string& code,
     }
     store::rewrite_ratios(db, code, cy.count, ratios);
     store::rewrite_capital_lines(db, cy.tbl_nm, code, lines);
+    if (has_terms) store::write_partner_terms(db, code, cy.count, terms, moves);
     tx.commit();
     result.lines = static_cast<int>(lines.size());
     result.ratios = static_cast<int>(ratios.size());

@@ -6,7 +6,12 @@
 //   { "format": "brenlow-capital", "version": 1, "client": "C001", "year": 2025,
 //     "ratios": [ {"code": "1", "name": "ANIL SHAH", "rat": 50}, ... ],
 //     "CAPITAL_": [ {"code": "1", "srno": 1, "actyp": 0, "nid": 2, "PARTICULAR_ID": 4,
-//                    "Particular": "OPENING BALANCE", "AMT": 1000}, ... ] }
+//                    "Particular": "OPENING BALANCE", "AMT": 1000}, ... ],
+//     "PRTN_TERMS": [ {"code": "1", "working": 1, "int_rate": 12, "remun": 240000}, ... ],
+//     "PRTN_MOVES": [ {"code": "1", "dt": "15/10/2024", "amt": -50000}, ... ] }
+//
+// The deed's terms (PRTN_TERMS) and the dated moves of capital (PRTN_MOVES) may be left
+// out: the year's terms are then kept as they are; given, both are replaced.
 //
 // Import replaces the client's ratios and lines of the year as the screen's saves do,
 // in one group. A document without either table, or with another key, is refused.

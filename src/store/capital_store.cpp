@@ -237,21 +237,23 @@ std::vector<PartnerMoveRow> partner_moves(Database& db, std::string_view client,
     return out;
 }
 
-void rewrite_partner_terms(Database& db, std::string_view client, int rcount,
-                           const std::vector<PartnerTermsRow>& terms,
-                           const std::vector<PartnerMoveRow>& moves) {
+void make_partner_terms_tables(Database& db) {
+    const std::string client_type = client_code_type(db);
+    db.execute("Create Table If Not Exists PRTN_TERMS (code_no " + client_type +
+               ", rcount Int(11), code VarChar(255), working Int(11), int_rate Double, remun Double)");
+    db.execute("Create Table If Not Exists PRTN_MOVES (code_no " + client_type +
+               ", rcount Int(11), code VarChar(255), srno Int(11), dt Char(10), amt Double)");
+}
+
+void write_partner_terms(Database& db, std::string_view client, int rcount,
+                         const std::vector<PartnerTermsRow>& terms,
+                         const std::vector<PartnerMoveRow>& moves) {
     int n = 0;
     for (const auto& t : terms)
         check_text("PRTN_TERMS row " + std::to_string(++n), "code", t.code, kNameChars);
     n = 0;
     for (const auto& m : moves)
         check_text("PRTN_MOVES row " + std::to_string(++n), "code", m.code, kNameChars);
-    // Made before the group: a table made inside one would end it on MariaDB.
-    const std::string client_type = client_code_type(db);
-    db.execute("Create Table If Not Exists PRTN_TERMS (code_no " + client_type +
-               ", rcount Int(11), code VarChar(255), working Int(11), int_rate Double, remun Double)");
-    db.execute("Create Table If Not Exists PRTN_MOVES (code_no " + client_type +
-               ", rcount Int(11), code VarChar(255), srno Int(11), dt Char(10), amt Double)");
     const std::string c = quoted(client), y = std::to_string(rcount);
     Transaction tx(db);
     db.execute("Delete From PRTN_TERMS Where code_no=" + c + " and rcount=" + y);
@@ -266,6 +268,14 @@ void rewrite_partner_terms(Database& db, std::string_view client, int rcount,
                    quoted(m.code) + "," + std::to_string(++n) + "," + quoted(m.dt) + "," + num(m.amt) + ")");
     db.flush_tables();
     tx.commit();
+}
+
+void rewrite_partner_terms(Database& db, std::string_view client, int rcount,
+                           const std::vector<PartnerTermsRow>& terms,
+                           const std::vector<PartnerMoveRow>& moves) {
+    // Made before the group: a table made inside one would end it on MariaDB.
+    make_partner_terms_tables(db);
+    write_partner_terms(db, client, rcount, terms, moves);
 }
 
 // ---- Opening balances from the trial balance --------------------------------------

@@ -101,7 +101,14 @@ struct PartnerMoveRow {
 };
 std::vector<PartnerTermsRow> partner_terms(Database& db, std::string_view client, int rcount);
 std::vector<PartnerMoveRow> partner_moves(Database& db, std::string_view client, int rcount);
-// Deletes and rewrites the client's terms and dated moves of the year, in one group.
+// Makes PRTN_TERMS and PRTN_MOVES when missing: before any group, since a table made
+// inside one would end it on MariaDB.
+void make_partner_terms_tables(Database& db);
+// Deletes and rewrites the client's terms and dated moves of the year, in one group
+// (the caller's when it has one open); the tables must be made.
+void write_partner_terms(Database& db, std::string_view client, int rcount,
+                         const std::vector<PartnerTermsRow>& terms, const std::vector<PartnerMoveRow>& moves);
+// Makes the tables, then writes as above.
 void rewrite_partner_terms(Database& db, std::string_view client, int rcount,
                            const std::vector<PartnerTermsRow>& terms,
                            const std::vector<PartnerMoveRow>& moves);

@@ -67,7 +67,9 @@ TEST_P(TransferCli, CapitalGainsReplaceOnlyTheirOwnRows) {
                   .as_text(),
               "MACHINERY AND PLANT @ 40%");
     // The person's own row stays through a second transfer, which numbers on after it.
-    db().execute("insert into Capital values ('DEMO01',2025,7,'LAND AT PUNE','N')");
+    db().execute(
+        "insert into Capital (code_no,ass_year,Capital_no,cap_desc,cap_type) values ('DEMO01',2025,7,'LAND "
+        "AT PUNE','N')");
     db().execute(
         "insert into capital_depr values ('DEMO01',2025,7,'LAND AT PUNE','01/01/2025',1,2,3,4,5,'N')");
     r = transfer("capital-gains");

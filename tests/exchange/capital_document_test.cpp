@@ -44,6 +44,11 @@ protected:
                  std::to_string(l.amt) + "|" + std::to_string(l.nid) + "|" + std::to_string(l.actyp) + "\n";
         for (const auto& p : store::ledger_particulars(db(), store::Ledger::capital))
             s += std::to_string(p.id) + " " + p.name + "\n";
+        for (const auto& t : store::partner_terms(db(), "FIRM", cy->count))
+            s += "terms " + t.code + "|" + std::to_string(t.working) + "|" + std::to_string(t.int_rate) +
+                 "|" + std::to_string(t.remun) + "\n";
+        for (const auto& m : store::partner_moves(db(), "FIRM", cy->count))
+            s += "move " + m.code + "|" + m.dt + "|" + std::to_string(m.amt) + "\n";
         return s;
     }
 };
@@ -60,6 +65,74 @@ TEST_P(CapitalDocument, TheRatiosAndLinesComeBackAsExported) {
     EXPECT_EQ(r.ratios, 2);
     EXPECT_EQ(r.lines, 2);
     EXPECT_EQ(Json::parse(export_capital(db(), "FIRM", 2025)), changed);
+}
+
+// The deed's terms and the dated moves of capital, as a partner's interest is worked
+// from them.
+Json with_terms(Json d) {
+    d["PRTN_TERMS"] = Json::parse(R"([{"code":"1","working":1,"int_rate":15,"remun":240000},
+                                      {"code":"2","working":0,"int_rate":10,"remun":0}])");
+    d["PRTN_MOVES"] = Json::parse(R"([{"code":"1","dt":"15/10/2024","amt":-50000},
+                                      {"code":"2","dt":"01/01/2025","amt":25000.5}])");
+    return d;
+}
+
+TEST_P(CapitalDocument, TheDeedsTermsAndDatedMovesComeBackAsExportedAndAreKeptByADocumentWithoutThem) {
+    const Json doc = with_terms(good());
+    const auto r = import_capital(db(), "FIRM", 2025, doc.dump());
+    ASSERT_TRUE(r.errors.empty()) << r.errors.front();
+    const Json exported = Json::parse(export_capital(db(), "FIRM", 2025));
+    EXPECT_EQ(exported["PRTN_TERMS"], doc["PRTN_TERMS"]);
+    EXPECT_EQ(exported["PRTN_MOVES"], doc["PRTN_MOVES"]);
+
+    // An older document, written before the terms were kept, changes lines, not terms.
+    Json older = good();
+    older["CAPITAL_"][0]["AMT"] = 2000;
+    ASSERT_TRUE(import_capital(db(), "FIRM", 2025, older.dump()).errors.empty());
+    const Json after = Json::parse(export_capital(db(), "FIRM", 2025));
+    EXPECT_EQ(after["CAPITAL_"][0]["AMT"], 2000);
+    EXPECT_EQ(after["PRTN_TERMS"], doc["PRTN_TERMS"]);
+    EXPECT_EQ(after["PRTN_MOVES"], doc["PRTN_MOVES"]);
+
+    // Empty tables given empty the year's terms.
+    Json emptied = good();
+    emptied["PRTN_TERMS"] = Json::array();
+    emptied["PRTN_MOVES"] = Json::array();
+    ASSERT_TRUE(import_capital(db(), "FIRM", 2025, emptied.dump()).errors.empty());
+    const Json none = Json::parse(export_capital(db(), "FIRM", 2025));
+    EXPECT_EQ(none["PRTN_TERMS"], Json::array());
+    EXPECT_EQ(none["PRTN_MOVES"], Json::array());
+}
+
+TEST_P(CapitalDocument, TermsAndMovesAreCheckedAsTheTermsGridChecksThemBeforeAnythingIsWritten) {
+    const std::vector<std::pair<std::function<void(Json&)>, std::vector<std::string>>> cases = {
+        {[](Json& d) { d["PRTN_TERMS"][0]["int_rate"] = 120; },
+         {"PRTN_TERMS row 1: Interest (%) must be from 0 to 100."}},
+        {[](Json& d) { d["PRTN_TERMS"][1]["remun"] = 1000; },
+         {"PRTN_TERMS row 2: Remuneration is paid to working partners only."}},
+        {[](Json& d) { d["PRTN_TERMS"][1]["code"] = "1"; },
+         {"PRTN_TERMS row 2, field code: This Partner already exists."}},
+        {[](Json& d) { d["PRTN_TERMS"][0]["working"] = 2; },
+         {"PRTN_TERMS row 1, field working: 1 (a working partner) or 0, not 2"}},
+        {[](Json& d) { d["PRTN_MOVES"][0]["code"] = "9"; },
+         {"PRTN_MOVES row 1, field code: the client has no partner 9"}},
+        {[](Json& d) { d["PRTN_MOVES"][1]["dt"] = "01/04/2025"; },
+         {"PRTN_MOVES row 2, field dt: \"01/04/2025\" is outside the financial year"}},
+        {[](Json& d) { d["PRTN_MOVES"][1]["dt"] = "31/02/2025"; },
+         {"PRTN_MOVES row 2, field dt: \"31/02/2025\" is not a date dd/mm/yyyy"}},
+        {[](Json& d) { d["PRTN_MOVES"][0]["amt"] = -1e300; },
+         {"PRTN_MOVES row 1, field amt: Amount cannot have more than 15 digits before the point."}},
+    };
+    ASSERT_TRUE(import_capital(db(), "FIRM", 2025, with_terms(good()).dump()).errors.empty());
+    const std::string before = year_state();
+    for (std::size_t i = 0; i < cases.size(); ++i) {
+        Json doc = with_terms(good());
+        doc["CAPITAL_"][0]["AMT"] = 5;  // what would change, were it imported
+        cases[i].first(doc);
+        const auto r = import_capital(db(), "FIRM", 2025, doc.dump());
+        EXPECT_EQ(r.errors, cases[i].second) << "case " << i;
+        EXPECT_EQ(year_state(), before) << "case " << i;
+    }
 }
 
 struct Refused {

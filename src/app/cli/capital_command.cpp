@@ -284,6 +284,7 @@ int export_document(Context& ctx, const std::vector<std::string>& args) {
     if (opt.positional().size() != 2) throw UsageError("export takes one file name.");
     ctx.reads_only();
     const auto y = open_year(ctx, opt);
+    suite::check_target(opt.positional()[1], existing_file(opt));  // refused before any progress is shown
     LongWork work(ctx, "Exporting the capital accounts to " + opt.positional()[1] + " ...");
     suite::write_file_whole(opt.positional()[1], exchange::export_capital(ctx.base().dbobj(), y.code, y.year),
                             existing_file(opt));

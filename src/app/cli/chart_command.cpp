@@ -345,6 +345,9 @@ int chart_command(Context& ctx, const std::vector<std::string>& args) {
     options.keep_entries = false;
     // The text form follows the income-tax chart with its block-wise summary.
     options.sheets = it && !opt.has("json") && !opt.has("pdf") && !opt.has("xls") && !opt.has("xlsx");
+    // A file that may not be written is refused before the calculation it would wait for.
+    for (const char* kind : {"pdf", "xls", "xlsx"})
+        if (const auto file = opt.get(kind)) suite::check_target(*file, existing_file(opt));
     LongWork work(ctx, "Calculating Depreciation ...");
     auto run = reg::run_calculation(ctx.base().dbobj(), code, year,
                                     it ? reg::Mode::DEP_IT : reg::Mode::DEP_FA, true, options);

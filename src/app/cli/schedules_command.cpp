@@ -87,6 +87,7 @@ int export_schedules(Context& ctx, const std::vector<std::string>& args) {
     ctx.reads_only();
     const std::string file = one_file(opt, "export");
     const auto t = target_of(ctx, opt);
+    suite::check_target(file, existing_file(opt));  // refused before any progress is shown
     LongWork work(ctx, "Exporting the schedules to " + file + " ...");
     suite::write_file_whole(file, exchange::export_schedules(ctx.base().dbobj(), t.code, t.year),
                             existing_file(opt));
